@@ -1,0 +1,88 @@
+#include "System.h"
+
+#include "appkit/Alerts.h"
+#include "appkit/FilePanels.h"
+#include "appkit/InstanceLink.h"
+#include "appkit/WebView.h"
+#include "appkit/Workspace.h"
+#include "devices/ComponentRegistry.h"
+#include "devices/KeyboardState.h"
+#include "foundation/BackgroundWork.h"
+#include "foundation/Bundle.h"
+#include "foundation/ChildProcesses.h"
+#include "foundation/Clock.h"
+#include "foundation/Locations.h"
+#include "foundation/UserDefaults.h"
+#include "linux/LinuxSystem.h"
+#include "network/UrlDownload.h"
+#include "network/UrlLoader.h"
+#include "plugins/PluginLoader.h"
+
+#include <algorithm>
+
+namespace platform
+{
+
+namespace
+{
+System *innermost = nullptr;
+}
+
+System::Services::Services() = default;
+System::Services::Services(Services &&) noexcept = default;
+System::Services::~Services() = default;
+
+System &System::current()
+{
+    return innermost ? *innermost : linuxSystem();
+}
+
+System::System(Services services)
+    : m_services(std::move(services))
+    , m_backgroundWork(std::make_unique<BackgroundWork>())
+{
+}
+
+System::~System()
+{
+    Scope scope(*this); // destructors of shared objects ask for the current System
+    releaseShared();
+    m_services.urlLoader->cancelAll();
+    m_backgroundWork.reset();
+}
+
+void System::releaseShared()
+{
+    while (!m_shared.empty()) {
+        auto last = std::move(m_shared.back()); // out of the list first: its destructor may look around
+        m_shared.pop_back();
+    }
+}
+
+void *System::_find(std::type_index type) const
+{
+    const auto found = std::find_if(m_shared.begin(), m_shared.end(), [&](const Shared &s) { return s.type == type; });
+    return found == m_shared.end() ? nullptr : found->object.get();
+}
+
+void System::_release(std::type_index type)
+{
+    const auto found = std::find_if(m_shared.begin(), m_shared.end(), [&](const Shared &s) { return s.type == type; });
+    if (found == m_shared.end())
+        return;
+    auto object = std::move(found->object);
+    m_shared.erase(found);
+}
+
+System::Scope::Scope(System &system)
+    : m_outer(innermost)
+{
+    innermost = &system;
+}
+
+System::Scope::~Scope()
+{
+    innermost = m_outer;
+}
+
+} // namespace platform

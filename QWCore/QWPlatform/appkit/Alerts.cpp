@@ -1,0 +1,15 @@
+#include "Alerts.h"
+
+#include "../System.h"
+
+namespace platform
+{
+
+Alerts::~Alerts() = default;
+
+int runAlert(const Alert &alert)
+{
+    return System::current().alerts().run(alert);
+}
+
+} // namespace platform

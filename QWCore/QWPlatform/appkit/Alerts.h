@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QStringList>
+
+namespace platform
+{
+
+/// A question or notice for the user, texts already localized.
+struct Alert
+{
+    QString messageText;
+    QString informativeText; ///< May be empty.
+    QStringList buttons;     ///< The first is the default one; none stands for one "OK".
+};
+
+/// Shows alerts. Main thread.
+class QWPLATFORM_EXPORT Alerts
+{
+public:
+    virtual ~Alerts();
+
+    /// Shows @p alert modally, above the splash screen too, and returns the index of the button chosen; Escape and
+    /// closing choose the last one.
+    virtual int run(const Alert &alert) = 0;
+};
+
+/// Shows @p alert through the current System.
+QWPLATFORM_EXPORT int runAlert(const Alert &alert);
+
+} // namespace platform

@@ -1,0 +1,8 @@
+#include "FilePanels.h"
+
+namespace platform
+{
+
+FilePanels::~FilePanels() = default;
+
+} // namespace platform

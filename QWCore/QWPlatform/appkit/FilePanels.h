@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class QWidget;
+
+namespace platform
+{
+
+struct SavePanelRequest
+{
+    QWidget *window = nullptr; ///< The panel is a sheet on it; null: a panel of its own.
+    QString title;
+    QString suggestedName;     ///< Without extension.
+    QString requiredFileType;  ///< Extension that the chosen path is made to have; "" for any.
+};
+
+struct OpenPanelRequest
+{
+    QWidget *window = nullptr;
+    QString title;
+    QStringList fileTypes;   ///< Extensions that can be chosen; none: all.
+    bool directories = false; ///< Choose a folder instead of a file.
+    bool multiple = false;
+};
+
+/// Save and open panels. Main thread.
+class QWPLATFORM_EXPORT FilePanels
+{
+public:
+    static constexpr int Cancel = 0;
+    static constexpr int OK = 1;
+
+    virtual ~FilePanels();
+
+    /// Shows the panel and returns; @p didEnd is called once, later, with OK and the path, or Cancel and "". It is not
+    /// called when the window goes first.
+    virtual void beginSavePanel(const SavePanelRequest &request, std::function<void(int code, const QString &path)> didEnd) = 0;
+
+    /// As beginSavePanel(), with the paths chosen.
+    virtual void beginOpenPanel(const OpenPanelRequest &request, std::function<void(int code, const QStringList &paths)> didEnd) = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,8 @@
+#include "InstanceLink.h"
+
+namespace platform
+{
+
+InstanceLink::~InstanceLink() = default;
+
+} // namespace platform

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <functional>
+
+#include <QStringList>
+
+namespace platform
+{
+
+/// Reaches a running instance of the same host over the session bus. Main thread.
+class QWPLATFORM_EXPORT InstanceLink
+{
+public:
+    virtual ~InstanceLink();
+
+    /// Becomes the instance that URLs are handed to, when no other one is. @p received is called from the event loop
+    /// with each URL that another instance hands over. False: another instance runs, or there is no bus.
+    virtual bool listen(const QString &bundleIdentifier, std::function<void(const QString &url)> received) = 0;
+
+    /// Hands @p urls to the running instance and brings it to the front; false when there is none, or no bus.
+    virtual bool handOver(const QString &bundleIdentifier, const QStringList &urls) = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QObject>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+namespace platform
+{
+
+/// A browser view. Script is off, page script reaches neither local files nor the network, and navigation is decided
+/// by the policy alone. Main thread.
+class QWPLATFORM_EXPORT WebView : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Asked before each navigation (loads asked for by the owner too), with the address; false: it does not happen.
+    using Policy = std::function<bool(const QUrl &url)>;
+
+    ~WebView() override;
+
+    /// The widget to put into a window; owned by the view, unless its parent goes first.
+    virtual QWidget *widget() = 0;
+
+    virtual void load(const QUrl &url) = 0;
+
+    /// Shows @p html; @p baseUrl may be empty. Such pages carry the scheme "data" when the policy is asked.
+    virtual void loadHtml(const QString &html, const QUrl &baseUrl) = 0;
+
+    virtual void goBack() = 0;
+    virtual void goForward() = 0;
+    virtual bool canGoBack() const = 0;
+    virtual bool canGoForward() const = 0;
+
+    /// Asks the user for a printer and prints the page.
+    virtual void print() = 0;
+
+    /// Writes the page, paginated, to @p path without asking; @p done gets whether that succeeded.
+    virtual void printToPdf(const QString &path, std::function<void(bool ok)> done) = 0;
+
+    virtual void setPolicy(Policy policy) = 0;
+
+Q_SIGNALS:
+    /// A load ended; @p ok is false when the page could not be shown.
+    void loadFinished(bool ok);
+
+    /// What canGoBack() and canGoForward() answer may have changed.
+    void historyChanged();
+};
+
+/// Makes browser views; the engine is loaded with the first one.
+class QWPLATFORM_EXPORT WebViews
+{
+public:
+    virtual ~WebViews();
+
+    /// A new view whose widget is a child of @p parent. Never null: without the engine, a view that says so.
+    virtual std::unique_ptr<WebView> make(QWidget *parent) = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,8 @@
+#include "Workspace.h"
+
+namespace platform
+{
+
+Workspace::~Workspace() = default;
+
+} // namespace platform

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace platform
+{
+
+/// The audio system's description of a component: three four-character codes (first character in the most significant
+/// byte), flags and flags mask.
+struct AudioComponent
+{
+    quint32 type = 0;
+    quint32 subtype = 0;
+    quint32 manufacturer = 0;
+    quint32 flags = 0;
+    quint32 flagsMask = 0;
+
+    bool operator==(const AudioComponent &) const = default;
+};
+
+/// The code that four characters stand for, as in fourCharCode("aufx").
+constexpr quint32 fourCharCode(const char (&text)[5])
+{
+    quint32 code = 0;
+    for (int i = 0; i < 4; ++i)
+        code = code << 8 | static_cast<unsigned char>(text[i]);
+    return code;
+}
+
+} // namespace platform

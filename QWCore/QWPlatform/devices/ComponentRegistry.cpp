@@ -1,0 +1,8 @@
+#include "ComponentRegistry.h"
+
+namespace platform
+{
+
+ComponentRegistry::~ComponentRegistry() = default;
+
+} // namespace platform

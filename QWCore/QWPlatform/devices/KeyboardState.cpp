@@ -1,0 +1,8 @@
+#include "KeyboardState.h"
+
+namespace platform
+{
+
+KeyboardState::~KeyboardState() = default;
+
+} // namespace platform

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QtGlobal>
+
+#include <array>
+
+namespace platform
+{
+
+/// Key map by key code: bit n of byte k is set while the key with code 8k + n is down. Codes 0 to 7 are the physical
+/// keys A S D F H G Z X of a US keyboard.
+using KeyMap = std::array<quint8, 16>;
+
+/// Which keys are down now. Main thread.
+class QWPLATFORM_EXPORT KeyboardState
+{
+public:
+    virtual ~KeyboardState();
+
+    /// X11 is asked directly; elsewhere, what the application's windows were last told.
+    virtual KeyMap keyMap() = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,75 @@
+#include "BackgroundWork.h"
+
+#include <QDebug>
+#include <QMetaObject>
+
+#include <list>
+#include <thread>
+
+namespace platform
+{
+
+/// Shared with the threads. The receiver lives on the main thread; results are posted to it.
+struct BackgroundWork::State
+{
+    struct Piece
+    {
+        std::thread thread;
+    };
+
+    std::list<Piece> pieces; ///< Main thread only.
+    QObject receiver;        ///< Posted results die with it.
+};
+
+namespace
+{
+std::function<void()> resultOf(const std::function<std::function<void()>()> &work)
+{
+    try {
+        return work();
+    } catch (const std::exception &exception) {
+        qWarning("Background work ended with an exception: %s", exception.what());
+    } catch (...) {
+        qWarning("Background work ended with an unknown exception");
+    }
+    return {};
+}
+} // namespace
+
+BackgroundWork::BackgroundWork()
+    : m_state(std::make_shared<State>())
+{
+}
+
+BackgroundWork::~BackgroundWork()
+{
+    for (State::Piece &piece : m_state->pieces)
+        if (piece.thread.joinable())
+            piece.thread.join();
+}
+
+void BackgroundWork::start(std::function<std::function<void()>()> work)
+{
+    State *state = m_state.get(); // outlives the threads: the destructor joins them
+    state->pieces.emplace_back();
+    const auto piece = std::prev(state->pieces.end());
+    piece->thread = std::thread([state, piece, work = std::move(work)] {
+        auto result = resultOf(work);
+        QMetaObject::invokeMethod(
+            &state->receiver,
+            [state, piece, result = std::move(result)] {
+                piece->thread.join();
+                state->pieces.erase(piece);
+                if (result)
+                    result();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+int BackgroundWork::running() const
+{
+    return static_cast<int>(m_state->pieces.size());
+}
+
+} // namespace platform

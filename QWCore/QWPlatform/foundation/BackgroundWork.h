@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <functional>
+#include <memory>
+
+namespace platform
+{
+
+/// One thread per piece of work, whose one result is handed to the main thread without waiting.
+class QWPLATFORM_EXPORT BackgroundWork
+{
+public:
+    BackgroundWork();
+
+    /// Waits for all threads; results that were not delivered by then are dropped.
+    ~BackgroundWork();
+
+    /// Main thread. Runs @p work on a thread of its own, which returns what is then run on the main thread (an empty
+    /// function: nothing). @p work must not touch System::current(); an exception that leaves it is logged.
+    void start(std::function<std::function<void()>()> work);
+
+    /// Number of pieces whose thread has not ended or whose result was not delivered. Main thread.
+    int running() const;
+
+private:
+    struct State;
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace platform

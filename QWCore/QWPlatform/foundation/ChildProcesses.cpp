@@ -1,0 +1,8 @@
+#include "ChildProcesses.h"
+
+namespace platform
+{
+
+ChildProcesses::~ChildProcesses() = default;
+
+} // namespace platform

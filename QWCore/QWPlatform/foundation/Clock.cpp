@@ -1,0 +1,8 @@
+#include "Clock.h"
+
+namespace platform
+{
+
+Clock::~Clock() = default;
+
+} // namespace platform

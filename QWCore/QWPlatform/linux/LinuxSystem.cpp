@@ -1,0 +1,61 @@
+#include "LinuxSystem.h"
+
+#include "../System.h"
+#include "../appkit/Alerts.h"
+#include "../appkit/FilePanels.h"
+#include "../appkit/InstanceLink.h"
+#include "../appkit/WebView.h"
+#include "../appkit/Workspace.h"
+#include "../devices/ComponentRegistry.h"
+#include "../devices/KeyboardState.h"
+#include "../foundation/Bundle.h"
+#include "../foundation/Locations.h"
+#include "../foundation/UserDefaults.h"
+#include "../network/UrlDownload.h"
+#include "../network/UrlLoader.h"
+#include "../plugins/PluginLoader.h"
+#include "LinuxChildProcesses.h"
+#include "LinuxClock.h"
+
+#include <QDir>
+
+namespace platform
+{
+
+namespace
+{
+constexpr auto defaultSupportSite = "https://support.quorwell.example";
+
+std::unique_ptr<Locations> makeLocations(const Bundle &host)
+{
+    auto locations = std::make_unique<Locations>(QDir::homePath(), qEnvironmentVariable("QW_LIBRARY_ROOT"));
+    const QString configured = host.objectForInfoDictionaryKey("QWSupportSite").toString();
+    locations->setSupportSite(configured.isEmpty() ? QString(defaultSupportSite) : configured);
+    return locations;
+}
+
+std::unique_ptr<UserDefaults> makeUserDefaults(const Bundle &host, const Locations &locations)
+{
+    const QString domain = host.identifier().isEmpty() ? QString("com.quorwell.unnamed") : host.identifier();
+    return std::make_unique<UserDefaults>(locations.mapped("~/Library/Preferences/" + domain + ".plist"));
+}
+
+System::Services makeServices()
+{
+    System::Services services;
+    services.mainBundle = std::make_unique<Bundle>(Bundle::forExecutable());
+    services.locations = makeLocations(*services.mainBundle);
+    services.userDefaults = makeUserDefaults(*services.mainBundle, *services.locations);
+    services.childProcesses = std::make_unique<LinuxChildProcesses>(*services.locations);
+    services.clock = std::make_unique<LinuxClock>();
+    return services;
+}
+} // namespace
+
+System &linuxSystem()
+{
+    static System machine(makeServices());
+    return machine;
+}
+
+} // namespace platform

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QString>
+
+#include <memory>
+
+class QUrl;
+
+namespace platform
+{
+
+/// Told of a download's progress on the main thread, never before the call that started it has returned. May destroy
+/// the download in any of the calls.
+class QWPLATFORM_EXPORT UrlDownloadObserver
+{
+public:
+    virtual ~UrlDownloadObserver();
+
+    /// @p expectedLength in bytes, -1 when the server sends none.
+    virtual void downloadDidReceiveResponse(qint64 expectedLength);
+    virtual void downloadDidReceiveDataOfLength(qint64 length);
+
+    /// The file is whole, closed and at its destination. The last call.
+    virtual void downloadDidFinish();
+
+    /// Connection failed, cut short, status of 400 or above, or the file could not be written; the partial file is
+    /// gone. The last call.
+    virtual void downloadDidFailWithError(const QString &localizedDescription);
+};
+
+/// A running download. Destroying it cancels it.
+class QWPLATFORM_EXPORT UrlDownload
+{
+public:
+    virtual ~UrlDownload();
+
+    /// Ends the download, removes the partial file; the observer hears nothing more.
+    virtual void cancel() = 0;
+};
+
+/// Starts downloads to files. Main thread.
+class QWPLATFORM_EXPORT UrlDownloads
+{
+public:
+    virtual ~UrlDownloads();
+
+    /// Downloads @p url to the file @p destination, which is overwritten. @p observer is not owned and must outlive
+    /// the download.
+    virtual std::unique_ptr<UrlDownload> start(const QUrl &url, const QString &destination, UrlDownloadObserver &observer) = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,8 @@
+#include "UrlLoader.h"
+
+namespace platform
+{
+
+UrlLoader::~UrlLoader() = default;
+
+} // namespace platform

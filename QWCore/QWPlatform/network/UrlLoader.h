@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QByteArray>
+#include <QList>
+#include <QPair>
+#include <QUrl>
+
+namespace platform
+{
+
+struct UrlRequest
+{
+    QUrl url;
+    QByteArray method = "GET";
+    QList<QPair<QByteArray, QByteArray>> headers;
+    QByteArray body;
+};
+
+struct UrlResponse
+{
+    int status = 0;     ///< HTTP status; 0 when no answer came; 200 for a file that was read.
+    QByteArray body;    ///< What was answered, of error answers too.
+    QString error;      ///< Localized description of a failure of the connection; "" when an answer came whole.
+
+    bool succeeded() const { return error.isEmpty() && status >= 200 && status < 400; }
+};
+
+/// Loads addresses into memory. Any thread; a call blocks its thread.
+class QWPLATFORM_EXPORT UrlLoader
+{
+public:
+    virtual ~UrlLoader();
+
+    /// Follows redirections; gives up 30 s after the last byte, and above 64 MiB.
+    virtual UrlResponse load(const UrlRequest &request) = 0;
+
+    /// Makes all running and later loads fail at once. Main thread, at the System's end.
+    virtual void cancelAll() = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,8 @@
+#include "AudioPlugin.h"
+
+namespace platform
+{
+
+AudioPlugin::~AudioPlugin() = default;
+
+} // namespace platform

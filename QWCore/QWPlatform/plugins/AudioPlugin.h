@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QString>
+
+#include <span>
+
+namespace platform
+{
+
+/// An open plug-in. All calls from one thread; destroying it closes the plug-in.
+class QWPLATFORM_EXPORT AudioPlugin
+{
+public:
+    /// A channel message for instruments and effects with MIDI input.
+    struct MidiEvent
+    {
+        int frame;              ///< Offset from the start of the block, in samples.
+        unsigned char bytes[3]; ///< Status, data 1, data 2.
+    };
+
+    virtual ~AudioPlugin();
+
+    virtual QString name() const = 0;
+    virtual QString vendor() const = 0;
+    virtual bool isInstrument() const = 0;
+    virtual int inputCount() const = 0;  ///< Audio inputs, one channel each.
+    virtual int outputCount() const = 0; ///< Audio outputs, one channel each.
+    virtual int latency() const = 0;     ///< In samples; valid after start().
+
+    /// Prepares for blocks of at most @p maximumFrames samples at @p sampleRate Hz; false when it refuses.
+    virtual bool start(double sampleRate, int maximumFrames) = 0;
+
+    /// Processes @p frames samples. @p inputs and @p outputs hold one pointer a channel, none of them shared.
+    /// Only between start() and stop().
+    virtual void process(std::span<const float *const> inputs, std::span<float *const> outputs, int frames,
+                         std::span<const MidiEvent> events) = 0;
+
+    virtual void stop() = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,8 @@
+#include "PluginLoader.h"
+
+namespace platform
+{
+
+PluginLoader::~PluginLoader() = default;
+
+} // namespace platform
