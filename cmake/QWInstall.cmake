@@ -1,0 +1,30 @@
+# The frameworks with their links, headers, resources and helper programs, the CMake package and the pkg-config file.
+include(CMakePackageConfigHelpers)
+get_property(frameworks GLOBAL PROPERTY QW_FRAMEWORKS)
+
+foreach(name IN LISTS frameworks)
+    set(version_dir ${CMAKE_INSTALL_LIBDIR}/${name}.framework/Versions/A)
+    install(TARGETS ${name} EXPORT QWUtilitiesTargets LIBRARY DESTINATION ${version_dir} NAMELINK_SKIP)
+    install(DIRECTORY ${QW_LIB_DIR}/${name}.framework/Versions/A/
+        DESTINATION ${version_dir} USE_SOURCE_PERMISSIONS PATTERN "lib${name}.so*" EXCLUDE)
+    install(CODE "set(NAME ${name})
+        set(LIB_DIR \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}\")
+        include(\"${CMAKE_SOURCE_DIR}/cmake/QWFrameworkLinks.cmake\")")
+    install(DIRECTORY ${CMAKE_SOURCE_DIR}/QWCore/${name} ${QW_GENERATED_DIR}/${name}
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore
+        FILES_MATCHING PATTERN "*.h" PATTERN linux EXCLUDE PATTERN web EXCLUDE)
+endforeach()
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QWUtilities)
+install(EXPORT QWUtilitiesTargets NAMESPACE QWUtilities:: DESTINATION ${package_dir})
+configure_package_config_file(cmake/QWUtilitiesConfig.cmake.in ${CMAKE_BINARY_DIR}/QWUtilitiesConfig.cmake
+    INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/QWUtilitiesConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/QWUtilitiesConfig.cmake ${CMAKE_BINARY_DIR}/QWUtilitiesConfigVersion.cmake
+    DESTINATION ${package_dir})
+
+# Relative to the file's own place, so that the prefix can be moved.
+file(RELATIVE_PATH QW_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+configure_file(cmake/QWUtilities.pc.in ${CMAKE_BINARY_DIR}/QWUtilities.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/QWUtilities.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -1,0 +1,72 @@
+# Sourced by ./run, ./test, ./bench and .ci/run: installs what is missing, configures and builds.
+set -euo pipefail
+QW_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$QW_ROOT"
+
+say() { printf '%s\n' "$*" >&2; }
+
+wanted_packages() { sed -e 's/#.*//' -e '/^[[:space:]]*$/d' scripts/packages; }
+
+missing_packages() {
+    comm -23 <(wanted_packages | sort) \
+        <(dpkg-query -W -f '${db:Status-Status} ${Package}\n' $(wanted_packages) 2>/dev/null | sed -n 's/^installed //p' | sort -u)
+}
+
+# As root or with sudo the packages are installed; otherwise the one command for it is printed.
+install_packages() {
+    local missing install
+    missing=$(missing_packages | tr '\n' ' ')
+    [ -n "${missing// /}" ] || return 0
+    install="apt-get install -y --no-install-recommends $missing"
+    if [ "$(id -u)" = 0 ]; then
+        run_install "" "$install"
+    elif command -v sudo >/dev/null && sudo -n true 2>/dev/null; then
+        run_install sudo "$install"
+    else
+        say "Some packages are missing. Install them with:"
+        say "  sudo $install"
+        exit 1
+    fi
+}
+
+run_install() {
+    local log
+    log=$(mktemp -t qw-packages.XXXXXX)
+    say "Installing packages: ${2#*recommends }"
+    if ! { $1 apt-get update && $1 env DEBIAN_FRONTEND=noninteractive $2; } >"$log" 2>&1 </dev/null; then
+        tail -20 "$log" >&2
+        say "The packages could not be installed (whole log: $log). By hand:"
+        say "  sudo apt-get update && sudo $2"
+        exit 1
+    fi
+    rm -f "$log"
+}
+
+# build_preset PRESET [TARGET...]: configures when needed and builds, quietly unless something fails.
+build_preset() {
+    local preset=$1 folder=build/$1
+    shift
+    mkdir -p "$folder"
+    if [ ! -f "$folder/build.ninja" ]; then
+        say "Configuring ($preset) …"
+        quietly "$folder/configure.log" cmake --preset "$preset"
+    fi
+    if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
+        say "Building ($preset) …"
+    fi
+    quietly "$folder/build.log" ninja -C "$folder" "$@"
+}
+
+quietly() {
+    local log=$1
+    shift
+    "$@" >"$log" 2>&1 </dev/null || { tail -60 "$log" >&2; say "Failed: $*"; exit 1; }
+}
+
+has_display() { [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }
+
+# What a program needs where there is no display, or where root runs it.
+headless_environment() {
+    has_display || export QT_QPA_PLATFORM=offscreen
+    [ "$(id -u)" != 0 ] || export QTWEBENGINE_DISABLE_SANDBOX=1
+}
