@@ -1,0 +1,50 @@
+# BUILD_DIR, SOURCE_DIR, CXX and FLAGS come from the test. Any failure ends it.
+function(run)
+    cmake_parse_arguments(arg "" "OUTPUT" "COMMAND" ${ARGN})
+    execute_process(COMMAND ${arg_COMMAND} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors
+        OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(NOT status EQUAL 0)
+        list(JOIN arg_COMMAND " " line)
+        message(FATAL_ERROR "${line}: ${status}\n${output}\n${errors}")
+    endif()
+    if(arg_OUTPUT)
+        set(${arg_OUTPUT} "${output}" PARENT_SCOPE)
+    endif()
+endfunction()
+
+function(expect what actual expected)
+    if(NOT actual STREQUAL expected)
+        message(FATAL_ERROR "${what}: got \"${actual}\", expected \"${expected}\"")
+    endif()
+endfunction()
+
+run(COMMAND mktemp -d -t qwpackage.XXXXXX OUTPUT work)
+set(ENV{HOME} ${work}/home)
+set(ENV{QW_LIBRARY_ROOT} ${work}/root)
+set(ENV{QT_QPA_PLATFORM} offscreen)
+set(ENV{LC_ALL} C.UTF-8)
+unset(ENV{DESTDIR})
+file(MAKE_DIRECTORY ${work}/home ${work}/root)
+
+run(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${work}/first)
+file(RENAME ${work}/first ${work}/moved) # the prefix can be moved
+set(prefix ${work}/moved)
+
+run(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/examples/consumer -B ${work}/build -G Ninja
+    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug)
+run(COMMAND ${CMAKE_COMMAND} --build ${work}/build)
+run(COMMAND ${work}/build/consumer OUTPUT menu)
+expect("menu of a machine without plug-ins" "${menu}" "No plug-ins found")
+run(COMMAND ${work}/build/symbolless OUTPUT mapped)
+expect("frameworks of a host that uses no symbol" "${mapped}" "libQWUtilities.so.A\nlibQWBase.so.A\nlibQWPlatform.so.A")
+
+file(GLOB_RECURSE pc ${prefix}/QWUtilities.pc)
+cmake_path(GET pc PARENT_PATH pc_dir)
+set(ENV{PKG_CONFIG_PATH} ${pc_dir})
+run(COMMAND pkg-config --cflags --libs QWUtilities OUTPUT flags)
+separate_arguments(flags UNIX_COMMAND "${flags}")
+run(COMMAND ${CXX} -std=c++20 ${FLAGS} ${SOURCE_DIR}/examples/consumer/main.cpp -o ${work}/with-pkg-config ${flags})
+run(COMMAND ${work}/with-pkg-config OUTPUT menu)
+expect("menu of the host built with pkg-config" "${menu}" "No plug-ins found")
+
+file(REMOVE_RECURSE ${work})
