@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QWidget>
+
+namespace platform {
+
+/// An auxiliary window. A floating one stays above the windows of the application and leaves shortcuts working.
+class QWPLATFORM_EXPORT Panel : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(bool floating READ isFloating WRITE setFloating)
+
+public:
+    explicit Panel(QWidget *parent = nullptr);
+    ~Panel() override;
+
+    bool isFloating() const;
+
+    /// Changing it hides a visible panel, as for every change of window flags.
+    void setFloating(bool floating);
+
+Q_SIGNALS:
+    /// The user or the program closed the panel, which is still visible.
+    void willClose();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override; ///< Escape closes.
+};
+
+/// True for a Panel and every QDialog.
+QWPLATFORM_EXPORT bool isPanel(const QWidget *window);
+
+/// True for a panel that floats.
+QWPLATFORM_EXPORT bool isFloatingPanel(const QWidget *window);
+
+/// True for a save or open panel.
+QWPLATFORM_EXPORT bool isFilePanel(const QWidget *window);
+
+} // namespace platform
