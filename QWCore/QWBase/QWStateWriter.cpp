@@ -1,0 +1,3 @@
+#include "QWStateWriter.h"
+
+QWStateWriter::~QWStateWriter() = default;

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QWBase/qwbase_export.h>
+
+#include <QLatin1StringView>
+
+class QByteArray;
+class QString;
+
+/// Takes the entries of one state dictionary, so that a record lists them once, whatever becomes of them.
+class QWBASE_EXPORT QWStateWriter
+{
+public:
+    virtual ~QWStateWriter();
+
+    /// Keys are plain ASCII and come in ascending order.
+    virtual void setString(QLatin1StringView key, const QString &value) = 0;
+    virtual void setBoolean(QLatin1StringView key, bool value) = 0;
+    virtual void setInteger(QLatin1StringView key, qint64 value) = 0;
+    virtual void setData(QLatin1StringView key, const QByteArray &value) = 0;
+};
