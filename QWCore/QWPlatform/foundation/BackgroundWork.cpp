@@ -2,6 +2,7 @@
 
 #include <QDebug>
 #include <QMetaObject>
+#include <QObject>
 
 #include <list>
 #include <thread>

@@ -24,7 +24,11 @@ public:
 
     /// The framework or application whose code holds the class of @p object; for classes whose first virtual is
     /// defined in a source file of their own (their vtable then lies in their library).
-    template <class T> static Bundle forClassOf(const T &object) { return _forVtable(*reinterpret_cast<const void *const *>(&object)); }
+    template <class T>
+    static Bundle forClassOf(const T &object)
+    {
+        return _forVtable(*reinterpret_cast<const void *const *>(&object));
+    }
 
     /// The framework or application whose code holds @p address.
     static Bundle forAddress(const void *address);

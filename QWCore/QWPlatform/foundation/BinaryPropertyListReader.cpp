@@ -1,0 +1,262 @@
+#include "BinaryPropertyListReader.h"
+
+#include "PropertyListScalars.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace platform
+{
+
+namespace
+{
+constexpr quint64 headerSize = 8;
+constexpr quint64 trailerSize = 32;
+constexpr quint64 maximumWeight = quint64(1) << 28;
+
+constexpr qint64 referenceSeconds = 978307200;      ///< 2001-01-01 00:00 UTC, from which dates count.
+constexpr double furthestSeconds = 251'000'000'000; ///< Dates lie within about 8,000 years of it.
+
+enum Type
+{
+    Simple = 0x0,
+    Integer = 0x1,
+    Real = 0x2,
+    Date = 0x3,
+    Data = 0x4,
+    Ascii = 0x5,
+    Utf16 = 0x6,
+    Array = 0xA,
+    Dictionary = 0xD
+};
+
+QVariant integerVariant(quint64 value)
+{
+    return value >> 63 ? QVariant(static_cast<qulonglong>(value)) : QVariant(static_cast<qlonglong>(value));
+}
+} // namespace
+
+BinaryPropertyListReader::BinaryPropertyListReader(const QByteArray &data)
+    : m_data(data)
+{
+}
+
+std::optional<QVariant> BinaryPropertyListReader::read()
+{
+    if (!isBinary(m_data) || !_readTrailer())
+        return std::nullopt;
+    Object *top = _object(m_top, 0);
+    return top ? std::optional(std::move(top->value)) : std::nullopt;
+}
+
+bool BinaryPropertyListReader::_readTrailer()
+{
+    const auto size = static_cast<quint64>(m_data.size());
+    if (size < headerSize + trailerSize)
+        return false;
+    const quint64 trailer = size - trailerSize;
+    m_offsetSize = _byte(trailer + 6);
+    m_referenceSize = _byte(trailer + 7);
+    const quint64 count = _number(trailer + 8, 8);
+    m_top = _number(trailer + 16, 8);
+    m_end = _number(trailer + 24, 8);
+    const auto isSize = [](int bytes) { return bytes >= 1 && bytes <= 8; };
+    if (!isSize(m_offsetSize) || !isSize(m_referenceSize) || m_end < headerSize || m_end > trailer)
+        return false;
+    if (count > (trailer - m_end) / static_cast<quint64>(m_offsetSize) || m_top >= count)
+        return false;
+    m_objects.resize(count);
+    return true;
+}
+
+/// The object with number @p reference, read; null when it is broken, part of a cycle or too deep.
+BinaryPropertyListReader::Object *BinaryPropertyListReader::_object(quint64 reference, int depth)
+{
+    if (reference >= m_objects.size())
+        return nullptr;
+    Object &object = m_objects[reference];
+    if (object.state == State::Unread) {
+        object.state = State::Reading;
+        const quint64 at = _number(m_end + reference * static_cast<quint64>(m_offsetSize), m_offsetSize);
+        if (at < headerSize || !_fits(at, 1, 1) || !_parse(at, depth, object))
+            return nullptr; // the whole list is given up: it stays "Reading"
+        object.state = State::Read;
+    }
+    const bool usable = object.state == State::Read && depth + object.height <= maximumPropertyListDepth;
+    return usable && object.weight <= maximumWeight ? &object : nullptr;
+}
+
+bool BinaryPropertyListReader::_parse(quint64 at, int depth, Object &object)
+{
+    const int marker = _byte(at);
+    const int type = marker >> 4;
+    object.weight = 1;
+    switch (type) {
+    case Simple:
+        return _simple(marker, object.value);
+    case Integer:
+        return _integer(at + 1, marker & 0xF, object.value);
+    case Real:
+        return _real(at + 1, marker & 0xF, object.value);
+    case Date:
+        return marker == 0x33 && _date(at + 1, object.value);
+    default:
+        break;
+    }
+    const bool container = type == Array || type == Dictionary;
+    const int bytesPerCount = type == Utf16   ? 2
+                              : !container    ? 1
+                              : type == Array ? m_referenceSize
+                                              : 2 * m_referenceSize;
+    const std::optional<Body> body = _body(at, bytesPerCount);
+    if (!body)
+        return false;
+    object.weight += body->count;
+    if (!container)
+        return _text(*body, type, object.value);
+    if (depth >= maximumPropertyListDepth)
+        return false;
+    return type == Array ? _array(*body, depth + 1, object) : _dictionary(*body, depth + 1, object);
+}
+
+bool BinaryPropertyListReader::_simple(int marker, QVariant &value) const
+{
+    value = marker == 0x09;
+    return marker == 0x08 || marker == 0x09;
+}
+
+bool BinaryPropertyListReader::_integer(quint64 at, int sizeExponent, QVariant &value) const
+{
+    if (sizeExponent > 4 || !_fits(at, 1, quint64(1) << sizeExponent))
+        return false;
+    if (sizeExponent < 3) { // short ones have no sign
+        value = static_cast<qlonglong>(_number(at, 1 << sizeExponent));
+    } else if (sizeExponent == 3) {
+        value = static_cast<qlonglong>(_number(at, 8));
+    } else {
+        const quint64 high = _number(at, 8);
+        const quint64 low = _number(at + 8, 8);
+        const bool negative = high == ~quint64(0) && low >> 63;
+        if (high != 0 && !negative)
+            return false;
+        value = negative ? QVariant(static_cast<qlonglong>(low)) : integerVariant(low);
+    }
+    return true;
+}
+
+bool BinaryPropertyListReader::_real(quint64 at, int sizeExponent, QVariant &value) const
+{
+    if ((sizeExponent != 2 && sizeExponent != 3) || !_fits(at, 1, quint64(1) << sizeExponent))
+        return false;
+    value = sizeExponent == 2 ? static_cast<double>(std::bit_cast<float>(static_cast<quint32>(_number(at, 4))))
+                              : std::bit_cast<double>(_number(at, 8));
+    return true;
+}
+
+bool BinaryPropertyListReader::_date(quint64 at, QVariant &value) const
+{
+    if (!_fits(at, 1, 8))
+        return false;
+    const double seconds = std::bit_cast<double>(_number(at, 8));
+    if (!(std::fabs(seconds) < furthestSeconds)) // not a number too
+        return false;
+    value = QDateTime::fromMSecsSinceEpoch(referenceSeconds * 1000 + std::llround(seconds * 1000), Qt::UTC);
+    return true;
+}
+
+bool BinaryPropertyListReader::_text(const Body &body, int type, QVariant &value) const
+{
+    const char *bytes = m_data.constData() + body.at;
+    const auto count = static_cast<qsizetype>(body.count);
+    if (type == Data) {
+        value = QByteArray(bytes, count);
+    } else if (type == Ascii) {
+        if (!std::all_of(bytes, bytes + count, [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+            return false;
+        value = QString::fromLatin1(bytes, count);
+    } else if (type == Utf16) {
+        QString text(count, Qt::Uninitialized);
+        for (qsizetype i = 0; i < count; ++i)
+            text[i] = QChar(static_cast<char16_t>(_number(body.at + 2 * static_cast<quint64>(i), 2)));
+        value = text;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool BinaryPropertyListReader::_array(const Body &body, int depth, Object &object)
+{
+    QVariantList list;
+    for (quint64 i = 0; i < body.count; ++i) {
+        const Object *item = _entry(body.at + i * static_cast<quint64>(m_referenceSize), depth, object);
+        if (!item)
+            return false;
+        list.append(item->value);
+    }
+    object.value = std::move(list);
+    ++object.height;
+    return true;
+}
+
+bool BinaryPropertyListReader::_dictionary(const Body &body, int depth, Object &object)
+{
+    QVariantMap map;
+    const auto size = static_cast<quint64>(m_referenceSize);
+    for (quint64 i = 0; i < body.count; ++i) {
+        const Object *key = _entry(body.at + i * size, depth, object);
+        const Object *item = key ? _entry(body.at + (body.count + i) * size, depth, object) : nullptr;
+        if (!item || key->value.typeId() != QMetaType::QString)
+            return false;
+        map.insert(key->value.toString(), item->value);
+    }
+    object.value = std::move(map);
+    ++object.height;
+    return true;
+}
+
+/// The object that the reference at @p at names, counted into @p container.
+BinaryPropertyListReader::Object *BinaryPropertyListReader::_entry(quint64 at, int depth, Object &container)
+{
+    Object *entry = _object(_number(at, m_referenceSize), depth);
+    if (!entry)
+        return nullptr;
+    container.height = std::max(container.height, entry->height);
+    container.weight += entry->weight;
+    return container.weight <= maximumWeight ? entry : nullptr;
+}
+
+std::optional<BinaryPropertyListReader::Body> BinaryPropertyListReader::_body(quint64 at, int bytesPerCount) const
+{
+    Body body{at + 1, static_cast<quint64>(_byte(at) & 0xF)};
+    if (body.count == 0xF) { // the count follows as an integer object
+        const int marker = _fits(at + 1, 1, 1) ? _byte(at + 1) : -1;
+        const int exponent = marker & 0xF;
+        if (marker >> 4 != Integer || exponent > 3 || !_fits(at + 2, 1, quint64(1) << exponent))
+            return std::nullopt;
+        body = {at + 2 + (quint64(1) << exponent), _number(at + 2, 1 << exponent)};
+    }
+    return _fits(body.at, body.count, static_cast<quint64>(bytesPerCount)) ? std::optional(body) : std::nullopt;
+}
+
+/// True when @p count times @p size bytes from @p at lie among the objects.
+bool BinaryPropertyListReader::_fits(quint64 at, quint64 count, quint64 size) const
+{
+    return at <= m_end && count <= (m_end - at) / size;
+}
+
+quint64 BinaryPropertyListReader::_number(quint64 at, int size) const
+{
+    quint64 value = 0;
+    for (int i = 0; i < size; ++i)
+        value = value << 8 | static_cast<quint64>(_byte(at + static_cast<quint64>(i)));
+    return value;
+}
+
+int BinaryPropertyListReader::_byte(quint64 at) const
+{
+    return static_cast<unsigned char>(m_data.constData()[at]);
+}
+
+} // namespace platform

@@ -1,0 +1,78 @@
+#include "PropertyList.h"
+
+#include "BinaryPropertyListReader.h"
+#include "TextPropertyListReader.h"
+#include "XmlPropertyListReader.h"
+#include "XmlPropertyListWriter.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace platform::PropertyList
+{
+
+namespace
+{
+bool hasWideByteOrderMark(const QByteArray &data)
+{
+    return data.startsWith("\xFF\xFE") || data.startsWith("\xFE\xFF");
+}
+
+bool isEmptyContainer(const QVariant &list)
+{
+    return list.typeId() == QMetaType::QVariantMap && list.toMap().isEmpty();
+}
+
+/// Text that holds nothing but blanks and comments is an empty ".strings" file, but no property list.
+std::optional<QVariant> fromPlainText(const QByteArray &data)
+{
+    std::optional<QVariant> list = fromText(data);
+    return list && isEmptyContainer(*list) && !data.contains('{') ? std::nullopt : list;
+}
+} // namespace
+
+std::optional<QVariant> fromData(const QByteArray &data)
+{
+    if (BinaryPropertyListReader::isBinary(data))
+        return BinaryPropertyListReader(data).read();
+    if (hasWideByteOrderMark(data)) {
+        const std::optional<QString> text = TextPropertyListReader::decoded(data);
+        return text ? fromData(text->toUtf8()) : std::nullopt;
+    }
+    if (std::optional<QVariant> list = XmlPropertyListReader(data).read())
+        return list;
+    return fromPlainText(data);
+}
+
+std::optional<QVariant> fromFile(const QString &path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) // a pipe would never end
+        return std::nullopt;
+    return fromData(file.readAll());
+}
+
+QVariantList arrayFromFile(const QString &path)
+{
+    const QVariant list = fromFile(path).value_or(QVariant());
+    return list.typeId() == QMetaType::QVariantList ? list.toList() : QVariantList();
+}
+
+std::optional<QVariantMap> dictionaryFromFile(const QString &path)
+{
+    const QVariant list = fromFile(path).value_or(QVariant());
+    return list.typeId() == QMetaType::QVariantMap ? std::optional(list.toMap()) : std::nullopt;
+}
+
+QByteArray toXml(const QVariant &list)
+{
+    return XmlPropertyListWriter::text(list);
+}
+
+std::optional<QVariant> fromText(const QByteArray &data)
+{
+    std::optional<QString> text = TextPropertyListReader::decoded(data);
+    return text ? TextPropertyListReader(std::move(*text)).read() : std::nullopt;
+}
+
+} // namespace platform::PropertyList

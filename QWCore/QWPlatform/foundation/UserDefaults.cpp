@@ -1,0 +1,244 @@
+#include "UserDefaults.h"
+
+#include "PropertyList.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QSaveFile>
+#include <QTimer>
+
+#include <cmath>
+#include <map>
+#include <optional>
+
+namespace platform
+{
+
+namespace
+{
+constexpr int writeDelay = 500;    ///< Milliseconds from a change to its writing.
+constexpr int retryDelay = 5000;   ///< Milliseconds until a failed writing is tried again.
+constexpr int lockPatience = 1000; ///< Milliseconds to wait for another program that is writing.
+
+/// The stored values; none for a file that is there and cannot be understood.
+std::optional<QVariantMap> storedValues(const QString &path)
+{
+    return QFileInfo::exists(path) ? PropertyList::dictionaryFromFile(path) : QVariantMap();
+}
+
+/// Moves the file to a free name beside it.
+bool setAside(const QString &path)
+{
+    QString target = path + u".unreadable";
+    for (int number = 2; QFileInfo::exists(target); ++number)
+        target = path + u".unreadable " + QString::number(number);
+    qWarning("The settings in \"%s\" cannot be read; they are kept as \"%s\".", qUtf8Printable(path),
+             qUtf8Printable(target));
+    return QFile::rename(path, target);
+}
+
+bool writeValues(const QString &path, const QVariantMap &values)
+{
+    const QByteArray xml = PropertyList::toXml(values);
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(xml) == xml.size() && file.commit();
+}
+
+bool isNumber(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isText(const QVariant &value)
+{
+    return value.typeId() == QMetaType::QString;
+}
+
+/// "YES", "true", "1" and the like; text lists know no booleans.
+bool meansTrue(const QString &text)
+{
+    return text.startsWith(u'y', Qt::CaseInsensitive) || text.startsWith(u't', Qt::CaseInsensitive) ||
+           text.toLongLong() != 0;
+}
+
+/// Cut to a whole number, and to the range of one.
+qlonglong truncated(double value)
+{
+    constexpr double limit = 9223372036854775808.0;
+    if (std::isnan(value))
+        return 0;
+    if (std::fabs(value) >= limit)
+        return value < 0 ? std::numeric_limits<qlonglong>::min() : std::numeric_limits<qlonglong>::max();
+    return static_cast<qlonglong>(value);
+}
+} // namespace
+
+struct UserDefaults::Private
+{
+    QString path;
+    QVariantMap registered;
+    std::optional<QVariantMap> stored;                  ///< Once read.
+    std::map<QString, std::optional<QVariant>> pending; ///< Changes not written yet; none removes the key.
+    QTimer timer;
+
+    const QVariantMap &storedOnce()
+    {
+        if (!stored)
+            stored = storedValues(path).value_or(QVariantMap());
+        return *stored;
+    }
+
+    /// What a reader sees of @p key, without registered values.
+    QVariant own(const QString &key)
+    {
+        const auto change = pending.find(key);
+        return change == pending.end() ? storedOnce().value(key) : change->second.value_or(QVariant());
+    }
+
+    void change(const QString &key, std::optional<QVariant> value)
+    {
+        pending.insert_or_assign(key, std::move(value));
+        if (!timer.isActive())
+            schedule(writeDelay);
+    }
+
+    void schedule(int milliseconds)
+    {
+        if (QCoreApplication::instance()) // else there is no loop: written at the end
+            timer.start(milliseconds);
+    }
+
+    QVariantMap withPending(QVariantMap values) const
+    {
+        for (const auto &[key, value] : pending) {
+            if (value)
+                values.insert(key, *value);
+            else
+                values.remove(key);
+        }
+        return values;
+    }
+
+    /// Applies the pending changes to what the file holds now.
+    bool write()
+    {
+        QDir().mkpath(QFileInfo(path).path());
+        QLockFile lock(path + u".lock");
+        if (!lock.tryLock(lockPatience))
+            return false;
+        std::optional<QVariantMap> before = storedValues(path);
+        if (!before && !setAside(path))
+            return false;
+        const QVariantMap after = withPending(before.value_or(QVariantMap()));
+        if (after != before && !writeValues(path, after))
+            return false;
+        stored = after;
+        pending.clear();
+        return true;
+    }
+};
+
+UserDefaults::UserDefaults(QString path)
+    : m_d(std::make_unique<Private>())
+{
+    m_d->path = std::move(path);
+    m_d->timer.setSingleShot(true);
+    QObject::connect(&m_d->timer, &QTimer::timeout, &m_d->timer, [this] { synchronize(); });
+}
+
+UserDefaults::~UserDefaults()
+{
+    synchronize();
+}
+
+void UserDefaults::registerDefaults(const QVariantMap &values)
+{
+    m_d->registered.insert(values);
+}
+
+QVariant UserDefaults::object(const QString &key) const
+{
+    const QVariant value = m_d->own(key);
+    return value.isValid() ? value : m_d->registered.value(key);
+}
+
+bool UserDefaults::boolean(const QString &key) const
+{
+    const QVariant value = object(key);
+    return isText(value) ? meansTrue(value.toString()) : isNumber(value) && value.toBool();
+}
+
+qlonglong UserDefaults::integer(const QString &key) const
+{
+    const QVariant value = object(key);
+    const bool fraction = value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Float;
+    if (fraction || value.typeId() == QMetaType::ULongLong)
+        return truncated(value.toDouble());
+    return isText(value) || isNumber(value) ? value.toLongLong() : 0;
+}
+
+double UserDefaults::real(const QString &key) const
+{
+    const QVariant value = object(key);
+    return isText(value) || isNumber(value) ? value.toDouble() : 0;
+}
+
+QString UserDefaults::string(const QString &key) const
+{
+    const QVariant value = object(key);
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool() ? QStringLiteral("1") : QStringLiteral("0");
+    return isText(value) || isNumber(value) ? value.toString() : QString();
+}
+
+bool UserDefaults::isSet(const QString &key) const
+{
+    return m_d->own(key).isValid();
+}
+
+void UserDefaults::setObject(const QString &key, const QVariant &value)
+{
+    if (PropertyList::toXml(value).isEmpty())
+        qWarning("The setting \"%s\" cannot hold a value of type %s.", qUtf8Printable(key), value.typeName());
+    else
+        m_d->change(key, value);
+}
+
+void UserDefaults::removeObject(const QString &key)
+{
+    m_d->change(key, std::nullopt);
+}
+
+bool UserDefaults::synchronize()
+{
+    m_d->timer.stop();
+    if (m_d->pending.empty())
+        return true;
+    const bool written = m_d->write();
+    if (!written) {
+        qWarning("The settings in \"%s\" cannot be written now.", qUtf8Printable(path()));
+        m_d->schedule(retryDelay);
+    }
+    return written;
+}
+
+const QString &UserDefaults::path() const
+{
+    return m_d->path;
+}
+
+} // namespace platform
