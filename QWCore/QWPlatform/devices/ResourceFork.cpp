@@ -1,0 +1,157 @@
+#include "ResourceFork.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace platform {
+
+namespace {
+constexpr qsizetype typeListField = 24;
+constexpr qsizetype nameListField = 26;
+constexpr qsizetype typeSize = 8;
+constexpr qsizetype referenceSize = 12;
+constexpr quint16 noName = 0xFFFF;
+
+/// The upper half of Mac Roman, from 0x80.
+constexpr char16_t macRoman[] =
+    u"ÄÅÇÉÑÖÜáàâäãåçéèêëíìîïñóòôöõúùûü†°¢£§•¶ß®©™´¨≠ÆØ∞±≤≥¥µ∂∑∏π∫ªºΩæø¿¡¬√ƒ≈∆«»…\u00a0ÀÃÕŒœ–—“”‘’÷◊ÿŸ⁄€‹›ﬁﬂ"
+    u"‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔ\uf8ffÒÚÛÙıˆ˜¯˘˙˚¸˝˛ˇ";
+
+QString fromMacRoman(QByteArrayView bytes)
+{
+    QString text;
+    text.reserve(bytes.size());
+    for (const char byte : bytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        text += value < 0x80 ? QChar(value) : QChar(macRoman[value - 0x80]);
+    }
+    return text;
+}
+} // namespace
+
+/// Reads big-endian numbers and remembers that one lay outside, so that the steps below need not ask each time.
+class ResourceFork::Reader
+{
+public:
+    explicit Reader(const QByteArray &data)
+        : m_data(data)
+    {
+    }
+
+    bool failed() const { return m_failed; }
+
+    template <class T>
+    T number(qsizetype offset)
+    {
+        const QByteArrayView bytes = slice(offset, sizeof(T));
+        return bytes.isEmpty() ? T(0) : qFromBigEndian<T>(bytes.data());
+    }
+
+    QByteArrayView slice(qsizetype offset, qsizetype size)
+    {
+        if (offset < 0 || size < 0 || offset > m_data.size() || size > m_data.size() - offset) {
+            m_failed = true;
+            return {};
+        }
+        return QByteArrayView(m_data).sliced(offset, size);
+    }
+
+    /// Finds the two areas; false when they do not lie in the file.
+    bool readHeader()
+    {
+        m_dataStart = number<quint32>(0);
+        m_map = number<quint32>(4);
+        m_dataSize = number<quint32>(8);
+        const auto mapSize = number<quint32>(12);
+        slice(m_dataStart, m_dataSize);
+        slice(m_map, mapSize);
+        m_typeList = m_map + number<quint16>(m_map + typeListField);
+        m_nameList = m_map + number<quint16>(m_map + nameListField);
+        return !m_failed;
+    }
+
+    std::vector<Group> groups()
+    {
+        const int count = (number<quint16>(m_typeList) + 1) & 0xFFFF; // 0xFFFF stands for none
+        std::vector<Group> groups;
+        for (int i = 0; i < count && !m_failed; ++i)
+            groups.push_back(group(m_typeList + 2 + i * typeSize));
+        return groups;
+    }
+
+private:
+    Group group(qsizetype at)
+    {
+        Group group{number<quint32>(at), {}};
+        const int count = number<quint16>(at + 4) + 1;
+        const qsizetype references = m_typeList + number<quint16>(at + 6);
+        slice(references, count * referenceSize); // before reading: a wrong count must not cost time
+        for (int i = 0; i < count && !m_failed; ++i)
+            group.resources.push_back(resource(references + i * referenceSize));
+        return group;
+    }
+
+    Resource resource(qsizetype at)
+    {
+        Resource resource;
+        resource.id = number<qint16>(at);
+        resource.name = name(number<quint16>(at + 2));
+        resource.data = data(number<quint32>(at + 4) & 0xFFFFFF);
+        return resource;
+    }
+
+    QString name(quint16 offset)
+    {
+        if (offset == noName)
+            return {};
+        const qsizetype at = m_nameList + offset;
+        return fromMacRoman(slice(at + 1, number<quint8>(at)));
+    }
+
+    QByteArray data(qsizetype offset)
+    {
+        const auto size = number<quint32>(m_dataStart + offset);
+        if (offset + 4 + size > m_dataSize)
+            m_failed = true;
+        return m_failed ? QByteArray() : slice(m_dataStart + offset + 4, size).toByteArray();
+    }
+
+    const QByteArray &m_data;
+    bool m_failed = false;
+    qsizetype m_dataStart = 0;
+    qsizetype m_dataSize = 0;
+    qsizetype m_map = 0;
+    qsizetype m_typeList = 0;
+    qsizetype m_nameList = 0;
+};
+
+std::optional<ResourceFork> ResourceFork::fromData(const QByteArray &data, QString *error)
+{
+    Reader reader(data);
+    ResourceFork fork;
+    if (reader.readHeader())
+        fork.m_groups = reader.groups();
+    if (!reader.failed())
+        return fork;
+    if (error)
+        *error = QStringLiteral("The file is no resource file, or is damaged.");
+    return std::nullopt;
+}
+
+std::vector<ResourceFork::Resource> ResourceFork::resourcesOfType(quint32 type) const
+{
+    const auto found =
+        std::find_if(m_groups.begin(), m_groups.end(), [&](const Group &group) { return group.type == type; });
+    return found == m_groups.end() ? std::vector<Resource>() : found->resources;
+}
+
+std::optional<ResourceFork::Resource> ResourceFork::resource(quint32 type, qint16 id) const
+{
+    for (const Resource &resource : resourcesOfType(type))
+        if (resource.id == id)
+            return resource;
+    return std::nullopt;
+}
+
+} // namespace platform

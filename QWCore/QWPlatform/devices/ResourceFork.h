@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QWPlatform/qwplatform_export.h>
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace platform {
+
+/// The typed resources of a resource file, in the published format: big-endian header, data area and map. A value;
+/// every offset is checked, so a damaged file gives no fork, never a crash. Any thread.
+class QWPLATFORM_EXPORT ResourceFork
+{
+public:
+    struct Resource
+    {
+        qint16 id = 0;
+        QString name;    ///< Mac Roman in the file; "" when it has none.
+        QByteArray data; ///< As it stands in the file.
+    };
+
+    /// The fork in @p data; none, and a sentence for a log in @p error, when it is no resource file or is damaged.
+    static std::optional<ResourceFork> fromData(const QByteArray &data, QString *error = nullptr);
+
+    /// The resources of @p type in the order of the map; empty when there are none.
+    std::vector<Resource> resourcesOfType(quint32 type) const;
+
+    /// The resource of @p type with @p id; none when there is none.
+    std::optional<Resource> resource(quint32 type, qint16 id) const;
+
+private:
+    class Reader;
+
+    struct Group
+    {
+        quint32 type;
+        std::vector<Resource> resources;
+    };
+
+    ResourceFork() = default;
+
+    std::vector<Group> m_groups; ///< In the order of the map.
+};
+
+} // namespace platform
