@@ -1,0 +1,87 @@
+#include "BorderlessWindow.h"
+
+#include <QApplication>
+#include <QPropertyAnimation>
+#include <QScreen>
+#include <QStyle>
+
+namespace qw
+{
+
+namespace
+{
+constexpr int fadeMilliseconds = 200;
+
+QScreen *screenOfUser()
+{
+    QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
+    return screen ? screen : QGuiApplication::primaryScreen();
+}
+} // namespace
+
+QPainterPath roundedPanel(const QSizeF &size)
+{
+    QPainterPath path;
+    path.addRoundedRect(QRectF({}, size), BorderlessWindow::cornerRadius, BorderlessWindow::cornerRadius);
+    return path;
+}
+
+BorderlessWindow::BorderlessWindow(QWidget *contentView)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
+    , m_contentView(contentView)
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    contentView->setParent(this);
+    contentView->move(0, 0);
+    contentView->show();
+    setFixedSize(contentView->size());
+}
+
+BorderlessWindow::~BorderlessWindow() = default;
+
+void BorderlessWindow::takeContentView(QWidget *newParent)
+{
+    m_contentView->setParent(newParent);
+}
+
+void BorderlessWindow::center()
+{
+    if (const QScreen *screen = screenOfUser())
+        move(screen->availableGeometry().center() - rect().center());
+}
+
+void BorderlessWindow::makeKeyAndOrderFront()
+{
+    show();
+    raise();
+    activateWindow();
+}
+
+bool BorderlessWindow::supportsAnimator()
+{
+    const QStyle *style = QApplication::style();
+    return style->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
+}
+
+void BorderlessWindow::animateOpacity(double opacity)
+{
+    delete m_fade;
+    m_fade = new QPropertyAnimation(this, "windowOpacity", this);
+    m_fade->setDuration(fadeMilliseconds);
+    m_fade->setEndValue(opacity);
+    connect(m_fade, &QPropertyAnimation::finished, this, [this, fade = m_fade.data()] { _fadeStopped(fade); });
+    m_fade->start();
+}
+
+void BorderlessWindow::_fadeStopped(QPropertyAnimation *fade)
+{
+    // Whoever is told may destroy the window, while the animation is still in its own signal.
+    fade->setParent(nullptr);
+    fade->deleteLater();
+    m_fade.clear();
+    Q_EMIT animationDidStop();
+}
+
+
+} // namespace qw

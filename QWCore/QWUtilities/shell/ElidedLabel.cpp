@@ -1,0 +1,31 @@
+#include "ElidedLabel.h"
+
+#include <QPainter>
+#include <QStyle>
+
+namespace qw
+{
+
+ElidedLabel::ElidedLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+}
+
+ElidedLabel::~ElidedLabel() = default;
+
+QSize ElidedLabel::minimumSizeHint() const
+{
+    return {0, QLabel::minimumSizeHint().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent *event)
+{
+    const QString shown = fontMetrics().elidedText(text().simplified(), Qt::ElideMiddle, contentsRect().width());
+    Q_UNUSED(event)
+    QPainter painter(this);
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(), shown,
+                          foregroundRole());
+}
+
+} // namespace qw

@@ -1,0 +1,8 @@
+#include "PanelBackground.h"
+
+#include "BorderlessWindow.h"
+
+#include <QWBase/QWGradient.h>
+
+#include <QPainter>
+

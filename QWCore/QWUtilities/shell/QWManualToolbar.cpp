@@ -1,0 +1,164 @@
+// The manual window's toolbar, its keys and its browser view: what leads from the user to QWManual's operations.
+#include "QWManual.h"
+#include "ShellInterface.h"
+
+#include <QWPlatform/System.h>
+#include <QWPlatform/appkit/Panel.h>
+#include <QWPlatform/appkit/TintedIcon.h>
+#include <QWPlatform/appkit/Toolbar.h>
+#include <QWPlatform/appkit/ToolbarItem.h>
+#include <QWPlatform/appkit/WebView.h>
+#include <QWPlatform/appkit/Workspace.h>
+#include <QWPlatform/foundation/Localization.h>
+
+#include <QBoxLayout>
+#include <QShortcut>
+#include <QUrl>
+
+#include <algorithm>
+#include <iterator>
+
+using platform::Toolbar;
+using platform::ToolbarItem;
+
+namespace
+{
+struct Item
+{
+    const char *identifier;
+    const char *label;
+    const char *image; ///< In the framework's resources.
+    const char *action;
+    bool (*isEnabled)(const platform::WebView &view, bool found);
+};
+
+bool canGoBack(const platform::WebView &view, bool)
+{
+    return view.canGoBack();
+}
+
+bool canGoForward(const platform::WebView &view, bool)
+{
+    return view.canGoForward();
+}
+
+bool hasManual(const platform::WebView &, bool found)
+{
+    return found;
+}
+
+constexpr auto backItem = "QWManualBackButtonIdentifier";
+constexpr auto forwardItem = "QWManualForwardButtonIdentifier";
+constexpr auto homeItem = "QWManualHomeButtonIdentifier";
+constexpr auto printItem = "QWManualPrintButtonIdentifier";
+constexpr auto printToPDFItem = "QWManualPrintToPDFButtonIdentifier";
+
+constexpr Item items[] = {
+    {backItem, "Back", "back", "back:", canGoBack},
+    {forwardItem, "Forward", "forward", "forward:", canGoForward},
+    {homeItem, "Home", "home", "home:", hasManual},
+    {printItem, "Print", "print", "print:", hasManual},
+    {printToPDFItem, "Save To PDF", "documentation", "printToPDF:", hasManual},
+};
+
+struct Key
+{
+    QKeySequence::StandardKey key;
+    const char *item; ///< Works while this item would be enabled.
+    void (QWManual::*action)(QObject *sender);
+};
+
+constexpr Key keys[] = {
+    {QKeySequence::Back, backItem, &QWManual::back},
+    {QKeySequence::Forward, forwardItem, &QWManual::forward},
+    {QKeySequence::Print, printItem, &QWManual::print},
+};
+
+const Item *itemWithIdentifier(const QString &identifier)
+{
+    const auto *const found = std::find_if(std::begin(items), std::end(items), [&](const Item &item) {
+        return identifier == QLatin1String(item.identifier);
+    });
+    return found == std::end(items) ? nullptr : found;
+}
+} // namespace
+
+void QWManual::_makeToolbar()
+{
+    m_toolbar = new Toolbar("QWManualToolbar2", m_window);
+    m_toolbar->setAllowsUserCustomization(true);
+    m_toolbar->setAutosavesConfiguration(true);
+    m_toolbar->setDisplayMode(Toolbar::IconOnly);
+    m_toolbar->setToolbarDelegate(this);
+    if (auto *const column = qobject_cast<QBoxLayout *>(m_window->layout()))
+        column->insertWidget(0, m_toolbar);
+    connect(m_contentView.get(), &platform::WebView::historyChanged, m_toolbar, &Toolbar::validateVisibleItems);
+}
+
+void QWManual::_makeShortcuts()
+{
+    for (const Key &key : keys) {
+        auto *const shortcut = new QShortcut(QKeySequence(key.key), m_window);
+        connect(shortcut, &QShortcut::activated, this, [this, &key] {
+            if (_mayUse(key.item))
+                (this->*key.action)(nullptr);
+        });
+    }
+    connect(new QShortcut(QKeySequence::Close, m_window), &QShortcut::activated, m_window, &QWidget::close);
+}
+
+void QWManual::_makeContentView(QWidget &place)
+{
+    auto *const column = new QVBoxLayout(&place);
+    column->setContentsMargins({});
+    m_contentView = platform::System::current().webViews().make(&place);
+    column->addWidget(m_contentView->widget());
+    m_contentView->setPolicy([this](const QUrl &url) { return _decidePolicy(url); });
+}
+
+/// Pages of the web belong into the user's browser; everything else stays in the panel.
+bool QWManual::_decidePolicy(const QUrl &url) const
+{
+    if (url.scheme() != "http" && url.scheme() != "https")
+        return true;
+    platform::System::current().workspace().openUrl(url);
+    return false;
+}
+
+QStringList QWManual::toolbarAllowedItemIdentifiers(Toolbar &)
+{
+    QStringList identifiers;
+    for (const Item &item : items)
+        identifiers.append(item.identifier);
+    return identifiers << Toolbar::FlexibleSpaceItem << Toolbar::SeparatorItem << Toolbar::SpaceItem;
+}
+
+QStringList QWManual::toolbarDefaultItemIdentifiers(Toolbar &)
+{
+    return {backItem, forwardItem, homeItem, Toolbar::FlexibleSpaceItem, printItem};
+}
+
+std::unique_ptr<ToolbarItem> QWManual::toolbarItemForItemIdentifier(Toolbar &, const QString &identifier, bool)
+{
+    const Item *const row = itemWithIdentifier(identifier);
+    if (!row)
+        return nullptr;
+    auto item = std::make_unique<ToolbarItem>(identifier);
+    item->setLabel(platform::localized(row->label));
+    item->setPaletteLabel(platform::localized(row->label));
+    item->setImage(platform::tintedIcon(qw::shellBundle().pathForResource(row->image, "svg")));
+    item->setTarget(this);
+    item->setAction(row->action);
+    return item;
+}
+
+bool QWManual::validateToolbarItem(ToolbarItem &item)
+{
+    return _mayUse(item.itemIdentifier());
+}
+
+bool QWManual::_mayUse(const QString &identifier) const
+{
+    const Item *const row = itemWithIdentifier(identifier);
+    return !row || row->isEnabled(*m_contentView, m_found);
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QWUtilities/qwutilities_export.h>
+
+#include <QWidget>
+
+#include <memory>
+
+class QWGradient;
+
+/// The splash screen's content: a rounded panel with its gradient.
+class QWUTILITIES_EXPORT QWSplashScreenContentView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit QWSplashScreenContentView(QWidget *parent = nullptr);
+    ~QWSplashScreenContentView() override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    std::unique_ptr<QWGradient> m_background;
+};
