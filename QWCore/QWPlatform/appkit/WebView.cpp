@@ -1,7 +1,6 @@
 #include "WebView.h"
 
-namespace platform
-{
+namespace platform {
 
 WebView::~WebView() = default;
 WebViews::~WebViews() = default;

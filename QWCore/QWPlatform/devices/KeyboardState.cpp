@@ -1,7 +1,6 @@
 #include "KeyboardState.h"
 
-namespace platform
-{
+namespace platform {
 
 KeyboardState::~KeyboardState() = default;
 

@@ -6,8 +6,7 @@
 
 #include <array>
 
-namespace platform
-{
+namespace platform {
 
 /// Key map by key code: bit n of byte k is set while the key with code 8k + n is down. Codes 0 to 7 are the physical
 /// keys A S D F H G Z X of a US keyboard.

@@ -16,6 +16,12 @@
 #include "../plugins/PluginLoader.h"
 #include "LinuxChildProcesses.h"
 #include "LinuxClock.h"
+#include "LinuxInstanceLink.h"
+#include "LinuxKeyboardState.h"
+#include "LinuxUrlDownloads.h"
+#include "LinuxUrlLoader.h"
+#include "LinuxWebViews.h"
+#include "LinuxWorkspace.h"
 
 #include <QDir>
 
@@ -48,6 +54,12 @@ System::Services makeServices()
     services.userDefaults = makeUserDefaults(*services.mainBundle, *services.locations);
     services.childProcesses = std::make_unique<LinuxChildProcesses>(*services.locations);
     services.clock = std::make_unique<LinuxClock>();
+    services.urlLoader = std::make_unique<LinuxUrlLoader>();
+    services.urlDownloads = std::make_unique<LinuxUrlDownloads>();
+    services.webViews = std::make_unique<LinuxWebViews>();
+    services.workspace = std::make_unique<LinuxWorkspace>();
+    services.instanceLink = std::make_unique<LinuxInstanceLink>();
+    services.keyboardState = std::make_unique<LinuxKeyboardState>();
     return services;
 }
 } // namespace

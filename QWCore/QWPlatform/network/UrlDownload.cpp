@@ -1,7 +1,6 @@
 #include "UrlDownload.h"
 
-namespace platform
-{
+namespace platform {
 
 UrlDownloadObserver::~UrlDownloadObserver() = default;
 void UrlDownloadObserver::downloadDidReceiveResponse(qint64) {}

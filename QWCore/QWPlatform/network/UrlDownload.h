@@ -8,8 +8,7 @@
 
 class QUrl;
 
-namespace platform
-{
+namespace platform {
 
 /// Told of a download's progress on the main thread, never before the call that started it has returned. May destroy
 /// the download in any of the calls.
@@ -48,7 +47,8 @@ public:
 
     /// Downloads @p url to the file @p destination, which is overwritten. @p observer is not owned and must outlive
     /// the download.
-    virtual std::unique_ptr<UrlDownload> start(const QUrl &url, const QString &destination, UrlDownloadObserver &observer) = 0;
+    virtual std::unique_ptr<UrlDownload> start(const QUrl &url, const QString &destination,
+                                               UrlDownloadObserver &observer) = 0;
 };
 
 } // namespace platform

@@ -1,7 +1,6 @@
 #include "UrlLoader.h"
 
-namespace platform
-{
+namespace platform {
 
 UrlLoader::~UrlLoader() = default;
 

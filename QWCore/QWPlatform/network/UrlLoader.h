@@ -7,8 +7,7 @@
 #include <QPair>
 #include <QUrl>
 
-namespace platform
-{
+namespace platform {
 
 struct UrlRequest
 {
@@ -20,9 +19,9 @@ struct UrlRequest
 
 struct UrlResponse
 {
-    int status = 0;     ///< HTTP status; 0 when no answer came; 200 for a file that was read.
-    QByteArray body;    ///< What was answered, of error answers too.
-    QString error;      ///< Localized description of a failure of the connection; "" when an answer came whole.
+    int status = 0;  ///< HTTP status; 0 when no answer came; 200 for a file that was read.
+    QByteArray body; ///< What was answered, of error answers too.
+    QString error;   ///< Localized description of a failure of the connection; "" when an answer came whole.
 
     bool succeeded() const { return error.isEmpty() && status >= 200 && status < 400; }
 };

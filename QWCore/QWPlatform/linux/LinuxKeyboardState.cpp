@@ -1,0 +1,58 @@
+#include "LinuxKeyboardState.h"
+
+#include "HeldKeys.h"
+#include "KeyCodes.h"
+
+#include <QGuiApplication>
+
+#include <cstdlib>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace platform {
+
+namespace {
+/// Qt's own connection to the X server, or null on other window systems.
+xcb_connection_t *xConnection()
+{
+    auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    auto *x11 = application ? application->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
+KeyMap askServer(xcb_connection_t *connection)
+{
+    KeyMap map{};
+    const std::unique_ptr<xcb_query_keymap_reply_t, decltype(&std::free)> reply(
+        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr), &std::free);
+    for (const KeyCode &key : keyCodes()) {
+        const unsigned xKey = key.evdev + xKeyOffset;
+        if (reply && (reply->keys[xKey / 8] & (1u << (xKey % 8))))
+            setKeyDown(map, key.code, true);
+    }
+    return map;
+}
+} // namespace
+
+LinuxKeyboardState::LinuxKeyboardState()
+{
+    if (QCoreApplication::instance() && !xConnection())
+        _heldKeys();
+}
+
+LinuxKeyboardState::~LinuxKeyboardState() = default;
+
+KeyMap LinuxKeyboardState::keyMap()
+{
+    xcb_connection_t *connection = xConnection();
+    return connection ? askServer(connection) : _heldKeys().map();
+}
+
+HeldKeys &LinuxKeyboardState::_heldKeys()
+{
+    if (!m_heldKeys)
+        m_heldKeys = std::make_unique<HeldKeys>();
+    return *m_heldKeys;
+}
+
+} // namespace platform

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "../devices/KeyboardState.h"
+
+#include <memory>
+
+namespace platform {
+
+class HeldKeys;
+
+/// Asks the X server; on other window systems, remembers from the key events of the application what is held.
+class QWPLATFORM_EXPORT LinuxKeyboardState : public KeyboardState
+{
+public:
+    /// Without an X server, starts to remember, when there is an application object already.
+    LinuxKeyboardState();
+    ~LinuxKeyboardState() override;
+
+    KeyMap keyMap() override;
+
+private:
+    HeldKeys &_heldKeys();
+
+    std::unique_ptr<HeldKeys> m_heldKeys; ///< Null while X11 is asked.
+};
+
+} // namespace platform

@@ -1,0 +1,68 @@
+#include "LinuxWebViews.h"
+
+#include "../appkit/WebViewWithoutEngine.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QLibrary>
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+/// "Modules/…" beside the library that holds this code.
+QString moduleInFramework()
+{
+    static const char inThisLibrary = 0;
+    Dl_info info{};
+    if (!::dladdr(&inThisLibrary, &info))
+        return {};
+    const QString library = QFileInfo(QFile::decodeName(info.dli_fname)).canonicalFilePath();
+    return QFileInfo(library).path() + "/Modules/libQWPlatformWeb.so";
+}
+
+/// What would make the engine abort the process at its start; "" for nothing.
+QString obstacle()
+{
+    if (!QCoreApplication::testAttribute(Qt::AA_ShareOpenGLContexts))
+        return "Qt::AA_ShareOpenGLContexts was not set before the application object was made";
+    if (::geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
+        return "its sandbox does not work for the user root";
+    return {};
+}
+} // namespace
+
+LinuxWebViews::LinuxWebViews() = default;
+
+LinuxWebViews::LinuxWebViews(QString modulePath)
+    : m_modulePath(std::move(modulePath))
+{
+}
+
+std::unique_ptr<WebView> LinuxWebViews::make(QWidget *parent)
+{
+    if (!m_tried)
+        _loadModule();
+    if (m_make)
+        return std::unique_ptr<WebView>(m_make(parent));
+    return std::make_unique<WebViewWithoutEngine>(parent);
+}
+
+void LinuxWebViews::_loadModule()
+{
+    m_tried = true;
+    QString reason = obstacle();
+    if (reason.isEmpty()) {
+        QLibrary module(m_modulePath.isEmpty() ? moduleInFramework() : m_modulePath);
+        m_make = reinterpret_cast<MakeWebView>(module.resolve(makeWebViewSymbol));
+        reason = m_make ? QString() : module.errorString();
+    }
+    if (!m_make)
+        qWarning("Pages are shown without the browser engine: %s", qPrintable(reason));
+}
+
+} // namespace platform

@@ -1,0 +1,94 @@
+#include "WebEnginePage.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QTemporaryFile>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineProfile>
+#include <QWebEngineSettings>
+
+namespace platform {
+
+namespace {
+/// The engine takes text as a "data:" address of at most 2 MB, percent-encoded.
+constexpr qsizetype longestEncodedText = 2'000'000;
+constexpr qsizetype encodedSizeOfByte = 3;
+
+struct Setting
+{
+    QWebEngineSettings::WebAttribute attribute;
+    bool on;
+};
+
+constexpr Setting safeSettings[] = {
+    {QWebEngineSettings::JavascriptEnabled, false},
+    {QWebEngineSettings::JavascriptCanOpenWindows, false},
+    {QWebEngineSettings::JavascriptCanAccessClipboard, false},
+    {QWebEngineSettings::LocalStorageEnabled, false},
+    {QWebEngineSettings::LocalContentCanAccessRemoteUrls, false},
+    {QWebEngineSettings::LocalContentCanAccessFileUrls, false},
+    {QWebEngineSettings::HyperlinkAuditingEnabled, false},
+    {QWebEngineSettings::PluginsEnabled, false},
+    {QWebEngineSettings::PdfViewerEnabled, false},
+    {QWebEngineSettings::FullScreenSupportEnabled, false},
+    {QWebEngineSettings::WebGLEnabled, false},
+    {QWebEngineSettings::AutoLoadIconsForPage, false},
+    {QWebEngineSettings::NavigateOnDropEnabled, false},
+    {QWebEngineSettings::ErrorPageEnabled, false},
+    {QWebEngineSettings::FocusOnNavigationEnabled, false},
+};
+
+QByteArray withBase(const QByteArray &html, const QUrl &baseUrl)
+{
+    if (baseUrl.isEmpty())
+        return html;
+    const QByteArray base = "<base href=\"" + baseUrl.toString(QUrl::FullyEncoded).toHtmlEscaped().toUtf8() + "\">";
+    const QByteArrayView headTag = "<head>";
+    const qsizetype head = html.indexOf(headTag);
+    return QByteArray(html).insert(head < 0 ? 0 : head + headTag.size(), base);
+}
+} // namespace
+
+WebEnginePage::WebEnginePage(QWebEngineProfile *profile)
+    : QWebEnginePage(profile)
+{
+    for (const Setting &setting : safeSettings)
+        settings()->setAttribute(setting.attribute, setting.on);
+    connect(this, &QWebEnginePage::newWindowRequested, this,
+            [this](const QWebEngineNewWindowRequest &request) { load(request.requestedUrl()); });
+}
+
+WebEnginePage::~WebEnginePage() = default;
+
+void WebEnginePage::setPolicy(WebView::Policy policy)
+{
+    m_policy = std::move(policy);
+}
+
+void WebEnginePage::showHtml(const QString &html, const QUrl &baseUrl)
+{
+    const QByteArray text = html.toUtf8();
+    if (text.size() * encodedSizeOfByte < longestEncodedText)
+        setHtml(html, baseUrl);
+    else
+        _showLongHtml(text, baseUrl);
+}
+
+void WebEnginePage::_showLongHtml(const QByteArray &html, const QUrl &baseUrl)
+{
+    m_longHtml = std::make_unique<QTemporaryFile>(QDir::tempPath() + "/page.XXXXXX.html");
+    const QByteArray byteOrderMark = "\xEF\xBB\xBF"; // tells the encoding whatever the page says
+    if (!m_longHtml->open() || m_longHtml->write(byteOrderMark + withBase(html, baseUrl)) < 0 || !m_longHtml->flush()) {
+        qWarning("A long page cannot be written to %s", qPrintable(m_longHtml->fileName()));
+        return Q_EMIT loadFinished(false);
+    }
+    load(QUrl::fromLocalFile(m_longHtml->fileName()));
+}
+
+bool WebEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType, bool)
+{
+    const bool isOwnText = m_longHtml && url == QUrl::fromLocalFile(m_longHtml->fileName());
+    return !m_policy || m_policy(isOwnText ? QUrl("data:text/html;charset=UTF-8,") : url);
+}
+
+} // namespace platform

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QWPlatform/appkit/WebView.h>
+
+#include <QWebEnginePage>
+
+#include <memory>
+
+class QTemporaryFile;
+
+namespace platform {
+
+/// A page that asks the policy before it goes anywhere, in its frames too. Links that want a window of their own open
+/// in this one.
+class WebEnginePage : public QWebEnginePage
+{
+    Q_OBJECT
+
+public:
+    explicit WebEnginePage(QWebEngineProfile *profile);
+    ~WebEnginePage() override;
+
+    void setPolicy(WebView::Policy policy);
+
+    /// Shows @p html however long it is.
+    void showHtml(const QString &html, const QUrl &baseUrl);
+
+protected:
+    bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
+
+private:
+    void _showLongHtml(const QByteArray &html, const QUrl &baseUrl);
+
+    WebView::Policy m_policy;
+    std::unique_ptr<QTemporaryFile> m_longHtml; ///< What is shown, when the engine does not take it as text.
+};
+
+} // namespace platform
