@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QWBase/qwbase_export.h>
+
+#include <QString>
+
+/// MD5 of @p data as 32 lower-case hexadecimal digits. For names and check-sums that are agreed on, not for secrets.
+QWBASE_EXPORT QString md5String(const QByteArray &data);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QColor>
+
+/// A colour at a place of a gradient.
+struct QWGradientStop
+{
+    QColor color;
+    double position = 0;   ///< 0 at the start to 1 at the end.
+    double midpoint = 0.5; ///< Where, from here (0) to the next stop (1), the two colours are mixed half and half.
+
+    bool operator==(const QWGradientStop &other) const = default;
+};
