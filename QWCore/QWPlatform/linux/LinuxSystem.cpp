@@ -14,8 +14,10 @@
 #include "../network/UrlDownload.h"
 #include "../network/UrlLoader.h"
 #include "../plugins/PluginLoader.h"
+#include "LinuxAlerts.h"
 #include "LinuxChildProcesses.h"
 #include "LinuxClock.h"
+#include "LinuxFilePanels.h"
 #include "LinuxInstanceLink.h"
 #include "LinuxKeyboardState.h"
 #include "LinuxUrlDownloads.h"
@@ -52,6 +54,8 @@ System::Services makeServices()
     services.mainBundle = std::make_unique<Bundle>(Bundle::forExecutable());
     services.locations = makeLocations(*services.mainBundle);
     services.userDefaults = makeUserDefaults(*services.mainBundle, *services.locations);
+    services.alerts = std::make_unique<LinuxAlerts>();
+    services.filePanels = std::make_unique<LinuxFilePanels>();
     services.childProcesses = std::make_unique<LinuxChildProcesses>(*services.locations);
     services.clock = std::make_unique<LinuxClock>();
     services.urlLoader = std::make_unique<LinuxUrlLoader>();
