@@ -8,7 +8,8 @@
 
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 
 /// Sees each real alert when its panel is on the screen, and may choose a button in the user's place; no index leaves
 /// it to the user. For a guided tour, which pictures some alerts and answers others.

@@ -9,7 +9,8 @@
 #include <functional>
 #include <memory>
 
-namespace platform {
+namespace platform
+{
 
 class Bundle;
 

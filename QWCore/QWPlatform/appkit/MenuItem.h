@@ -10,7 +10,8 @@
 class QKeyEvent;
 class QMenu;
 
-namespace platform {
+namespace platform
+{
 
 /// An item of a menu. The title is kept as given, apart from the text shown; choosing the item sends its action with
 /// the item as sender, to the receiver found at that moment.

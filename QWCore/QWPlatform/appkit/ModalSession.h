@@ -5,7 +5,8 @@
 #include <QPointer>
 #include <QWidget>
 
-namespace platform {
+namespace platform
+{
 
 /// An application-modal panel during a piece of work: run() now and then lets the user's events through. Main thread.
 /// Sessions nest; the innermost is the one that runs.

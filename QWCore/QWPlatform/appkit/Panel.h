@@ -4,7 +4,8 @@
 
 #include <QWidget>
 
-namespace platform {
+namespace platform
+{
 
 /// An auxiliary window. A floating one stays above the windows of the application and leaves shortcuts working.
 class QWPLATFORM_EXPORT Panel : public QWidget

@@ -9,7 +9,8 @@ class QAction;
 class QMenuBar;
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 
 /// The window that keys go to, or null.
 QWPLATFORM_EXPORT QWidget *keyWindow();

@@ -9,7 +9,8 @@
 #include <array>
 #include <optional>
 
-namespace platform {
+namespace platform
+{
 
 /// The name of an operation ("editShortcut:"), interned: copying and comparing cost a pointer. Its colons count the
 /// arguments, and it maps to the invokable method whose name is its pieces joined, a capital after each colon
@@ -67,7 +68,8 @@ QWPLATFORM_EXPORT bool respondsToCall(const QObject *target, const Selector &sel
 /// True when @p target takes @p selector as an action: no argument, or the sender (a QObject *).
 QWPLATFORM_EXPORT bool respondsTo(const QObject *target, const Selector &selector);
 
-namespace detail {
+namespace detail
+{
 template <class... Arguments>
 const QMetaType *typesOf()
 {

@@ -6,7 +6,8 @@
 
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 
 /// Shows @p sheet, window-modal, on @p window and returns. @p didEnd is called once, from endSheet(); closing the sheet
 /// (or rejecting a QDialog) ends it with 0, accepting one with 1. It is not called when the sheet goes first. Main

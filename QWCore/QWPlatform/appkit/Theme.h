@@ -5,7 +5,8 @@
 class QApplication;
 class QPalette;
 
-namespace platform {
+namespace platform
+{
 
 enum class ThemeChoice
 {

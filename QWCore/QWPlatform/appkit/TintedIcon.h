@@ -4,7 +4,8 @@
 
 #include <QIcon>
 
-namespace platform {
+namespace platform
+{
 
 /// An icon drawn in the text colour of the application's palette at the moment of painting (disabled and selected ones
 /// in theirs), sharp at every scale. @p path is an SVG in `currentColor`, or a PNG whose opaque parts are the shape,

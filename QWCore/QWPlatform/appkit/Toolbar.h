@@ -11,7 +11,8 @@
 
 class QActionGroup;
 
-namespace platform {
+namespace platform
+{
 
 class ToolbarCustomizationPanel;
 class ToolbarDelegate;
@@ -42,6 +43,9 @@ public:
     static const QString SeparatorItem;     ///< "NSToolbarSeparatorItem"
     static const QString SpaceItem;         ///< "NSToolbarSpaceItem"
     static const QString FlexibleSpaceItem; ///< "NSToolbarFlexibleSpaceItem"
+
+    /// True for the three above.
+    static bool isStandardItem(const QString &identifier);
 
     explicit Toolbar(const QString &identifier, QWidget *parent = nullptr);
     ~Toolbar() override;
@@ -106,9 +110,8 @@ private:
         QAction *action; ///< Owned by the toolbar.
     };
 
-    QStringList _storedItemIdentifiers() const;
     void _load();
-    void _save();
+    void _save() const;
     void _setItemIdentifiers(const QStringList &identifiers);
     QAction *_makeAction(const QString &identifier);
     QAction *_makeItemAction(const QString &identifier);

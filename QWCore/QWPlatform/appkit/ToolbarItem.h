@@ -6,7 +6,8 @@
 #include <QAction>
 #include <QPointer>
 
-namespace platform {
+namespace platform
+{
 
 /// An item of a toolbar. Choosing it sends its action with the item as sender.
 class QWPLATFORM_EXPORT ToolbarItem : public QAction

@@ -1,0 +1,150 @@
+#include "ResponderChain.h"
+
+#include "Panel.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMenuBar>
+#include <QPointer>
+#include <QWidget>
+#include <QWindow>
+
+namespace platform
+{
+
+namespace
+{
+constexpr auto delegateProperty = "_qw_delegate";
+
+/// The window that was last active and is no panel.
+QPointer<QWidget> lastMainWindow;
+
+QWidget *widgetOf(const QWindow *window)
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    const auto found =
+        std::find_if(widgets.begin(), widgets.end(), [&](QWidget *w) { return w->windowHandle() == window; });
+    return found == widgets.end() ? nullptr : *found;
+}
+
+bool canBeMain(const QWidget *window)
+{
+    const Qt::WindowType type = window->windowType();
+    return type == Qt::Window && !isPanel(window);
+}
+
+void noteActiveWindow(QWindow *window)
+{
+    QWidget *const widget = window ? widgetOf(window) : nullptr;
+    if (widget && canBeMain(widget))
+        lastMainWindow = widget;
+}
+
+void watchActiveWindows()
+{
+    if (auto *application = qobject_cast<QApplication *>(QCoreApplication::instance()))
+        QObject::connect(application, &QGuiApplication::focusWindowChanged, application, noteActiveWindow);
+}
+
+void appendWindow(QList<QObject *> &chain, QWidget *window)
+{
+    QWidget *responder = window->focusWidget() ? window->focusWidget() : window;
+    for (; responder != window; responder = responder->parentWidget())
+        chain.append(responder);
+    chain.append(window);
+    chain.append(delegateOf(window));
+}
+
+QWidget *firstVisibleMainWindow()
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    const auto found =
+        std::find_if(widgets.begin(), widgets.end(), [](QWidget *w) { return w->isVisible() && canBeMain(w); });
+    return found == widgets.end() ? nullptr : *found;
+}
+
+QMenuBar *menuBarOf(const QWidget *window)
+{
+    return window ? window->findChild<QMenuBar *>() : nullptr;
+}
+
+bool send(QObject *receiver, const Selector &action, QObject *sender)
+{
+    return action.argumentCount() == 0 ? perform(receiver, action) : perform<QObject *>(receiver, action, sender);
+}
+} // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(watchActiveWindows)
+
+QWidget *keyWindow()
+{
+    return QApplication::activeWindow();
+}
+
+QWidget *mainWindow()
+{
+    if (lastMainWindow && lastMainWindow->isVisible())
+        return lastMainWindow;
+    return firstVisibleMainWindow();
+}
+
+QMenuBar *mainMenuBar()
+{
+    if (QMenuBar *const bar = menuBarOf(keyWindow()))
+        return bar;
+    if (QMenuBar *const bar = menuBarOf(mainWindow()))
+        return bar;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (const QWidget *widget : widgets) {
+        if (QMenuBar *const bar = menuBarOf(widget))
+            return bar;
+    }
+    return nullptr;
+}
+
+void setDelegate(QObject *object, QObject *delegate)
+{
+    object->setProperty(delegateProperty, QVariant::fromValue(QPointer<QObject>(delegate)));
+}
+
+QObject *delegateOf(const QObject *object)
+{
+    return object ? object->property(delegateProperty).value<QPointer<QObject>>().data() : nullptr;
+}
+
+QList<QObject *> responderChain()
+{
+    QList<QObject *> chain;
+    QWidget *const key = keyWindow();
+    if (key)
+        appendWindow(chain, key);
+    QWidget *const main = mainWindow();
+    if (main && main != key && (!key || isPanel(key)))
+        appendWindow(chain, main);
+    chain.append(QCoreApplication::instance());
+    chain.append(delegateOf(QCoreApplication::instance()));
+    chain.removeAll(nullptr);
+    return chain;
+}
+
+QObject *targetForAction(const Selector &action, QObject *target)
+{
+    if (target)
+        return respondsTo(target, action) ? target : nullptr;
+    const QList<QObject *> chain = responderChain();
+    const auto found = std::find_if(chain.begin(), chain.end(), [&](QObject *r) { return respondsTo(r, action); });
+    return found == chain.end() ? nullptr : *found;
+}
+
+bool sendAction(const Selector &action, QObject *target, QObject *sender)
+{
+    QObject *const receiver = targetForAction(action, target);
+    return receiver && send(receiver, action, sender);
+}
+
+bool validateMenuItem(QObject *target, QAction *item)
+{
+    return target && performReturning<bool, QAction *>(target, "validateMenuItem:", item).value_or(true);
+}
+
+} // namespace platform

@@ -1,0 +1,190 @@
+#include "Selector.h"
+
+#include <QHash>
+#include <QMetaMethod>
+
+#include <array>
+#include <dlfcn.h>
+#include <memory>
+#include <mutex>
+#include <string_view>
+
+namespace platform
+{
+
+struct Selector::Entry
+{
+    QString name;
+    QByteArray methodName;
+    int argumentCount;
+};
+
+namespace
+{
+/// Qt's own slots that a selector may reach: whatever else a file names, such as "deleteLater", stays out of reach.
+constexpr std::array<std::string_view, 6> reachableQtSlots{"undo", "redo", "cut", "copy", "paste", "selectAll"};
+
+constexpr int NoMethod = -1;
+
+struct CacheKey
+{
+    const QMetaObject *metaObject;
+    Selector selector;
+    const QMetaType *types;
+    int result; ///< Type id; 0 when the result is dropped.
+
+    bool operator==(const CacheKey &) const = default;
+};
+
+size_t qHash(const CacheKey &key, size_t seed)
+{
+    return qHashMulti(seed, key.metaObject, key.selector, key.types, key.result);
+}
+
+QByteArray methodNameOf(const QString &selector)
+{
+    QByteArray name;
+    const QStringList pieces = selector.split(':');
+    for (qsizetype i = 0; i < pieces.size(); ++i) {
+        QByteArray piece = pieces.at(i).toUtf8();
+        if (i > 0 && !piece.isEmpty())
+            piece[0] = static_cast<char>(toupper(static_cast<unsigned char>(piece[0])));
+        name += piece;
+    }
+    return name;
+}
+
+/// Asks which library the class's code lies in: its meta-object itself may have been copied into the executable.
+bool isQtsOwn(const QMetaObject &type)
+{
+    Dl_info info;
+    if (!type.d.static_metacall || !dladdr(reinterpret_cast<const void *>(type.d.static_metacall), &info))
+        return false;
+    const std::string_view path(info.dli_fname);
+    return path.substr(path.rfind('/') + 1).starts_with("libQt6");
+}
+
+bool isReachableQtSlot(const QMetaMethod &method)
+{
+    const QByteArray name = method.name();
+    const auto &names = reachableQtSlots;
+    return method.parameterCount() == 0 && std::find(names.begin(), names.end(), name.toStdString()) != names.end();
+}
+
+bool isCallable(const QMetaMethod &method)
+{
+    const bool kind = method.methodType() == QMetaMethod::Method || method.methodType() == QMetaMethod::Slot;
+    return kind && method.access() == QMetaMethod::Public;
+}
+
+bool hasTypes(const QMetaMethod &method, const SelectorCall &call)
+{
+    if (call.result.isValid() && method.returnMetaType() != call.result)
+        return false;
+    for (int i = 0; i < call.count; ++i) {
+        if (method.parameterMetaType(i) != call.types[i])
+            return false;
+    }
+    return true;
+}
+
+/// A sender is dropped on the way to one of Qt's own slots: "copy:" performs copy().
+bool takesAsQtSlot(const QMetaMethod &method, const SelectorCall &call)
+{
+    static const QMetaType sender = QMetaType::fromType<QObject *>();
+    const bool dropsOnlySender = call.count == 0 || (call.count == 1 && call.types[0] == sender);
+    return dropsOnlySender && !call.result.isValid() && isReachableQtSlot(method);
+}
+
+bool matches(const QMetaMethod &method, const Selector &selector, const SelectorCall &call)
+{
+    if (method.name() != selector.methodName() || !isCallable(method))
+        return false;
+    if (isQtsOwn(*method.enclosingMetaObject()))
+        return takesAsQtSlot(method, call);
+    return method.parameterCount() == call.count && hasTypes(method, call);
+}
+
+/// The most derived class is asked first.
+int findMethod(const QMetaObject &type, const Selector &selector, const SelectorCall &call)
+{
+    for (int index = type.methodCount() - 1; index >= 0; --index) {
+        if (matches(type.method(index), selector, call))
+            return index;
+    }
+    return NoMethod;
+}
+
+int methodIndex(const QObject &target, const Selector &selector, const SelectorCall &call)
+{
+    static QHash<CacheKey, int> cache; // main thread only; meta-objects live as long as their libraries
+    if (selector.isNull() || selector.argumentCount() != call.count)
+        return NoMethod;
+    const CacheKey key{target.metaObject(), selector, call.types, call.result.isValid() ? call.result.id() : 0};
+    const auto cached = cache.constFind(key);
+    if (cached != cache.constEnd())
+        return *cached;
+    return *cache.insert(key, findMethod(*key.metaObject, selector, call));
+}
+} // namespace
+
+const Selector::Entry *Selector::_interned(const QString &name)
+{
+    static std::mutex mutex;                                                // guards the table
+    static auto &table = *new QHash<QString, std::shared_ptr<const Entry>>; // never destroyed: selectors point into it
+    const std::lock_guard lock(mutex);
+    auto &entry = table[name];
+    if (!entry)
+        entry = std::make_shared<const Entry>(Entry{name, methodNameOf(name), static_cast<int>(name.count(':'))});
+    return entry.get();
+}
+
+Selector::Selector(const QString &name)
+    : m_entry(name.isEmpty() ? nullptr : _interned(name))
+{
+}
+
+Selector::Selector(const char *name)
+    : Selector(QString::fromUtf8(name))
+{
+}
+
+const QString &Selector::name() const
+{
+    static const QString none;
+    return m_entry ? m_entry->name : none;
+}
+
+int Selector::argumentCount() const
+{
+    return m_entry ? m_entry->argumentCount : 0;
+}
+
+const QByteArray &Selector::methodName() const
+{
+    static const QByteArray none;
+    return m_entry ? m_entry->methodName : none;
+}
+
+bool performCall(QObject *target, const Selector &selector, const SelectorCall &call, void **arguments)
+{
+    const int index = target ? methodIndex(*target, selector, call) : NoMethod;
+    if (index == NoMethod)
+        return false;
+    target->qt_metacall(QMetaObject::InvokeMetaMethod, index, arguments);
+    return true;
+}
+
+bool respondsToCall(const QObject *target, const Selector &selector, const SelectorCall &call)
+{
+    return target && methodIndex(*target, selector, call) != NoMethod;
+}
+
+bool respondsTo(const QObject *target, const Selector &selector)
+{
+    if (selector.argumentCount() == 0)
+        return respondsToCall(target, selector, {detail::typesOf<>(), 0, {}});
+    return respondsToCall(target, selector, {detail::typesOf<QObject *>(), 1, {}});
+}
+
+} // namespace platform

@@ -1,0 +1,159 @@
+#include "LinuxAlertPanel.h"
+
+#include "../appkit/AlertResponder.h"
+#include "../foundation/Localization.h"
+#include "LinuxAlertText.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace platform
+{
+
+namespace
+{
+constexpr int edge = 20;
+constexpr int betweenGroups = 16;
+constexpr int betweenControls = 8;
+constexpr int iconSize = 48;
+constexpr int textWidth = 380;
+constexpr int widestButtonText = 320;
+constexpr int mostMessageLines = 6;
+constexpr int mostInformativeLines = 14;
+
+/// The window that the user is looking at: the active one, else the last one that came up, such as a splash screen.
+QWidget *frontWindow(const QWidget *except)
+{
+    if (QWidget *const modal = QApplication::activeModalWidget(); modal && modal != except)
+        return modal;
+    if (QWidget *const active = QApplication::activeWindow(); active && active != except)
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto found = std::find_if(windows.rbegin(), windows.rend(), [&](QWidget *w) {
+        return w != except && w->isVisible() && w->windowType() != Qt::Popup && w->windowType() != Qt::ToolTip;
+    });
+    return found == windows.rend() ? nullptr : *found;
+}
+
+QIcon alertIcon(const QWidget &panel)
+{
+    const QIcon icon = QApplication::windowIcon();
+    return icon.isNull() ? panel.style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, &panel) : icon;
+}
+
+QLabel *makeIcon(QWidget &panel)
+{
+    auto *const label = new QLabel(&panel);
+    label->setPixmap(alertIcon(panel).pixmap(QSize(iconSize, iconSize), panel.devicePixelRatioF()));
+    label->setAlignment(Qt::AlignTop);
+    return label;
+}
+
+QPushButton *makeButton(const QString &title, QWidget *parent)
+{
+    QString shown = parent->fontMetrics().elidedText(title.simplified(), Qt::ElideMiddle, widestButtonText);
+    auto *const button = new QPushButton(shown.replace('&', "&&"), parent);
+    button->setAutoDefault(true);
+    button->setAccessibleName(title);
+    return button;
+}
+} // namespace
+
+LinuxAlertPanel::LinuxAlertPanel(const Alert &alert)
+    : m_alert(alert)
+{
+    if (m_alert.buttons.isEmpty())
+        m_alert.buttons = QStringList{localized("OK")};
+    setWindowTitle(QApplication::applicationDisplayName());
+    setAccessibleName(m_alert.messageText);
+    auto *const top = new QHBoxLayout;
+    top->setSpacing(betweenGroups);
+    top->addWidget(makeIcon(*this), 0, Qt::AlignTop);
+    top->addLayout(_makeTexts(), 1);
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(edge, edge, edge, edge);
+    layout->setSpacing(betweenGroups + betweenControls / 2);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addLayout(top);
+    layout->addLayout(_makeButtons());
+}
+
+QVBoxLayout *LinuxAlertPanel::_makeTexts()
+{
+    auto *const texts = new QVBoxLayout;
+    texts->setSpacing(betweenControls);
+    QFont bold = font();
+    bold.setBold(true);
+    texts->addWidget(new LinuxAlertText(m_alert.messageText, bold, textWidth, mostMessageLines, this));
+    if (!m_alert.informativeText.isEmpty())
+        texts->addWidget(new LinuxAlertText(m_alert.informativeText, font(), textWidth, mostInformativeLines, this));
+    texts->addStretch();
+    return texts;
+}
+
+/// The first button is the default one, at the right; Tab goes through them in their given order.
+QHBoxLayout *LinuxAlertPanel::_makeButtons()
+{
+    auto *const row = new QHBoxLayout;
+    row->setSpacing(betweenControls);
+    for (int i = 0; i < m_alert.buttons.size(); ++i) {
+        QPushButton *const button = makeButton(m_alert.buttons.at(i), this);
+        connect(button, &QPushButton::clicked, this, [this, i] { done(i); });
+        row->insertWidget(0, button);
+        if (i == 0) {
+            button->setDefault(true);
+            button->setFocus();
+        }
+    }
+    row->insertStretch(0);
+    return row;
+}
+
+int LinuxAlertPanel::run()
+{
+    setWindowModality(Qt::ApplicationModal);
+    _standAbove(frontWindow(this));
+    QTimer::singleShot(0, this, &LinuxAlertPanel::_askResponder);
+    return exec();
+}
+
+void LinuxAlertPanel::reject()
+{
+    done(static_cast<int>(m_alert.buttons.size()) - 1);
+}
+
+void LinuxAlertPanel::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    raise();
+    activateWindow();
+}
+
+/// Transient for the window, not its child: a splash screen may go while the alert stands.
+void LinuxAlertPanel::_standAbove(QWidget *window)
+{
+    if (!window)
+        return;
+    winId();
+    if (QWindow *const below = window->window()->windowHandle())
+        windowHandle()->setTransientParent(below);
+    adjustSize();
+    move(window->window()->frameGeometry().center() - rect().center());
+}
+
+void LinuxAlertPanel::_askResponder()
+{
+    if (!alertResponder())
+        return;
+    const AlertResponder responder = alertResponder(); // it may be replaced while it runs
+    if (const std::optional<int> choice = responder(m_alert, this))
+        done(*choice);
+}
+
+} // namespace platform

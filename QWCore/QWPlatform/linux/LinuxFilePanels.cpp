@@ -1,0 +1,125 @@
+#include "LinuxFilePanels.h"
+
+#include "../System.h"
+#include "../appkit/Alerts.h"
+#include "../foundation/Localization.h"
+#include "../foundation/Locations.h"
+#include "../foundation/UserDefaults.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace platform
+{
+
+namespace
+{
+constexpr auto lastFolderKey = "NSNavLastRootDirectory";
+
+QString lastFolder()
+{
+    const System &system = System::current();
+    const QString stored = system.locations().mapped(system.userDefaults().string(lastFolderKey));
+    return QFileInfo(stored).isDir() ? stored : system.locations().home();
+}
+
+/// Kept with "~" for the home folder.
+void rememberFolder(const QString &folder)
+{
+    const System &system = System::current();
+    const QString &home = system.locations().home();
+    const bool below = folder == home || folder.startsWith(home + '/');
+    system.userDefaults().setObject(lastFolderKey, below ? '~' + folder.mid(home.size()) : folder);
+}
+
+QFileDialog *makePanel(QWidget *window, const QString &title)
+{
+    auto *const panel = new QFileDialog(window, title, lastFolder());
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
+    return panel;
+}
+
+QString withExtension(const QString &path, const QString &extension)
+{
+    const bool has = extension.isEmpty() || path.endsWith('.' + extension, Qt::CaseInsensitive);
+    return has ? path : path + '.' + extension;
+}
+
+QString filterFor(const QStringList &extensions)
+{
+    if (extensions.isEmpty())
+        return {};
+    QStringList patterns;
+    for (const QString &extension : extensions)
+        patterns.append("*." + extension);
+    return patterns.join(' ');
+}
+
+/// The panel asks for the name that it was told itself; an extension added afterwards may name another file.
+bool mayWrite(const QString &chosen, const QString &path)
+{
+    if (path == chosen || !QFileInfo::exists(path))
+        return true;
+    Alert alert;
+    alert.messageText =
+        formatted(localized("“%@” already exists. Do you want to replace it?"), {QFileInfo(path).fileName()});
+    alert.informativeText = localized("Replacing it overwrites its current contents.");
+    alert.buttons = QStringList{localized("Replace"), localized("Cancel")};
+    return runAlert(alert) == 0;
+}
+
+void prepareSave(QFileDialog &panel, const SavePanelRequest &request)
+{
+    panel.setAcceptMode(QFileDialog::AcceptSave);
+    panel.setFileMode(QFileDialog::AnyFile);
+    panel.setDefaultSuffix(request.requiredFileType);
+    if (!request.requiredFileType.isEmpty())
+        panel.setNameFilter(filterFor({request.requiredFileType}));
+    panel.selectFile(withExtension(QString(request.suggestedName).replace('/', '-'), request.requiredFileType));
+}
+
+void prepareOpen(QFileDialog &panel, const OpenPanelRequest &request)
+{
+    panel.setAcceptMode(QFileDialog::AcceptOpen);
+    panel.setOption(QFileDialog::ShowDirsOnly, request.directories);
+    panel.setFileMode(request.directories
+                          ? QFileDialog::Directory
+                          : (request.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile));
+    if (!request.fileTypes.isEmpty())
+        panel.setNameFilter(filterFor(request.fileTypes));
+}
+} // namespace
+
+void LinuxFilePanels::beginSavePanel(const SavePanelRequest &request, std::function<void(int, const QString &)> didEnd)
+{
+    QFileDialog *const panel = makePanel(request.window, request.title);
+    prepareSave(*panel, request);
+    QObject::connect(panel, &QDialog::finished, panel, [=](int result) {
+        const QString chosen = result == QDialog::Accepted ? panel->selectedFiles().value(0) : QString();
+        const QString path = chosen.isEmpty() ? chosen : withExtension(chosen, request.requiredFileType);
+        if (path.isEmpty() || !mayWrite(chosen, path))
+            return didEnd(Cancel, {});
+        rememberFolder(QFileInfo(path).absolutePath());
+        didEnd(OK, path);
+    });
+    panel->show();
+}
+
+void LinuxFilePanels::beginOpenPanel(const OpenPanelRequest &request,
+                                     std::function<void(int, const QStringList &)> didEnd)
+{
+    QFileDialog *const panel = makePanel(request.window, request.title);
+    prepareOpen(*panel, request);
+    QObject::connect(panel, &QDialog::finished, panel, [=](int result) {
+        const QStringList paths = result == QDialog::Accepted ? panel->selectedFiles() : QStringList();
+        if (paths.isEmpty())
+            return didEnd(Cancel, {});
+        rememberFolder(QFileInfo(paths.first()).absolutePath());
+        didEnd(OK, paths);
+    });
+    panel->show();
+}
+
+} // namespace platform
