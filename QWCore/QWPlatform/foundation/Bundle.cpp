@@ -2,7 +2,6 @@
 
 #include "PropertyList.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
@@ -47,6 +46,12 @@ bool isFramework(const QString &path)
     return path.endsWith(u".framework");
 }
 
+/// A mere folder, as that of a program outside any bundle: without the levels that bundles have.
+bool isFlat(const QString &path)
+{
+    return !path.endsWith(u".app") && !QFileInfo(path + u"/Contents").isDir();
+}
+
 QString programPath()
 {
     return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
@@ -63,11 +68,11 @@ QStringList folderNames(const QString &language)
     return names;
 }
 
+/// The languages that the user reads, best first; the plain "C" locale reads English.
 QStringList userLanguages()
 {
-    QStringList languages = QLocale().uiLanguages();
-    languages.replaceInStrings(QStringLiteral("C"), QStringLiteral("en"));
-    return languages;
+    const QStringList languages = QLocale().uiLanguages();
+    return languages.isEmpty() || languages.first() == u"C" ? QStringList{QStringLiteral("en")} : languages;
 }
 
 /// The user's best language folder among those in @p resources ("de.lproj"), or "".
@@ -184,7 +189,9 @@ QString Bundle::resourcesPath() const
         if (QFileInfo(candidate).isDir())
             return candidate;
     }
-    return path();
+    if (isFramework(path()))
+        return path() + u"/Versions/A/Resources";
+    return isFlat(path()) ? path() : QString(path() + u"/Contents/Resources");
 }
 
 QString Bundle::executablePath() const
@@ -196,8 +203,7 @@ QString Bundle::executablePath() const
     const QString program = programPath();
     if (listed.isEmpty() && path() == QFileInfo(program).path())
         return program;
-    const bool flat = !path().endsWith(u".app") && !QFileInfo(path() + u"/Contents").isDir();
-    return path() + (flat ? u"/" : u"/Contents/MacOS/") + (listed.isEmpty() ? baseName : listed);
+    return path() + (isFlat(path()) ? u"/" : u"/Contents/MacOS/") + (listed.isEmpty() ? baseName : listed);
 }
 
 QString Bundle::localizedString(const QString &key) const

@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <cmath>
+#include <limits>
 #include <map>
 #include <optional>
 
@@ -23,10 +24,32 @@ constexpr int writeDelay = 500;    ///< Milliseconds from a change to its writin
 constexpr int retryDelay = 5000;   ///< Milliseconds until a failed writing is tried again.
 constexpr int lockPatience = 1000; ///< Milliseconds to wait for another program that is writing.
 
-/// The stored values; none for a file that is there and cannot be understood.
-std::optional<QVariantMap> storedValues(const QString &path)
+/// What the file holds.
+struct Stored
 {
-    return QFileInfo::exists(path) ? PropertyList::dictionaryFromFile(path) : QVariantMap();
+    enum State
+    {
+        Good,       ///< A missing file holds nothing, and is good.
+        Garbage,    ///< It is there and is no dictionary.
+        Unreachable ///< It cannot be read now, which says nothing about its content.
+    };
+
+    State state = Good;
+    QVariantMap values;
+};
+
+Stored readValues(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists())
+        return {};
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return {Stored::Unreachable, {}};
+    const QByteArray data = file.readAll();
+    if (file.error() != QFile::NoError)
+        return {Stored::Unreachable, {}};
+    const QVariant list = PropertyList::fromData(data).value_or(QVariant());
+    return {list.typeId() == QMetaType::QVariantMap ? Stored::Good : Stored::Garbage, list.toMap()};
 }
 
 /// Moves the file to a free name beside it.
@@ -98,7 +121,7 @@ struct UserDefaults::Private
     const QVariantMap &storedOnce()
     {
         if (!stored)
-            stored = storedValues(path).value_or(QVariantMap());
+            stored = readValues(path).values;
         return *stored;
     }
 
@@ -140,11 +163,11 @@ struct UserDefaults::Private
         QLockFile lock(path + u".lock");
         if (!lock.tryLock(lockPatience))
             return false;
-        std::optional<QVariantMap> before = storedValues(path);
-        if (!before && !setAside(path))
+        const Stored before = readValues(path);
+        if (before.state == Stored::Unreachable || (before.state == Stored::Garbage && !setAside(path)))
             return false;
-        const QVariantMap after = withPending(before.value_or(QVariantMap()));
-        if (after != before && !writeValues(path, after))
+        const QVariantMap after = withPending(before.values);
+        if (!writeValues(path, after))
             return false;
         stored = after;
         pending.clear();

@@ -104,8 +104,9 @@ bool XmlPropertyListWriter::_array(const QVariantList &list, int depth)
         return true;
     }
     m_text.append("<array>\n");
-    if (!std::all_of(list.begin(), list.end(), [&](const QVariant &item) { return _value(item, depth + 1); }))
-        return false;
+    for (const QVariant &item : list)
+        if (!_value(item, depth + 1))
+            return false;
     _indent(depth);
     m_text.append("</array>\n");
     return true;
