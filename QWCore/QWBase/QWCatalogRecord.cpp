@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 class MapWriter : public QWStateWriter
 {
 public:

@@ -53,7 +53,8 @@ protected:
     /// To be called after each change.
     void changed();
 
-    template <class T> void set(T &field, T value)
+    template <class T>
+    void set(T &field, T value)
     {
         field = std::move(value);
         changed();

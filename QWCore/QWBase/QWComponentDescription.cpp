@@ -11,12 +11,12 @@
 using platform::AudioComponent;
 using platform::fourCharCode;
 
-namespace
-{
+namespace {
 constexpr quint32 effectTypes[] = {fourCharCode("aufx"), fourCharCode("aumf")};
 constexpr quint32 playerSubtypes[] = {fourCharCode("afpl"), fourCharCode("sspl")};
 
-template <std::size_t Size> bool contains(const quint32 (&codes)[Size], quint32 code)
+template <std::size_t Size>
+bool contains(const quint32 (&codes)[Size], quint32 code)
 {
     return std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
 }

@@ -21,7 +21,8 @@ public:
     /// Names no unit: all words are zero.
     QWComponentDescription() = default;
     explicit QWComponentDescription(const platform::AudioComponent &component);
-    QWComponentDescription(quint32 type, quint32 subtype, quint32 manufacturer, quint32 flags = 0, quint32 flagsMask = 0);
+    QWComponentDescription(quint32 type, quint32 subtype, quint32 manufacturer, quint32 flags = 0,
+                           quint32 flagsMask = 0);
 
     /// The installed units of @p type, in the order of the component registry. Main thread.
     static std::vector<QWComponentDescription> componentDescriptionsOfType(quint32 type);

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QWBase/qwbase_export.h>
+#include <QWPlatform/devices/ResourceFork.h>
 
 #include <QByteArray>
 
-#include <map>
 #include <optional>
 #include <vector>
 
@@ -24,7 +24,7 @@ public:
     std::vector<QByteArray> resourcesOfType(quint32 type) const;
 
 private:
-    QWResourceFile() = default;
+    explicit QWResourceFile(platform::ResourceFork fork);
 
-    std::map<quint32, std::vector<QByteArray>> m_resources; ///< By type.
+    platform::ResourceFork m_fork;
 };

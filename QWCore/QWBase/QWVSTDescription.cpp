@@ -17,9 +17,9 @@ struct QWVSTDescription::IntegerField
     std::optional<qint64> QWVSTDescription::*field;
 };
 
-namespace
-{
-template <class Field> void writeIfSet(QWStateWriter &writer, const char *key, const std::optional<Field> &field)
+namespace {
+template <class Field>
+void writeIfSet(QWStateWriter &writer, const char *key, const std::optional<Field> &field)
 {
     if (!field)
         return;

@@ -1,0 +1,66 @@
+#include "QWResourceFile.h"
+
+#include "QWError.h"
+
+#include <QWPlatform/System.h>
+#include <QWPlatform/devices/AudioComponent.h>
+#include <QWPlatform/foundation/Localization.h>
+#include <QWPlatform/foundation/Locations.h>
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace {
+/// Sizes of the fields of a 'thng' resource's base record, in bytes: the component's five words, then code, name, info
+/// and icon, each a type and an id.
+constexpr qsizetype thingFields[] = {4, 4, 4, 4, 4, 4, 2, 4, 2, 4, 2, 4, 2};
+
+/// Turns the fields of @p data, which come most significant byte first, into the machine's order; as many as are whole.
+void convertThingToHostOrder(QByteArray &data)
+{
+    if constexpr (Q_BYTE_ORDER == Q_BIG_ENDIAN)
+        return;
+    qsizetype at = 0;
+    for (const qsizetype size : thingFields) {
+        if (at + size > data.size())
+            return;
+        std::reverse(data.begin() + at, data.begin() + at + size);
+        at += size;
+    }
+}
+
+std::optional<QWResourceFile> fail(QWError *error, const QString &path, const QString &reason)
+{
+    if (error)
+        *error = QWError(
+            platform::formatted(platform::localized("The resource file '%@' could not be opened."), {path}), reason);
+    return std::nullopt;
+}
+} // namespace
+
+QWResourceFile::QWResourceFile(platform::ResourceFork fork)
+    : m_fork(std::move(fork))
+{
+}
+
+std::optional<QWResourceFile> QWResourceFile::initWithPath(const QString &path, QWError *error)
+{
+    QFile file(platform::System::current().locations().mapped(path));
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(error, path, file.errorString());
+    QString reason;
+    auto fork = platform::ResourceFork::fromData(file.readAll(), &reason);
+    return fork ? std::optional(QWResourceFile(std::move(*fork))) : fail(error, path, reason);
+}
+
+std::vector<QByteArray> QWResourceFile::resourcesOfType(quint32 type) const
+{
+    std::vector<QByteArray> all;
+    for (platform::ResourceFork::Resource &resource : m_fork.resourcesOfType(type)) {
+        if (type == platform::fourCharCode("thng"))
+            convertThingToHostOrder(resource.data);
+        all.push_back(std::move(resource.data));
+    }
+    return all;
+}

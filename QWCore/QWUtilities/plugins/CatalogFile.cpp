@@ -1,0 +1,150 @@
+#include "CatalogFile.h"
+
+#include "CatalogXmlWriter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+/// An open file.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number)
+        : m_number(number)
+    {
+    }
+
+    ~Descriptor()
+    {
+        if (isOpen())
+            ::close(m_number);
+    }
+
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    bool isOpen() const { return m_number >= 0; }
+    int number() const { return m_number; }
+
+private:
+    int m_number;
+};
+
+bool same(const timespec &a, const timespec &b)
+{
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+/// Bytes up to the end of the file, however long it is by now.
+std::optional<QByteArray> readAll(int file, off_t expectedSize)
+{
+    QByteArray data(std::max<qsizetype>(expectedSize, 0) + 1, Qt::Uninitialized);
+    qsizetype filled = 0;
+    for (;;) {
+        const ssize_t count = ::read(file, data.data() + filled, static_cast<std::size_t>(data.size() - filled));
+        if (count < 0 && errno != EINTR)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        filled += std::max<ssize_t>(count, 0);
+        if (filled == data.size())
+            data.resize(data.size() * 2);
+    }
+    data.truncate(filled);
+    return data;
+}
+} // namespace
+
+CatalogFile::Identity::Identity(const struct stat &status)
+    : device(status.st_dev)
+    , inode(status.st_ino)
+    , size(status.st_size)
+    , modified(status.st_mtim)
+    , changed(status.st_ctim)
+{
+}
+
+bool CatalogFile::Identity::operator==(const Identity &other) const
+{
+    return device == other.device && inode == other.inode && size == other.size && same(modified, other.modified) &&
+           same(changed, other.changed);
+}
+
+CatalogFile::CatalogFile(const QString &path)
+    : m_path(QFile::encodeName(path))
+{
+}
+
+std::optional<QByteArray> CatalogFile::read() const
+{
+    const Descriptor file(::open(m_path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status;
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return readAll(file.number(), status.st_size);
+}
+
+void CatalogFile::save(std::size_t count, std::size_t firstChanged, const RecordAt &recordAt)
+{
+    const Descriptor file(_open());
+    struct stat status;
+    const auto left = std::exchange(m_left, std::nullopt);
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
+        return;
+    const bool untouched = left && *left == Identity(status);
+    if (_save(file.number(), count, untouched ? firstChanged : 0, recordAt) && ::fstat(file.number(), &status) == 0)
+        m_left.emplace(status);
+}
+
+int CatalogFile::_open() const
+{
+    // Not truncated: overwriting the pages that are there and cutting the end off costs a fraction of that.
+    constexpr int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK;
+    const int file = ::open(m_path.constData(), flags, 0666);
+    if (file >= 0 || errno != ENOENT)
+        return file;
+    QDir().mkpath(QFileInfo(QFile::decodeName(m_path)).path());
+    return ::open(m_path.constData(), flags, 0666);
+}
+
+/// Writes the records from the first that changed, and cuts the file to length.
+bool CatalogFile::_save(int file, std::size_t count, std::size_t firstChanged, const RecordAt &recordAt)
+{
+    const bool wasEmpty = m_offsets.size() < 2;
+    const std::size_t first = wasEmpty || count == 0 ? 0 : std::min(firstChanged, m_offsets.size() - 1);
+    CatalogXmlWriter writer;
+    if (first == 0)
+        writer.append(count ? CatalogXmlWriter::head() : CatalogXmlWriter::emptyCatalog());
+    const off_t from = first == 0 ? 0 : m_offsets[first];
+    m_offsets.resize(first);
+    for (std::size_t i = first; i < count; ++i) {
+        m_offsets.push_back(from + static_cast<off_t>(writer.size()));
+        writer.appendRecord(recordAt(i));
+    }
+    m_offsets.push_back(from + static_cast<off_t>(writer.size()));
+    if (count)
+        writer.append(CatalogXmlWriter::tail());
+    return _write(file, writer.text(), from);
+}
+
+bool CatalogFile::_write(int file, std::string_view text, off_t from)
+{
+    while (!text.empty()) {
+        const ssize_t count = ::pwrite(file, text.data(), text.size(), from);
+        if (count < 0 && errno != EINTR)
+            return false;
+        const auto written = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+        text.remove_prefix(written);
+        from += static_cast<off_t>(written);
+    }
+    struct stat status;
+    return ::fstat(file, &status) == 0 && (status.st_size == from || ::ftruncate(file, from) == 0);
+}

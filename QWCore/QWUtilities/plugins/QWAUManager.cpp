@@ -1,0 +1,172 @@
+#include "QWAUManager.h"
+
+#include "ComponentIdentifiers.h"
+#include "PluginMenu.h"
+
+#include <QWPlatform/System.h>
+#include <QWPlatform/appkit/Alerts.h>
+#include <QWPlatform/foundation/Bundle.h>
+#include <QWPlatform/foundation/Localization.h>
+#include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/foundation/PropertyList.h>
+
+#include <QMenu>
+#include <QSet>
+
+using platform::fourCharCode;
+using platform::localized;
+
+namespace {
+constexpr quint32 scannedTypes[] = {fourCharCode("aufx"), fourCharCode("aumf"), fourCharCode("aumu"),
+                                    fourCharCode("augn")};
+
+/// The user's folder comes last, and so wins.
+constexpr const char *componentFolders[] = {"/Library/Audio/Plug-Ins/Components",
+                                            "~/Library/Audio/Plug-Ins/Components"};
+
+std::vector<QWComponentDescription> installedUnits()
+{
+    std::vector<QWComponentDescription> units;
+    for (const quint32 type : scannedTypes) {
+        const auto ofType = QWComponentDescription::componentDescriptionsOfType(type);
+        units.insert(units.end(), ofType.begin(), ofType.end());
+    }
+    return units;
+}
+
+/// A number of any kind, as the graylist's writers see it: signed, 32 bits.
+std::optional<qint32> signedWord(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+        return static_cast<qint32>(value.toLongLong());
+    default:
+        return std::nullopt;
+    }
+}
+
+void tellThatUnitCannotBeOpened()
+{
+    platform::runAlert({localized("An Audio Unit failed to validate because it could not be opened."),
+                        localized("This is usually as a result of incorrect permissions. Try to repair permissions "
+                                  "using Disk Utility and try again."),
+                        {}});
+}
+} // namespace
+
+QWAUManager::QWAUManager()
+    : m_validation(audioUnitFormat)
+    , m_catalog(platform::System::current().locations().mapped(m_validation.databasePath()))
+{
+}
+
+QWAUManager::~QWAUManager() = default;
+
+void QWAUManager::validate()
+{
+    const PluginValidation::Scan scan(audioUnitFormat);
+    const auto installed = installedUnits();
+    _dropStaleRecords(installed);
+    for (const QWComponentDescription &unit : installed)
+        if (!_descriptionWithComponentDescription(unit))
+            _addNewUnit(unit);
+    m_identifiers.reset();
+}
+
+void QWAUManager::_dropStaleRecords(const std::vector<QWComponentDescription> &installed)
+{
+    const QSet<QWComponentDescription> known(installed.begin(), installed.end());
+    const auto isGone = [&](const QWAUDescription &record) { return !known.contains(record.componentDescription()); };
+    if (m_catalog.removeIf(isGone))
+        _saveDatabase();
+}
+
+void QWAUManager::_addNewUnit(const QWComponentDescription &unit)
+{
+    const auto record = QWAUDescription::description();
+    record->setComponentDescription(unit);
+    if (!record->loadInfo()) {
+        tellThatUnitCannotBeOpened(); // and again at every scan: it gets no record
+        return;
+    }
+    if (const QString identifier = _identifierOf(unit); !identifier.isEmpty())
+        record->setIdentifier(identifier);
+    // The warning names the unit as the graylist does, not as it calls itself.
+    if (const auto name = _nameOfGraylistEntryForComponentDescription(unit); name && m_validation.userIgnores(*name))
+        record->setIgnore(true);
+    m_catalog.append(record);
+    _saveDatabase();
+    if (m_validation.isSkipped() || record->ignore())
+        return;
+    const auto number = [](quint32 code) { return QString::number(static_cast<qint32>(code)); };
+    const QString name = record->name();
+    m_validation.validate(*record, {number(unit.type()), number(unit.subtype()), number(unit.manufacturer())}, name,
+                          name);
+    if (record->componentDescription() != unit)
+        m_catalog.forgetKeys();
+    _saveDatabase();
+}
+
+void QWAUManager::_saveDatabase()
+{
+    m_catalog.save();
+}
+
+std::shared_ptr<QWAUDescription>
+QWAUManager::_descriptionWithComponentDescription(const QWComponentDescription &description)
+{
+    return m_catalog.find(description);
+}
+
+std::optional<QString>
+QWAUManager::_nameOfGraylistEntryForComponentDescription(const QWComponentDescription &description)
+{
+    if (!m_graylist)
+        m_graylist = platform::PropertyList::arrayFromFile(
+            platform::Bundle::forClassOf(*this).pathForResource(audioUnitFormat.graylist, "plist"));
+    for (const QVariant &element : std::as_const(*m_graylist)) {
+        const QVariantMap entry = element.toMap();
+        if (signedWord(entry["subtype"]) == static_cast<qint32>(description.subtype()) &&
+            signedWord(entry["manufacturer"]) == static_cast<qint32>(description.manufacturer()))
+            return entry["name"].typeId() == QMetaType::QString ? std::optional(entry["name"].toString())
+                                                                : std::nullopt;
+    }
+    return std::nullopt;
+}
+
+QString QWAUManager::_identifierOf(const QWComponentDescription &description)
+{
+    if (!m_identifiers) {
+        m_identifiers = std::make_unique<ComponentIdentifiers>();
+        for (const char *folder : componentFolders)
+            m_identifiers->loadFromDirectory(folder);
+    }
+    return m_identifiers->identifierOf(description);
+}
+
+std::unique_ptr<QMenu> QWAUManager::instrumentsMenuWithTargetAction(QObject *target,
+                                                                    const platform::Selector &action) const
+{
+    return _menuWithTargetActionIsInstrument(target, action, true);
+}
+
+std::unique_ptr<QMenu> QWAUManager::effectsMenuWithTargetAction(QObject *target, const platform::Selector &action) const
+{
+    return _menuWithTargetActionIsInstrument(target, action, false);
+}
+
+/// Without units the menu stays empty on purpose: no placeholder, unlike the VST menus.
+std::unique_ptr<QMenu> QWAUManager::_menuWithTargetActionIsInstrument(QObject *target, const platform::Selector &action,
+                                                                      bool isInstrument) const
+{
+    PluginMenu menu(target, action);
+    for (const auto &record : m_catalog.records()) {
+        if (record->ignore() || record->isPlayer() || record->isInstrument() != isInstrument)
+            continue;
+        PluginMenu::Folder *folder = menu.folder(menu.top(), record->manufacturer());
+        menu.addItem(*folder, record->name(), QVariant::fromValue(record->componentDescription()));
+    }
+    return menu.take();
+}

@@ -1,0 +1,163 @@
+#include "QWVSTManager.h"
+
+#include "FolderEntries.h"
+#include "PathExtension.h"
+#include "PluginMenu.h"
+
+#include <QWBase/QWFile.h>
+#include <QWBase/QWPathStrings.h>
+#include <QWPlatform/System.h>
+#include <QWPlatform/foundation/Bundle.h>
+#include <QWPlatform/foundation/Localization.h>
+#include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/foundation/PropertyList.h>
+
+#include <QMenu>
+
+#include <algorithm>
+
+using platform::System;
+
+namespace {
+/// The user's folder keeps its tilde, and so do the paths of the records found there.
+constexpr const char *pluginFolders[] = {"/Library/Audio/Plug-Ins/VST", "~/Library/Audio/Plug-Ins/VST"};
+
+constexpr QLatin1StringView rootFolder("VST");
+
+/// The folders between the first "VST" of @p path and the bundle; none when there is no such place.
+QList<QStringView> foldersBelowRoot(QStringView path)
+{
+    const auto components = path.split(QLatin1Char('/'));
+    const auto root = components.indexOf(rootFolder);
+    return root < 0 || root >= components.size() - 2 ? QList<QStringView>()
+                                                     : components.sliced(root + 1, components.size() - root - 2);
+}
+
+/// The menu of the folder that holds the bundle at @p path; null when a plug-in named like one of its folders, which
+/// has no submenu, stands in the way.
+PluginMenu::Folder *folderOf(const QString &path, PluginMenu &menu)
+{
+    PluginMenu::Folder *folder = &menu.top();
+    for (const QStringView title : foldersBelowRoot(path))
+        if (folder)
+            folder = menu.folder(*folder, title.toString());
+    return folder;
+}
+} // namespace
+
+QWVSTManager::QWVSTManager()
+    : m_validation(vstFormat)
+    , m_catalog(System::current().locations().mapped(m_validation.databasePath()))
+{
+}
+
+QWVSTManager::~QWVSTManager() = default;
+
+void QWVSTManager::validate()
+{
+    const PluginValidation::Scan scan(vstFormat);
+    _dropStaleRecords();
+    for (const char *folder : pluginFolders)
+        _loadDescriptionsForDirectory(folder);
+}
+
+void QWVSTManager::_dropStaleRecords()
+{
+    const auto isStale = [](const QWVSTDescription &record) {
+        const auto date = QWFile::modificationDateOfFileAtPath(record.path());
+        return !date || date != record.modificationDate(); // gone, or changed
+    };
+    if (m_catalog.removeIf(isStale))
+        _saveDatabase();
+}
+
+void QWVSTManager::_loadDescriptionsForDirectory(const QString &folder)
+{
+    const FolderEntries listing(System::current().locations().mapped(folder));
+    if (listing.entries().empty() ||
+        std::find(m_openFolders.begin(), m_openFolders.end(), listing.identity()) != m_openFolders.end())
+        return;
+    m_openFolders.push_back(listing.identity());
+    for (const FolderEntries::Entry &entry : listing.entries()) {
+        const QString path = folder + QLatin1Char('/') + entry.name;
+        if (qw::pathExtension(entry.name) == QLatin1StringView("vst")) {
+            if (!_descriptionForPath(path))
+                _addNewBundle(path, entry.name);
+        } else if (_isFolder(path, entry.kind)) {
+            _loadDescriptionsForDirectory(path);
+        }
+    }
+    m_openFolders.pop_back();
+}
+
+bool QWVSTManager::_isFolder(const QString &path, FolderEntries::Kind kind)
+{
+    return kind == FolderEntries::Kind::Folder ||
+           (kind == FolderEntries::Kind::Unknown && QWFile::directoryExistsAtPath(path));
+}
+
+void QWVSTManager::_addNewBundle(const QString &path, const QString &entryName)
+{
+    const auto record = QWVSTDescription::descriptionWithPath(path);
+    if (_isGraylisted(path) && m_validation.userIgnores(QWPathStrings::filename(path)))
+        record->setIgnore(true);
+    m_catalog.append(record);
+    _saveDatabase();
+    if (m_validation.isSkipped() || record->ignore())
+        return;
+    m_validation.validate(*record, {QWFile::conformPath(path)}, QWPathStrings::filename(entryName),
+                          QWPathStrings::filename(path));
+    _saveDatabase();
+}
+
+void QWVSTManager::_saveDatabase()
+{
+    m_catalog.save();
+}
+
+std::shared_ptr<QWVSTDescription> QWVSTManager::_descriptionForPath(const QString &path)
+{
+    return m_catalog.find(path);
+}
+
+bool QWVSTManager::_isGraylisted(const QString &path)
+{
+    if (!m_graylist) {
+        m_graylist.emplace();
+        const QString file = platform::Bundle::forClassOf(*this).pathForResource(vstFormat.graylist, "plist");
+        for (const QVariant &element : platform::PropertyList::arrayFromFile(file))
+            if (element.typeId() == QMetaType::QString)
+                m_graylist->insert(element.toString());
+    }
+    if (m_graylist->isEmpty())
+        return false;
+    const platform::Bundle bundle(System::current().locations().mapped(path));
+    const QString identifier = bundle.identifier();
+    return !identifier.isEmpty() && m_graylist->contains(identifier);
+}
+
+std::unique_ptr<QMenu> QWVSTManager::instrumentsMenuWithTargetAction(QObject *target,
+                                                                     const platform::Selector &action) const
+{
+    return _menuWithTargetActionIsInstrument(target, action, true);
+}
+
+std::unique_ptr<QMenu> QWVSTManager::effectsMenuWithTargetAction(QObject *target,
+                                                                 const platform::Selector &action) const
+{
+    return _menuWithTargetActionIsInstrument(target, action, false);
+}
+
+std::unique_ptr<QMenu> QWVSTManager::_menuWithTargetActionIsInstrument(QObject *target,
+                                                                       const platform::Selector &action,
+                                                                       bool isInstrument) const
+{
+    PluginMenu menu(target, action);
+    for (const auto &record : m_catalog.records()) {
+        if (record->ignore() || record->isInstrument() != isInstrument)
+            continue;
+        if (auto *folder = folderOf(record->path(), menu))
+            menu.addItem(*folder, QWPathStrings::filename(record->path()), QVariant::fromValue(record));
+    }
+    return menu.take(platform::localized("No plug-ins found"));
+}
