@@ -5,11 +5,9 @@
 #include <QScreen>
 #include <QStyle>
 
-namespace qw
-{
+namespace qw {
 
-namespace
-{
+namespace {
 constexpr int fadeMilliseconds = 200;
 
 QScreen *screenOfUser()
@@ -26,9 +24,9 @@ QPainterPath roundedPanel(const QSizeF &size)
     return path;
 }
 
-BorderlessWindow::BorderlessWindow(QWidget *contentView)
+BorderlessWindow::BorderlessWindow(std::unique_ptr<QWidget> nib, QWidget *contentView)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
-    , m_contentView(contentView)
+    , m_nib(std::move(nib))
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -36,14 +34,11 @@ BorderlessWindow::BorderlessWindow(QWidget *contentView)
     contentView->move(0, 0);
     contentView->show();
     setFixedSize(contentView->size());
+    if (m_nib.get() == contentView)
+        m_nib.release(); // the window's own now
 }
 
 BorderlessWindow::~BorderlessWindow() = default;
-
-void BorderlessWindow::takeContentView(QWidget *newParent)
-{
-    m_contentView->setParent(newParent);
-}
 
 void BorderlessWindow::center()
 {
@@ -82,6 +77,5 @@ void BorderlessWindow::_fadeStopped(QPropertyAnimation *fade)
     m_fade.clear();
     Q_EMIT animationDidStop();
 }
-
 
 } // namespace qw

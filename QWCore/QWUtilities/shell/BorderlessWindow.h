@@ -4,10 +4,11 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <memory>
+
 class QPropertyAnimation;
 
-namespace qw
-{
+namespace qw {
 
 /// A window without title bar around one view: as large as the view, centred, with corners of 6 pixels. Fades its
 /// opacity where the desktop wants motion.
@@ -18,11 +19,9 @@ class BorderlessWindow : public QWidget
 public:
     static constexpr double cornerRadius = 6;
 
-    /// The view becomes the window's child, to be taken back with takeContentView() when it should outlive it.
-    explicit BorderlessWindow(QWidget *contentView);
+    /// @p contentView, which is @p nib or lies in it, becomes the window's child; @p nib lives as long as the window.
+    BorderlessWindow(std::unique_ptr<QWidget> nib, QWidget *contentView);
     ~BorderlessWindow() override;
-
-    void takeContentView(QWidget *newParent);
 
     /// In the middle of the screen on which the user works.
     void center();
@@ -42,7 +41,7 @@ Q_SIGNALS:
 private:
     void _fadeStopped(QPropertyAnimation *fade);
 
-    QWidget *m_contentView;
+    std::unique_ptr<QWidget> m_nib; ///< What is left of it.
     QPointer<QPropertyAnimation> m_fade;
 };
 

@@ -5,11 +5,9 @@
 #include <QWPlatform/foundation/Clock.h>
 #include <QWPlatform/foundation/Localization.h>
 
-namespace qw
-{
+namespace qw {
 
-namespace
-{
+namespace {
 struct Mark
 {
     const char *text;

@@ -3,8 +3,7 @@
 #include <QPainter>
 #include <QStyle>
 
-namespace qw
-{
+namespace qw {
 
 ElidedLabel::ElidedLabel(QWidget *parent)
     : QLabel(parent)

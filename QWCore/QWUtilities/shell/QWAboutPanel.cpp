@@ -18,8 +18,7 @@
 
 using platform::System;
 
-namespace
-{
+namespace {
 constexpr int quietRoundBezel = 1200;
 }
 
@@ -44,8 +43,10 @@ QWAboutPanel::QWAboutPanel()
     nib.connectOutlet("copyrightText", m_copyrightText);
     nib.connectOutlet("legalButton", m_legalButton);
     nib.connectOutlet("acknowledgementsButton", m_acknowledgementsButton);
-    if (!nib.isComplete())
+    if (!nib.isComplete()) {
+        m_view = nullptr;
         return;
+    }
     m_nib = nib.takeWidget();
     awakeFromNib();
 }
@@ -65,7 +66,7 @@ void QWAboutPanel::awakeFromNib()
 
 void QWAboutPanel::_makeWindow()
 {
-    m_window = std::make_unique<qw::BorderlessWindow>(m_view);
+    m_window = std::make_unique<qw::BorderlessWindow>(std::move(m_nib), m_view);
     m_window->setWindowTitle(platform::formatted(platform::localized("About %@"), {m_appNameText->text()}));
     m_window->installEventFilter(this);
     connect(m_window.get(), &qw::BorderlessWindow::animationDidStop, this, &QWAboutPanel::animationDidStopFinished);
@@ -73,9 +74,7 @@ void QWAboutPanel::_makeWindow()
 
 void QWAboutPanel::_open()
 {
-    // Without interface file there is no view. A panel that is fading out is visible, too: it comes back when opened
-    // after the fade.
-    if (!m_nib || (m_window && m_window->isVisible()))
+    if (!m_view || (m_window && m_window->isVisible()))
         return;
     if (!m_window)
         _makeWindow();

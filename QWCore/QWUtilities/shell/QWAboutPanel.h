@@ -11,8 +11,7 @@ class QWAboutPanelContentView;
 class QWButton;
 class QWidget;
 
-namespace qw
-{
+namespace qw {
 class BorderlessWindow;
 }
 
@@ -49,9 +48,9 @@ private:
     void _makeWindow();
     void animationDidStopFinished();
 
-    std::unique_ptr<QWidget> m_nib; ///< Holds the view until the window does.
+    std::unique_ptr<QWidget> m_nib; ///< Holds the view until the window takes it over.
     std::unique_ptr<qw::BorderlessWindow> m_window;
-    QWAboutPanelContentView *m_view = nullptr;
+    QWAboutPanelContentView *m_view = nullptr; ///< Null when the interface file is not complete.
     QLabel *m_appNameText = nullptr;
     QLabel *m_versionText = nullptr;
     QLabel *m_buildText = nullptr;

@@ -7,8 +7,7 @@
 
 #include <QPainter>
 
-namespace
-{
+namespace {
 constexpr double lineHeight = 49.5; ///< From the bottom; on the middle of a pixel, so that the line is one pixel wide.
 constexpr double lineMargin = 20;
 } // namespace

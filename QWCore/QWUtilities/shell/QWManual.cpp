@@ -12,8 +12,8 @@
 #include <QWPlatform/appkit/FilePanels.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/appkit/Panel.h>
+#include <QWPlatform/appkit/Toolbar.h>
 #include <QWPlatform/appkit/WebView.h>
-#include <QWPlatform/appkit/Workspace.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/ChildProcesses.h>
 #include <QWPlatform/foundation/Localization.h>
@@ -31,8 +31,7 @@ using platform::formatted;
 using platform::localized;
 using platform::System;
 
-namespace
-{
+namespace {
 Q_LOGGING_CATEGORY(log, "quorwell.manual")
 
 constexpr int barSteps = 1000; ///< Of the whole progress bar.
@@ -218,7 +217,8 @@ void QWManual::downloadDidReceiveResponse(qint64 expectedLength)
 void QWManual::downloadDidReceiveDataOfLength(qint64 length)
 {
     m_downloaded += static_cast<quint64>(length);
-    const double fraction = static_cast<double>(m_downloaded) / static_cast<double>(std::max<quint64>(m_downloadSize, 1));
+    const double fraction =
+        static_cast<double>(m_downloaded) / static_cast<double>(std::max<quint64>(m_downloadSize, 1));
     m_progressBar->setValue(static_cast<int>(std::min(fraction, 1.0) * barSteps));
 }
 
@@ -303,7 +303,8 @@ void QWManual::printToPDF(QObject *)
 {
     const platform::SavePanelRequest request{.window = m_window,
                                              .title = localized("Save To PDF"),
-                                             .suggestedName = formatted(localized("%@ Manual"), {qw::applicationName()}),
+                                             .suggestedName =
+                                                 formatted(localized("%@ Manual"), {qw::applicationName()}),
                                              .requiredFileType = "pdf"};
     System::current().filePanels().beginSavePanel(
         request, [this](int code, const QString &path) { savePanelDidEnd(code, path); });

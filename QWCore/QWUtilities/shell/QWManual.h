@@ -13,8 +13,7 @@ class QPushButton;
 class QUrl;
 class QWidget;
 
-namespace platform
-{
+namespace platform {
 class Panel;
 class Toolbar;
 class WebView;
@@ -49,14 +48,13 @@ public:
     Q_INVOKABLE void acknowledgements(QObject *sender = nullptr);
     Q_INVOKABLE void stopProgress(QObject *sender = nullptr);
 
-    platform::Panel *window() const { return m_window; }               ///< Null before the first opening.
+    platform::Panel *window() const { return m_window; }                   ///< Null before the first opening.
     platform::WebView *contentView() const { return m_contentView.get(); } ///< Null before the first opening.
 
     QStringList toolbarAllowedItemIdentifiers(platform::Toolbar &toolbar) override;
     QStringList toolbarDefaultItemIdentifiers(platform::Toolbar &toolbar) override;
-    std::unique_ptr<platform::ToolbarItem> toolbarItemForItemIdentifier(platform::Toolbar &toolbar,
-                                                                        const QString &identifier,
-                                                                        bool willBeInserted) override;
+    std::unique_ptr<platform::ToolbarItem>
+    toolbarItemForItemIdentifier(platform::Toolbar &toolbar, const QString &identifier, bool willBeInserted) override;
     bool validateToolbarItem(platform::ToolbarItem &item) override;
 
     void downloadDidReceiveResponse(qint64 expectedLength) override;

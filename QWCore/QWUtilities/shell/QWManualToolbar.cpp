@@ -21,8 +21,7 @@
 using platform::Toolbar;
 using platform::ToolbarItem;
 
-namespace
-{
+namespace {
 struct Item
 {
     const char *identifier;

@@ -20,8 +20,7 @@
 
 using platform::System;
 
-namespace
-{
+namespace {
 /// The main thread is in the middle of its work: nothing but the window system may be heard.
 void pump()
 {
@@ -65,8 +64,10 @@ QWSplashScreen::QWSplashScreen()
     nib.connectOutlet("versionText", m_versionText);
     nib.connectOutlet("copyrightText", m_copyrightText);
     nib.connectOutlet("actionText", m_actionText);
-    if (!nib.isComplete())
+    if (!nib.isComplete()) {
+        m_contentView = nullptr;
         return;
+    }
     m_nib = nib.takeWidget();
     awakeFromNib();
 }
@@ -85,7 +86,7 @@ void QWSplashScreen::open()
     if (_isVisible() || !m_contentView)
         return;
     if (!m_window)
-        m_window = std::make_unique<qw::BorderlessWindow>(m_contentView);
+        m_window = std::make_unique<qw::BorderlessWindow>(std::move(m_nib), m_contentView);
     m_window->setWindowTitle(m_applicationNameText->text());
     connect(m_window.get(), &qw::BorderlessWindow::animationDidStop, this, &QWSplashScreen::animationDidStopFinished,
             Qt::UniqueConnection);
@@ -119,7 +120,7 @@ void QWSplashScreen::_closeWindow()
 
 void QWSplashScreen::_setAction(const QString &action)
 {
-    if (!m_actionText)
+    if (!m_contentView)
         return;
     m_actionText->setText(platform::formatted(platform::localized("%@..."), {action}));
     if (!_isVisible())

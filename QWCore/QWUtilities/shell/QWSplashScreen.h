@@ -10,8 +10,7 @@ class QLabel;
 class QWSplashScreenContentView;
 class QWidget;
 
-namespace qw
-{
+namespace qw {
 class BorderlessWindow;
 }
 
@@ -37,8 +36,8 @@ public:
     /// Shows the window, painted when the call returns; nothing when it is visible already.
     void open();
 
-    /// Starts the fade out, which runs in the event loop and ends with this object. Where nothing fades, it is destroyed
-    /// before the call returns.
+    /// Starts the fade out, which runs in the event loop and ends with this object. Where nothing fades, it is
+    /// destroyed before the call returns.
     void close();
 
     QWidget *window() const; ///< Made by open(), null before.
@@ -53,8 +52,8 @@ private:
     void animationDidStopFinished();
     void _closeWindow();
 
-    std::unique_ptr<QWidget> m_nib; ///< Holds the content view until the window does.
-    QWSplashScreenContentView *m_contentView = nullptr;
+    std::unique_ptr<QWidget> m_nib;                     ///< Holds the view until the window takes it over.
+    QWSplashScreenContentView *m_contentView = nullptr; ///< Null when the interface file is not complete.
     QLabel *m_applicationNameText = nullptr;
     QLabel *m_versionText = nullptr;
     QLabel *m_copyrightText = nullptr;

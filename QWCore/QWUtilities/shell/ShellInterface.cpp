@@ -10,11 +10,9 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
 
-namespace qw
-{
+namespace qw {
 
-namespace
-{
+namespace {
 bool registerClasses()
 {
     using platform::InterfaceFile;

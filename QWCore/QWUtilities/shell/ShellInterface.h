@@ -2,8 +2,7 @@
 
 #include <QWPlatform/foundation/Bundle.h>
 
-namespace qw
-{
+namespace qw {
 
 /// The framework's own bundle, ready for interface files of this folder: its custom classes are known.
 platform::Bundle shellBundle();

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QWUtilities/qwutilities_export.h>
+
+#include <QWBase/QWApplicationCategory.h>
+
+#include <span>
+
+namespace qw {
+
+/// What this library adds to the application object, outermost first. Registered when the library is loaded.
+QWUTILITIES_EXPORT std::span<const QWApplicationCategory> applicationCategories();
+
+} // namespace qw

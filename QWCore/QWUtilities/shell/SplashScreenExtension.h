@@ -1,0 +1,13 @@
+#pragma once
+
+class QWApplication;
+
+/// Shows the splash screen around the launch of an application that uses one.
+class SplashScreenExtension
+{
+public:
+    SplashScreenExtension() = delete;
+
+    static void willFinishLaunching(QWApplication &application);
+    static void didFinishLaunching(QWApplication &application);
+};
