@@ -43,8 +43,8 @@ public:
 
 private:
     QMenu *_existingSubmenu(const QString &title) const;
-    void _append(std::vector<platform::MenuItem *> items);
-    void _merge(std::vector<platform::MenuItem *> items);
+    void _append(const std::vector<platform::MenuItem *> &items);
+    void _merge(const std::vector<platform::MenuItem *> &items);
 
     QMenu &m_menu;
     std::vector<platform::MenuItem *> m_items; ///< In order of addition, not yet in the menu.

@@ -1,0 +1,8 @@
+#include "QWDataDigest.h"
+
+#include <QCryptographicHash>
+
+QString md5String(const QByteArray &data)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(data, QCryptographicHash::Md5).toHex());
+}
