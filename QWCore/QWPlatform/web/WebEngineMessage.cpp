@@ -22,6 +22,7 @@ WebEngineMessage::WebEngineMessage(QWidget *view)
     column->addStretch(3);
     m_text->setAlignment(Qt::AlignCenter);
     m_text->setWordWrap(true);
+    setObjectName("message");
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     view->installEventFilter(this);

@@ -1,0 +1,155 @@
+#include "PrivateBus.h"
+
+#include <QWPlatform/linux/LinuxInstanceLink.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTest>
+
+using namespace platform;
+
+namespace {
+constexpr auto identifier = "com.quorwell.test-host";
+
+/// The other instance: a process that listens and prints what it gets.
+class OtherInstance
+{
+public:
+    explicit OtherInstance(const QString &bundleIdentifier)
+    {
+        m_process.start(QW_LISTENING_INSTANCE, {bundleIdentifier});
+    }
+
+    ~OtherInstance()
+    {
+        m_process.closeWriteChannel(); // it ends with its input
+        m_process.waitForFinished();
+    }
+
+    QString nextLine()
+    {
+        if (!QTest::qWaitFor([this] { return m_process.canReadLine(); }, 10'000))
+            return "<nothing>";
+        return QString::fromUtf8(m_process.readLine()).trimmed();
+    }
+
+private:
+    QProcess m_process;
+};
+} // namespace
+
+class tst_LinuxInstanceLink : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void withoutBusNothingHappensQuickly();
+    void initBus() { QVERIFY(m_bus.start()); }
+    void nobodyListening();
+    void urlsReachTheOtherProcess();
+    void onlyOneListens();
+    void nameIsFreeAgainAfterTheEnd();
+    void ownInstanceIsNoOther();
+    void urlsArriveFromTheLoopInOrder();
+    void serviceNames_data();
+    void serviceNames();
+
+private:
+    PrivateBus m_bus;
+};
+
+void tst_LinuxInstanceLink::withoutBusNothingHappensQuickly()
+{
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    QElapsedTimer clock;
+    clock.start();
+    LinuxInstanceLink link;
+    QVERIFY(!link.listen(identifier, [](const QString &) {}));
+    QVERIFY(!link.handOver(identifier, {"x:1"}));
+    QVERIFY(clock.elapsed() < 1000);
+}
+
+void tst_LinuxInstanceLink::nobodyListening()
+{
+    LinuxInstanceLink link;
+    QVERIFY(!link.handOver(identifier, {"x:1"}));
+}
+
+void tst_LinuxInstanceLink::urlsReachTheOtherProcess()
+{
+    OtherInstance other(identifier);
+    QCOMPARE(other.nextLine(), QString("listening"));
+    LinuxInstanceLink link;
+    QVERIFY(link.handOver(identifier, {"vesk://open?a=1&b=ä", "vesk://second"}));
+    QCOMPARE(other.nextLine(), QString("vesk://open?a=1&b=ä"));
+    QCOMPARE(other.nextLine(), QString("vesk://second"));
+    QVERIFY(link.handOver(identifier, {})); // only to the front
+    QVERIFY(!link.handOver("com.quorwell.another", {"vesk://third"}));
+}
+
+void tst_LinuxInstanceLink::onlyOneListens()
+{
+    OtherInstance other(identifier);
+    QCOMPARE(other.nextLine(), QString("listening"));
+    LinuxInstanceLink link;
+    QVERIFY(!link.listen(identifier, [](const QString &) {}));
+    QVERIFY(link.listen("com.quorwell.another", [](const QString &) {}));
+}
+
+void tst_LinuxInstanceLink::nameIsFreeAgainAfterTheEnd()
+{
+    {
+        LinuxInstanceLink first;
+        QVERIFY(first.listen(identifier, [](const QString &) {}));
+    }
+    OtherInstance other(identifier);
+    QCOMPARE(other.nextLine(), QString("listening"));
+}
+
+void tst_LinuxInstanceLink::ownInstanceIsNoOther()
+{
+    LinuxInstanceLink link;
+    QVERIFY(link.listen(identifier, [](const QString &) {}));
+    QVERIFY(!link.handOver(identifier, {"x:1"}));
+}
+
+void tst_LinuxInstanceLink::urlsArriveFromTheLoopInOrder()
+{
+    QStringList received;
+    LinuxInstanceLink link;
+    QVERIFY(link.listen(identifier, [&](const QString &url) { received += url; }));
+    QProcess sender;
+    sender.start(QW_LISTENING_INSTANCE, {"--hand-over", identifier, "a:1", "a:2", "a:3"});
+    QTRY_COMPARE(received, QStringList({"a:1", "a:2", "a:3"}));
+    QVERIFY(sender.waitForFinished());
+    QCOMPARE(sender.exitCode(), 0);
+}
+
+void tst_LinuxInstanceLink::serviceNames_data()
+{
+    QTest::addColumn<QString>("bundleIdentifier");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("as it is") << "com.quorwell.Demo-Host"
+                              << "com.quorwell.Demo-Host";
+    QTest::newRow("digits first") << "com.7bit.host"
+                                  << "com._7bit.host";
+    QTest::newRow("other characters") << "com.quorwell.my host/ä"
+                                      << "com.quorwell.my_host__";
+    QTest::newRow("one element") << "host"
+                                 << "application.host";
+    QTest::newRow("empty") << ""
+                           << "application.application";
+    QTest::newRow("dots") << ".com..host."
+                          << "com.host";
+}
+
+void tst_LinuxInstanceLink::serviceNames()
+{
+    QFETCH(QString, bundleIdentifier);
+    QFETCH(QString, name);
+    QCOMPARE(LinuxInstanceLink::serviceName(bundleIdentifier), name);
+}
+
+QTEST_MAIN(tst_LinuxInstanceLink)
+#include "tst_LinuxInstanceLink.moc"

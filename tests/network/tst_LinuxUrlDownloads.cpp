@@ -1,0 +1,365 @@
+#include <QWPlatform/linux/LinuxUrlDownloads.h>
+#include <simulators/HttpServer.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace platform;
+using namespace std::chrono_literals;
+
+namespace {
+/// Writes down what it hears; may drop the download in any call.
+class Listener : public UrlDownloadObserver
+{
+public:
+    void downloadDidReceiveResponse(qint64 length) override
+    {
+        expected = length;
+        note("response");
+    }
+
+    void downloadDidReceiveDataOfLength(qint64 length) override
+    {
+        received += length;
+        if (calls.isEmpty() || calls.back() != u"data")
+            note("data");
+    }
+
+    void downloadDidFinish() override { note("finish"); }
+
+    void downloadDidFailWithError(const QString &description) override
+    {
+        failure = description;
+        note("fail");
+    }
+
+    bool ended() const { return calls.contains("finish") || calls.contains("fail"); }
+
+    QStringList calls;
+    qint64 expected = -2;
+    qint64 received = 0;
+    QString failure;
+    QString dropAt; ///< The call in which the download is destroyed.
+    std::unique_ptr<UrlDownload> download;
+
+private:
+    void note(const QString &call)
+    {
+        calls += call;
+        if (call == dropAt)
+            download.reset();
+    }
+};
+
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<none>");
+}
+} // namespace
+
+class tst_LinuxUrlDownloads : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_server.listen()); }
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    void fileArrivesWhole();
+    void nothingIsHeardBeforeStartReturns();
+    void existingFileIsOverwritten();
+    void largeFileIsStreamed();
+    void unknownLengthIsMinusOne();
+    void compressionIsDeclined();
+    void emptyFileArrives();
+    void redirectionIsFollowed();
+    void errorStatusFails_data();
+    void errorStatusFails();
+    void cutShortFails_data();
+    void cutShortFails();
+    void silenceFails();
+    void nobodyListeningFails();
+    void unwritableDestinationFails_data();
+    void unwritableDestinationFails();
+    void fullDiskFails();
+    void cancelIsSilentAndLeavesNothing();
+    void observerMayDropTheDownload_data();
+    void observerMayDropTheDownload();
+    void fileAddressesWork();
+
+private:
+    void _start(const QUrl &url) { m_listener->download = m_downloads.start(url, _destination(), *m_listener); }
+    void _run(const QUrl &url);
+    QString _destination() const { return m_folder->filePath("Manual.zip"); }
+    QStringList _entries() const
+    {
+        return QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+    HttpServer m_server;
+    LinuxUrlDownloads m_downloads;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<Listener> m_listener;
+};
+
+void tst_LinuxUrlDownloads::_run(const QUrl &url)
+{
+    m_listener = std::make_unique<Listener>();
+    _start(url);
+    QTRY_VERIFY_WITH_TIMEOUT(m_listener->ended(), 20'000);
+}
+
+void tst_LinuxUrlDownloads::fileArrivesWhole()
+{
+    m_server.answer("/file", HttpReply::text("0123456789"));
+    _run(m_server.url("/file"));
+    QCOMPARE(m_listener->calls, QStringList({"response", "data", "finish"}));
+    QCOMPARE(m_listener->expected, 10);
+    QCOMPARE(m_listener->received, 10);
+    QCOMPARE(contentsOf(_destination()), QByteArray("0123456789"));
+    QCOMPARE(_entries(), QStringList{"Manual.zip"});
+}
+
+void tst_LinuxUrlDownloads::nothingIsHeardBeforeStartReturns()
+{
+    for (const QUrl &url : {QUrl("nonsense"), QUrl("file:///none/such"), m_server.url("/file")}) {
+        m_listener = std::make_unique<Listener>();
+        _start(url);
+        QCOMPARE(m_listener->calls, QStringList());
+        QTRY_VERIFY(m_listener->ended());
+    }
+}
+
+void tst_LinuxUrlDownloads::existingFileIsOverwritten()
+{
+    QFile old(_destination());
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    old.write("an older and longer file");
+    old.close();
+    m_server.answer("/file", HttpReply::text("new"));
+    _run(m_server.url("/file"));
+    QCOMPARE(contentsOf(_destination()), QByteArray("new"));
+}
+
+void tst_LinuxUrlDownloads::largeFileIsStreamed()
+{
+    QByteArray body(20 * 1024 * 1024, Qt::Uninitialized);
+    for (qsizetype i = 0; i < body.size(); ++i)
+        body[i] = static_cast<char>(i * 31 + i / 997);
+    m_server.answer("/large", HttpReply::text(body));
+    _run(m_server.url("/large"));
+    QCOMPARE(m_listener->calls, QStringList({"response", "data", "finish"}));
+    QCOMPARE(m_listener->received, body.size());
+    QVERIFY(contentsOf(_destination()) == body);
+}
+
+void tst_LinuxUrlDownloads::unknownLengthIsMinusOne()
+{
+    HttpReply reply = HttpReply::text("of some length");
+    reply.sendLength = false;
+    m_server.answer("/open", reply);
+    _run(m_server.url("/open"));
+    QCOMPARE(m_listener->expected, -1);
+    QCOMPARE(m_listener->calls.back(), QString("finish"));
+    QCOMPARE(contentsOf(_destination()), QByteArray("of some length"));
+}
+
+void tst_LinuxUrlDownloads::compressionIsDeclined()
+{
+    m_server.answer("/file", HttpReply::text("plain"));
+    _run(m_server.url("/file"));
+    QCOMPARE(m_server.requests().back().headers.value("accept-encoding"), QByteArray("identity"));
+}
+
+void tst_LinuxUrlDownloads::emptyFileArrives()
+{
+    m_server.answer("/empty", HttpReply::text({}));
+    _run(m_server.url("/empty"));
+    QCOMPARE(m_listener->calls, QStringList({"response", "finish"}));
+    QCOMPARE(contentsOf(_destination()), QByteArray());
+}
+
+void tst_LinuxUrlDownloads::redirectionIsFollowed()
+{
+    m_server.answer("/from", HttpReply::redirection("/file"));
+    m_server.answer("/file", HttpReply::text("there"));
+    _run(m_server.url("/from"));
+    QCOMPARE(m_listener->calls, QStringList({"response", "data", "finish"}));
+    QCOMPARE(m_listener->expected, 5);
+}
+
+void tst_LinuxUrlDownloads::errorStatusFails_data()
+{
+    QTest::addColumn<int>("status");
+    for (const int status : {400, 401, 403, 404, 500, 503})
+        QTest::addRow("%d", status) << status;
+}
+
+void tst_LinuxUrlDownloads::errorStatusFails()
+{
+    QFETCH(int, status);
+    m_server.answer("/error", HttpReply::failure(status));
+    _run(m_server.url("/error"));
+    QCOMPARE(m_listener->calls, QStringList{"fail"});
+    QCOMPARE(m_listener->failure, QString("The server answered with status %1.").arg(status));
+    QCOMPARE(_entries(), QStringList());
+}
+
+void tst_LinuxUrlDownloads::cutShortFails_data()
+{
+    QTest::addColumn<QByteArray>("raw");
+    QTest::newRow("fewer bytes than announced") << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n12345");
+    QTest::newRow("no byte of those announced") << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n");
+    QTest::newRow("within a chunk") << QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\n12");
+    QTest::newRow("within the head") << QByteArray("HTTP/1.1 200 OK\r\nContent-Le");
+    QTest::newRow("garbage") << QByteArray("\x01\x02garbage");
+}
+
+void tst_LinuxUrlDownloads::cutShortFails()
+{
+    QFETCH(QByteArray, raw);
+    HttpReply reply;
+    reply.raw = raw;
+    m_server.answer("/cut", reply);
+    _run(m_server.url("/cut"));
+    QCOMPARE(m_listener->calls.back(), QString("fail"));
+    QVERIFY(!m_listener->failure.isEmpty());
+    QCOMPARE(_entries(), QStringList());
+}
+
+void tst_LinuxUrlDownloads::silenceFails()
+{
+    HttpReply reply = HttpReply::text("0123456789");
+    reply.cutAfter = 4;
+    reply.stayAfterPieces = true;
+    m_server.answer("/silent", reply);
+    LinuxUrlDownloads impatient(200ms);
+    m_listener = std::make_unique<Listener>();
+    m_listener->download = impatient.start(m_server.url("/silent"), _destination(), *m_listener);
+    QTRY_VERIFY(m_listener->ended());
+    QCOMPARE(m_listener->calls, QStringList({"response", "data", "fail"}));
+    QCOMPARE(m_listener->failure, QString("The request timed out."));
+    QCOMPARE(_entries(), QStringList());
+}
+
+void tst_LinuxUrlDownloads::nobodyListeningFails()
+{
+    QUrl url;
+    {
+        HttpServer gone;
+        QVERIFY(gone.listen());
+        url = gone.url("/file");
+    }
+    _run(url);
+    QCOMPARE(m_listener->calls, QStringList{"fail"});
+    QVERIFY(!m_listener->failure.isEmpty());
+    QCOMPARE(_entries(), QStringList());
+}
+
+void tst_LinuxUrlDownloads::unwritableDestinationFails_data()
+{
+    QTest::addColumn<QString>("destination");
+    QTest::newRow("a folder") << "folder";
+    QTest::newRow("below a file") << "file/Manual.zip";
+}
+
+void tst_LinuxUrlDownloads::unwritableDestinationFails()
+{
+    QFETCH(QString, destination);
+    QVERIFY(QDir(m_folder->path()).mkdir("folder"));
+    QVERIFY(QFile(m_folder->filePath("file")).open(QIODevice::WriteOnly));
+    m_listener = std::make_unique<Listener>();
+    m_listener->download = m_downloads.start(m_server.url("/file"), m_folder->filePath(destination), *m_listener);
+    QTRY_VERIFY(m_listener->ended());
+    QCOMPARE(m_listener->calls, QStringList{"fail"});
+    QVERIFY(!m_listener->failure.isEmpty());
+    QCOMPARE(_entries(), QStringList({"file", "folder"}));
+}
+
+void tst_LinuxUrlDownloads::fullDiskFails()
+{
+    // A limit on file sizes makes writing fail half-way, as a full disk does.
+    rlimit before{};
+    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit small{.rlim_cur = 65536, .rlim_max = before.rlim_max};
+    auto *handler = ::signal(SIGXFSZ, SIG_IGN);
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    m_server.answer("/large", HttpReply::text(QByteArray(1'000'000, 'x')));
+    _run(m_server.url("/large"));
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    ::signal(SIGXFSZ, handler);
+
+    QCOMPARE(m_listener->calls.back(), QString("fail"));
+    QVERIFY(!m_listener->failure.isEmpty());
+    QCOMPARE(_entries(), QStringList());
+}
+
+void tst_LinuxUrlDownloads::cancelIsSilentAndLeavesNothing()
+{
+    HttpReply reply = HttpReply::text("0123456789");
+    reply.cutAfter = 4;
+    reply.stayAfterPieces = true;
+    m_server.answer("/half", reply);
+    m_listener = std::make_unique<Listener>();
+    _start(m_server.url("/half"));
+    QTRY_COMPARE(m_listener->received, 4);
+    m_listener->download->cancel();
+    m_listener->download->cancel(); // once more does nothing
+    QCOMPARE(_entries(), QStringList());
+    m_server.answer("/file", HttpReply::text("other"));
+    Listener other;
+    other.download = m_downloads.start(m_server.url("/file"), m_folder->filePath("other"), other);
+    QTRY_VERIFY(other.ended()); // the loop has run for a whole download
+    QCOMPARE(m_listener->calls, QStringList({"response", "data"}));
+}
+
+void tst_LinuxUrlDownloads::observerMayDropTheDownload_data()
+{
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("response") << "response"
+                              << "/file";
+    QTest::newRow("data") << "data"
+                          << "/file";
+    QTest::newRow("finish") << "finish"
+                            << "/file";
+    QTest::newRow("fail") << "fail"
+                          << "/error";
+}
+
+void tst_LinuxUrlDownloads::observerMayDropTheDownload()
+{
+    QFETCH(QString, call);
+    QFETCH(QString, path);
+    m_server.answer("/file", HttpReply::text("0123456789"));
+    m_server.answer("/error", HttpReply::failure(500));
+    m_listener = std::make_unique<Listener>();
+    m_listener->dropAt = call;
+    _start(m_server.url(path));
+    QTRY_VERIFY(!m_listener->download);
+    Listener other;
+    other.download = m_downloads.start(m_server.url("/file"), m_folder->filePath("other"), other);
+    QTRY_VERIFY(other.ended());
+    QCOMPARE(m_listener->calls.back(), call); // nothing after it
+    QCOMPARE(QFile::exists(_destination()), call == u"finish");
+}
+
+void tst_LinuxUrlDownloads::fileAddressesWork()
+{
+    QFile source(m_folder->filePath("source"));
+    QVERIFY(source.open(QIODevice::WriteOnly));
+    source.write("local");
+    source.close();
+    _run(QUrl::fromLocalFile(source.fileName()));
+    QCOMPARE(m_listener->calls, QStringList({"response", "data", "finish"}));
+    QCOMPARE(m_listener->expected, 5);
+    QCOMPARE(contentsOf(_destination()), QByteArray("local"));
+}
+
+QTEST_GUILESS_MAIN(tst_LinuxUrlDownloads)
+#include "tst_LinuxUrlDownloads.moc"

@@ -1,0 +1,132 @@
+#include <QWPlatform/linux/LinuxWorkspace.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+using namespace platform;
+
+/// A program of the test's own stands for the desktop's opener.
+class tst_LinuxWorkspace : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { qputenv("PATH", m_path); }
+
+    void addressIsHandedToTheDesktop_data();
+    void addressIsHandedToTheDesktop();
+    void fileIsHandedToTheDesktopAsAddress();
+    void missingFileIsNotOpened();
+    void addressWithoutSchemeIsNotOpened_data();
+    void addressWithoutSchemeIsNotOpened();
+    void withoutOpenerNothingIsOpened();
+    void openerThatHangsIsNotAwaited();
+
+private:
+    void _install(const QByteArray &script) const;
+    QByteArray _opened() const;
+
+    QByteArray m_path;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void tst_LinuxWorkspace::init()
+{
+    m_path = qgetenv("PATH");
+    m_folder = std::make_unique<QTemporaryDir>();
+    qputenv("PATH", m_folder->path().toUtf8());
+}
+
+void tst_LinuxWorkspace::_install(const QByteArray &script) const
+{
+    QFile opener(m_folder->filePath("xdg-open"));
+    QVERIFY(opener.open(QIODevice::WriteOnly));
+    opener.write("#!/bin/sh\n" + script + "\n");
+    opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+QByteArray tst_LinuxWorkspace::_opened() const
+{
+    QFile file(m_folder->filePath("opened"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void tst_LinuxWorkspace::addressIsHandedToTheDesktop_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<QByteArray>("argument");
+    QTest::newRow("plain") << QUrl("https://example.test/page?a=b&c=d#e")
+                           << QByteArray("https://example.test/page?a=b&c=d#e");
+    QTest::newRow("spaces and accents") << QUrl("https://example.test/ä b")
+                                        << QByteArray("https://example.test/%C3%A4%20b");
+    QTest::newRow("mail") << QUrl("mailto:a@example.test") << QByteArray("mailto:a@example.test");
+    QTest::newRow("shell characters") << QUrl("https://example.test/$(id)';`")
+                                      << QByteArray("https://example.test/$(id)';%60");
+}
+
+void tst_LinuxWorkspace::addressIsHandedToTheDesktop()
+{
+    QFETCH(QUrl, url);
+    QFETCH(QByteArray, argument);
+    _install("printf '%s:%s\\n' $# \"$1\" > '" + m_folder->filePath("opened").toUtf8() + "'");
+    QVERIFY(LinuxWorkspace().openUrl(url));
+    QTRY_COMPARE(_opened(), "1:" + argument + "\n");
+}
+
+void tst_LinuxWorkspace::fileIsHandedToTheDesktopAsAddress()
+{
+    _install("printf '%s\\n' \"$1\" > '" + m_folder->filePath("opened").toUtf8() + "'");
+    const QString path = m_folder->filePath("a b.txt");
+    QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+    QVERIFY(LinuxWorkspace().openFile(path));
+    QTRY_COMPARE(_opened(), QUrl::fromLocalFile(path).toEncoded() + "\n");
+}
+
+void tst_LinuxWorkspace::missingFileIsNotOpened()
+{
+    _install("exit 0");
+    QVERIFY(!LinuxWorkspace().openFile(m_folder->filePath("none")));
+    QVERIFY(!LinuxWorkspace().openFile(""));
+}
+
+void tst_LinuxWorkspace::addressWithoutSchemeIsNotOpened_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::newRow("empty") << QUrl();
+    QTest::newRow("relative") << QUrl("page.html");
+    QTest::newRow("option") << QUrl("--help");
+    QTest::newRow("invalid") << QUrl("http://[::1");
+}
+
+void tst_LinuxWorkspace::addressWithoutSchemeIsNotOpened()
+{
+    QFETCH(QUrl, url);
+    _install("exit 0");
+    QVERIFY(!LinuxWorkspace().openUrl(url));
+}
+
+void tst_LinuxWorkspace::withoutOpenerNothingIsOpened()
+{
+    QVERIFY(!LinuxWorkspace().openUrl(QUrl("https://example.test/")));
+}
+
+void tst_LinuxWorkspace::openerThatHangsIsNotAwaited()
+{
+    const QString fifo = m_folder->filePath("fifo");
+    _install("/usr/bin/mkfifo '" + fifo.toUtf8() + "'; read line < '" + fifo.toUtf8() + "'");
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/")));
+    QVERIFY(clock.elapsed() < 5000);
+    QTRY_VERIFY(QFile::exists(fifo));
+    QFile end(fifo); // lets it go
+    QVERIFY(end.open(QIODevice::WriteOnly));
+    end.write("go\n");
+}
+
+QTEST_GUILESS_MAIN(tst_LinuxWorkspace)
+#include "tst_LinuxWorkspace.moc"

@@ -1,0 +1,445 @@
+#include <QWPlatform/appkit/WebViewWithoutEngine.h>
+#include <QWPlatform/linux/LinuxWebViews.h>
+#include <simulators/HttpServer.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextBrowser>
+
+#include <csignal>
+#include <optional>
+
+using namespace platform;
+
+namespace {
+constexpr int patience = 20'000; // the engine starts processes
+
+bool engineIsMapped()
+{
+    QFile maps("/proc/self/maps");
+    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("WebEngineCore");
+}
+
+QByteArray fileContents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+pid_t parentOf(pid_t process)
+{
+    const QByteArray stat = fileContents(QString("/proc/%1/stat").arg(process));
+    return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(1).toInt();
+}
+
+/// Ids of the engine's processes that draw pages for this one.
+QList<pid_t> rendererProcesses()
+{
+    QList<pid_t> found;
+    for (const QString &entry : QDir("/proc").entryList(QDir::Dirs)) {
+        const pid_t process = entry.toInt();
+        pid_t ancestor = process;
+        while (ancestor > 1 && ancestor != ::getpid())
+            ancestor = parentOf(ancestor);
+        if (ancestor == ::getpid() && fileContents("/proc/" + entry + "/cmdline").contains("--type=renderer"))
+            found += process;
+    }
+    return found;
+}
+
+/// A page of one colour that is a link all over.
+QString linkPage(const QString &target, const QString &colour, const QString &attributes = {})
+{
+    return QString("<body style='margin:0;background:%2'><a href='%1' %3 style='display:block;height:100vh'>&nbsp;</a>")
+        .arg(target, colour, attributes);
+}
+} // namespace
+
+/// A view in a window, with a policy that writes down what it is asked.
+class tst_WebView : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void engineIsNotMappedBeforeTheFirstView();
+    void init();
+    void cleanup();
+
+    void filesAreShownWithTheirImagesAndStyles();
+    void missingFileFinishesWithFailure();
+    void htmlIsShown();
+    void longHtmlIsShown();
+    void policyIsAskedForWhatTheOwnerLoads();
+    void refusedLoadDoesNotHappen();
+    void policyIsAskedForClicks();
+    void policyIsAskedForLinksToNewWindows();
+    void policyIsAskedForFrames();
+    void historyGoesBackAndForward();
+    void scriptIsOff();
+    void pdfIsWritten();
+    void pdfToAFolderThatIsMissingFails();
+    void pageIsUsableAfterItsProcessWasKilled();
+    void darkPaletteReachesThePage();
+    void nothingIsKeptOnTheDisk();
+    void parentMayGoFirst();
+    void viewWithoutEngineStandsIn();
+    void viewWithoutEngineObeysThePolicy();
+    void viewWithoutEngineWritesPdf();
+
+private:
+    void _write(const QString &name, const QByteArray &data) const;
+    QUrl _url(const QString &name) const { return QUrl::fromLocalFile(m_folder->filePath(name)); }
+    void _load(const QUrl &url);
+    void _loadHtml(const QString &html);
+    QColor _colour() const;
+    void _clickUntilAsked(const QUrl &url);
+    bool _wasAsked(const QUrl &url) const { return m_asked.contains(url); }
+
+    LinuxWebViews m_views;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<WebView> m_view;
+    QList<QUrl> m_asked;
+    std::function<bool(const QUrl &)> m_allows;
+};
+
+void tst_WebView::engineIsNotMappedBeforeTheFirstView()
+{
+    LinuxWebViews views;
+    QVERIFY(!engineIsMapped()); // init() makes the view of this test elsewhere: see there
+}
+
+void tst_WebView::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(400, 300);
+    m_asked.clear();
+    m_allows = [](const QUrl &) { return true; };
+    if (qstrcmp(QTest::currentTestFunction(), "engineIsNotMappedBeforeTheFirstView") == 0)
+        return;
+    m_view = m_views.make(m_window.get());
+    QVERIFY(engineIsMapped());
+    m_view->widget()->setGeometry(m_window->rect());
+    m_view->setPolicy([this](const QUrl &url) {
+        m_asked += url;
+        return m_allows(url);
+    });
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+}
+
+void tst_WebView::cleanup()
+{
+    m_view.reset();
+    m_window.reset();
+    m_folder.reset();
+}
+
+void tst_WebView::_write(const QString &name, const QByteArray &data) const
+{
+    QFile file(m_folder->filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(data), data.size());
+}
+
+void tst_WebView::_load(const QUrl &url)
+{
+    QSignalSpy finished(m_view.get(), &WebView::loadFinished);
+    m_view->load(url);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, patience);
+    QVERIFY(finished.front().front().toBool());
+}
+
+void tst_WebView::_loadHtml(const QString &html)
+{
+    QSignalSpy finished(m_view.get(), &WebView::loadFinished);
+    m_view->loadHtml(html, {});
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, patience);
+    QVERIFY(finished.front().front().toBool());
+}
+
+QColor tst_WebView::_colour() const
+{
+    const QImage picture = m_view->widget()->grab().toImage();
+    return picture.pixelColor(picture.rect().center());
+}
+
+void tst_WebView::_clickUntilAsked(const QUrl &url)
+{
+    const auto click = [&] { // a page that has just arrived may not take the mouse yet
+        QTest::mouseClick(m_view->widget()->focusProxy(), Qt::LeftButton, {}, QPoint(100, 100));
+        return QTest::qWaitFor([&] { return _wasAsked(url); }, 500);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(click(), patience);
+}
+
+void tst_WebView::filesAreShownWithTheirImagesAndStyles()
+{
+    _write("style.css", "body { margin: 0; background: #102030 }");
+    _write("dot.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='10' height='10'><rect width='10' height='10' "
+                      "fill='#00ff00'/></svg>");
+    _write("index.html", "<link rel=stylesheet href=style.css><img src=dot.svg style='width:100px;height:100px'>");
+    _load(_url("index.html"));
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#102030"), patience);
+    QCOMPARE(m_view->widget()->grab().toImage().pixelColor(50, 50), QColor("#00ff00"));
+    QCOMPARE(m_asked, QList<QUrl>{_url("index.html")});
+}
+
+void tst_WebView::missingFileFinishesWithFailure()
+{
+    QSignalSpy finished(m_view.get(), &WebView::loadFinished);
+    m_view->load(_url("none.html"));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, patience);
+    QVERIFY(!finished.front().front().toBool());
+    _loadHtml("<body style='background:#445566'>");
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#445566"), patience);
+}
+
+void tst_WebView::htmlIsShown()
+{
+    _loadHtml("<body style='background:#334455'>");
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#334455"), patience);
+    QCOMPARE(m_asked.size(), 1);
+    QCOMPARE(m_asked.front().scheme(), QString("data"));
+}
+
+void tst_WebView::longHtmlIsShown()
+{
+    _loadHtml("<body style='background:#334455'>" + QString("<!-- äöü -->").repeated(400'000));
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#334455"), patience);
+    QCOMPARE(m_asked.size(), 1);
+    QCOMPARE(m_asked.front().scheme(), QString("data"));
+}
+
+void tst_WebView::policyIsAskedForWhatTheOwnerLoads()
+{
+    _write("index.html", "<p>hello");
+    _load(_url("index.html"));
+    QCOMPARE(m_asked, QList<QUrl>{_url("index.html")});
+}
+
+void tst_WebView::refusedLoadDoesNotHappen()
+{
+    _loadHtml("<body style='background:#334455'>");
+    HttpServer server;
+    QVERIFY(server.listen());
+    m_allows = [](const QUrl &) { return false; };
+    m_view->load(server.url("/page"));
+    QTRY_VERIFY_WITH_TIMEOUT(_wasAsked(server.url("/page")), patience);
+    m_allows = [](const QUrl &) { return true; };
+    _loadHtml("<body style='background:#556677'>");
+    QVERIFY(server.requests().empty());
+}
+
+void tst_WebView::policyIsAskedForClicks()
+{
+    m_allows = [](const QUrl &url) { return url.scheme() != u"https"; };
+    _loadHtml(linkPage("https://example.test/page", "#334455"));
+    _clickUntilAsked(QUrl("https://example.test/page"));
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#334455"), patience); // still here
+    QVERIFY(!m_view->canGoBack());
+}
+
+void tst_WebView::policyIsAskedForLinksToNewWindows()
+{
+    _write("second.html", "<body style='background:#203040'>");
+    _write("first.html", linkPage("second.html", "#334455", "target='_blank'").toUtf8());
+    m_allows = [this](const QUrl &url) { return url != _url("second.html"); };
+    _load(_url("first.html"));
+    _clickUntilAsked(_url("second.html"));
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#334455"), patience);
+
+    m_asked.clear();
+    m_allows = [](const QUrl &) { return true; };
+    _clickUntilAsked(_url("second.html"));
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#203040"), patience); // in the same view
+}
+
+void tst_WebView::policyIsAskedForFrames()
+{
+    HttpServer server;
+    QVERIFY(server.listen());
+    m_allows = [](const QUrl &url) { return url.scheme() != u"http"; };
+    _write("frames.html", "<iframe src='" + server.url("/frame").toEncoded() + "'></iframe>");
+    m_view->load(_url("frames.html"));
+    QTRY_VERIFY_WITH_TIMEOUT(_wasAsked(server.url("/frame")), patience);
+    _loadHtml("<p>next");
+    QVERIFY(server.requests().empty());
+}
+
+void tst_WebView::historyGoesBackAndForward()
+{
+    _write("first.html", "<body style='background:#111122'>");
+    _write("second.html", "<body style='background:#222233'>");
+    QSignalSpy changed(m_view.get(), &WebView::historyChanged);
+    _load(_url("first.html"));
+    QVERIFY(!m_view->canGoBack());
+    _load(_url("second.html"));
+    QTRY_VERIFY(m_view->canGoBack());
+    QVERIFY(!m_view->canGoForward());
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#222233"), patience);
+    m_asked.clear();
+    changed.clear();
+    m_view->goBack();
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#111122"), patience);
+    QCOMPARE(m_asked, QList<QUrl>{_url("first.html")});
+    QVERIFY(!changed.isEmpty());
+    QVERIFY(m_view->canGoForward());
+    m_view->goForward();
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#222233"), patience);
+}
+
+void tst_WebView::scriptIsOff()
+{
+    _loadHtml("<body style='background:#334455'><script>document.body.style.background = '#ff0000'</script>"
+              "<noscript><div style='position:fixed;inset:0;background:#00ff00'></div></noscript>");
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#00ff00"), patience);
+}
+
+void tst_WebView::pdfIsWritten()
+{
+    _loadHtml("<h1>Manual</h1>" + QString("<p>A paragraph.</p>").repeated(200));
+    const QString path = m_folder->filePath("Manual.pdf");
+    std::optional<bool> ok;
+    m_view->printToPdf(path, [&](bool done) { ok = done; });
+    QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), patience);
+    QVERIFY(*ok);
+    const QByteArray pdf = fileContents(path);
+    QVERIFY(pdf.startsWith("%PDF"));
+    QVERIFY2(pdf.count("/Type /Page\n") + pdf.count("/Type /Page ") > 1, "paginated");
+}
+
+void tst_WebView::pdfToAFolderThatIsMissingFails()
+{
+    _loadHtml("<h1>Manual</h1>");
+    std::optional<bool> ok;
+    m_view->printToPdf(m_folder->filePath("none/Manual.pdf"), [&](bool done) { ok = done; });
+    QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), patience);
+    QVERIFY(!*ok);
+}
+
+void tst_WebView::pageIsUsableAfterItsProcessWasKilled()
+{
+    _loadHtml("<body style='background:#334455'>");
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#334455"), patience);
+    const QList<pid_t> renderers = rendererProcesses();
+    QVERIFY(!renderers.isEmpty());
+    for (const pid_t renderer : renderers)
+        QCOMPARE(::kill(renderer, SIGKILL), 0);
+    const auto hasMessage = [this] {
+        auto *message = m_view->widget()->findChild<QWidget *>("message");
+        return message && message->isVisible();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hasMessage(), patience);
+    _loadHtml("<body style='background:#556677'>");
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#556677"), patience);
+    QVERIFY(!hasMessage());
+}
+
+void tst_WebView::darkPaletteReachesThePage()
+{
+    const QString page = "<style>body { background: #eeeeff } "
+                         "@media (prefers-color-scheme: dark) { body { background: #101018 } }</style>";
+    _loadHtml(page);
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#eeeeff"), patience);
+    QPalette dark = m_window->palette();
+    dark.setColor(QPalette::Window, QColor("#242528"));
+    dark.setColor(QPalette::Base, QColor("#1b1c1e"));
+    dark.setColor(QPalette::Text, QColor("#e8e8ea"));
+    m_window->setPalette(dark);
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#101018"), patience);
+}
+
+void tst_WebView::nothingIsKeptOnTheDisk()
+{
+    HttpServer server;
+    HttpReply reply = HttpReply::text("<p>hello");
+    reply.headers.emplace_back("Set-Cookie", "a=b; Max-Age=100000");
+    reply.headers.emplace_back("Cache-Control", "max-age=100000");
+    server.answer("/page", reply);
+    QVERIFY(server.listen());
+    _load(server.url("/page"));
+    m_view = m_views.make(m_window.get());
+    _load(server.url("/page"));
+    QCOMPARE(server.requests().size(), 2u);
+    QVERIFY(!server.requests().back().headers.contains("cookie"));
+}
+
+void tst_WebView::parentMayGoFirst()
+{
+    _loadHtml("<p>hello");
+    m_window.reset();
+    QVERIFY(!m_view->widget());
+    m_view->loadHtml("<p>again", {});
+    m_view->print();
+    m_view.reset();
+}
+
+void tst_WebView::viewWithoutEngineStandsIn()
+{
+    LinuxWebViews withoutModule(m_folder->filePath("none.so"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Pages are shown without the browser engine: .*"));
+    m_view = withoutModule.make(m_window.get());
+    QVERIFY(qobject_cast<WebViewWithoutEngine *>(m_view.get()));
+    auto *browser = qobject_cast<QTextBrowser *>(m_view->widget());
+    QVERIFY(browser);
+    _loadHtml("<p>hello</p>");
+    QCOMPARE(browser->toPlainText(), QString("hello"));
+    _write("first.html", "<p>first <a href='second.html'>next</a></p>");
+    _write("second.html", "<p>second</p>");
+    _load(_url("first.html"));
+    QCOMPARE(browser->toPlainText(), QString("first next"));
+    _load(_url("second.html"));
+    QVERIFY(m_view->canGoBack());
+    m_view->goBack();
+    QCOMPARE(browser->toPlainText(), QString("first next"));
+    QVERIFY(m_view->canGoForward());
+
+    QSignalSpy finished(m_view.get(), &WebView::loadFinished);
+    m_view->load(_url("none.html"));
+    QTRY_COMPARE(finished.size(), 1);
+    QVERIFY(!finished.front().front().toBool());
+}
+
+void tst_WebView::viewWithoutEngineObeysThePolicy()
+{
+    _write("page.html", "<p>page</p>");
+    WebViewWithoutEngine view(m_window.get());
+    auto *browser = qobject_cast<QTextBrowser *>(view.widget());
+    QList<QUrl> asked;
+    view.setPolicy([&](const QUrl &url) {
+        asked += url;
+        return url.scheme() == u"data";
+    });
+    view.loadHtml("<p>hello</p>", {});
+    Q_EMIT browser->anchorClicked(_url("page.html"));
+    QCOMPARE(asked, QList<QUrl>({QUrl("data:text/html"), _url("page.html")}));
+    QCOMPARE(browser->toPlainText(), QString("hello"));
+}
+
+void tst_WebView::viewWithoutEngineWritesPdf()
+{
+    WebViewWithoutEngine view(m_window.get());
+    view.loadHtml("<h1>Manual</h1>", {});
+    std::optional<bool> ok;
+    const QString path = m_folder->filePath("Manual.pdf");
+    view.printToPdf(path, [&](bool done) { ok = done; });
+    QTRY_VERIFY(ok.has_value());
+    QVERIFY(*ok);
+    QVERIFY(fileContents(path).startsWith("%PDF"));
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QApplication application(argc, argv);
+    tst_WebView test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_WebView.moc"
