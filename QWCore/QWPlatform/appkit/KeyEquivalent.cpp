@@ -53,7 +53,7 @@ int keyFor(QChar character)
         return Qt::Key_F1 + (code - firstFunctionKey);
     const auto named =
         std::find_if(namedKeys.begin(), namedKeys.end(), [&](const NamedKey &k) { return k.character == code; });
-    return named == namedKeys.end() ? character.toUpper().unicode() : named->key;
+    return named == namedKeys.end() ? static_cast<int>(character.toUpper().unicode()) : static_cast<int>(named->key);
 }
 
 Qt::KeyboardModifiers modifiersFor(quint32 mask)

@@ -12,7 +12,7 @@ namespace
 {
 SheetWatcher *watcherOf(const QWidget &sheet)
 {
-    return sheet.findChild<SheetWatcher *>(Qt::FindDirectChildrenOnly);
+    return sheet.findChild<SheetWatcher *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 void attach(QWidget &sheet, QWidget *window)

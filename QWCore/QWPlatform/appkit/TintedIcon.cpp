@@ -21,7 +21,7 @@ QIcon iconFromShapes(const QString &path)
 {
     const QFileInfo info(path);
     TintedIconEngine::Shapes shapes;
-    for (const QString &name : {path, info.path() + '/' + info.completeBaseName() + "@2x." + info.suffix()}) {
+    for (const QString &name : {path, QString(info.path() + '/' + info.completeBaseName() + "@2x." + info.suffix())}) {
         if (const QImage shape(name); !shape.isNull())
             shapes.push_back(shape.convertToFormat(QImage::Format_ARGB32_Premultiplied));
     }

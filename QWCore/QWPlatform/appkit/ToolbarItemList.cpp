@@ -77,20 +77,25 @@ QStringList ToolbarItemList::mimeTypes() const
 
 QMimeData *ToolbarItemList::mimeData(const QList<QListWidgetItem *> &items) const
 {
-    auto *const data = new QMimeData;
+    auto *const mime = new QMimeData;
     if (!items.isEmpty())
-        data->setData(mimeType, items.first()->data(identifierRole).toString().toUtf8());
-    return data;
+        mime->setData(mimeType, items.first()->data(identifierRole).toString().toUtf8());
+    return mime;
 }
 
 void ToolbarItemList::dragEnterEvent(QDragEnterEvent *event)
 {
-    event->setAccepted(event->mimeData()->hasFormat(mimeType) && qobject_cast<ToolbarItemList *>(event->source()));
+    _judgeDrag(*event);
 }
 
 void ToolbarItemList::dragMoveEvent(QDragMoveEvent *event)
 {
-    dragEnterEvent(event);
+    _judgeDrag(*event);
+}
+
+void ToolbarItemList::_judgeDrag(QDropEvent &event) const
+{
+    event.setAccepted(event.mimeData()->hasFormat(mimeType) && qobject_cast<ToolbarItemList *>(event.source()));
 }
 
 void ToolbarItemList::dropEvent(QDropEvent *event)

@@ -38,6 +38,7 @@ protected:
 
 private:
     QListWidgetItem *_makeItem(const QString &identifier);
+    void _judgeDrag(QDropEvent &event) const;
     int _rowAt(const QPoint &position) const;
 
     Toolbar &m_toolbar;
