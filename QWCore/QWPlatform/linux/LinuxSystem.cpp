@@ -17,9 +17,11 @@
 #include "LinuxAlerts.h"
 #include "LinuxChildProcesses.h"
 #include "LinuxClock.h"
+#include "LinuxComponentRegistry.h"
 #include "LinuxFilePanels.h"
 #include "LinuxInstanceLink.h"
 #include "LinuxKeyboardState.h"
+#include "LinuxPluginLoader.h"
 #include "LinuxUrlDownloads.h"
 #include "LinuxUrlLoader.h"
 #include "LinuxWebViews.h"
@@ -64,6 +66,8 @@ System::Services makeServices()
     services.workspace = std::make_unique<LinuxWorkspace>();
     services.instanceLink = std::make_unique<LinuxInstanceLink>();
     services.keyboardState = std::make_unique<LinuxKeyboardState>();
+    services.componentRegistry = std::make_unique<LinuxComponentRegistry>(*services.locations);
+    services.pluginLoader = std::make_unique<LinuxPluginLoader>(*services.locations, *services.componentRegistry);
     return services;
 }
 } // namespace

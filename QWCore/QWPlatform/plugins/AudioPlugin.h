@@ -6,8 +6,7 @@
 
 #include <span>
 
-namespace platform
-{
+namespace platform {
 
 /// An open plug-in. All calls from one thread; destroying it closes the plug-in.
 class QWPLATFORM_EXPORT AudioPlugin
@@ -28,6 +27,11 @@ public:
     virtual int inputCount() const = 0;  ///< Audio inputs, one channel each.
     virtual int outputCount() const = 0; ///< Audio outputs, one channel each.
     virtual int latency() const = 0;     ///< In samples; valid after start().
+
+    /// Numbers of the VST interface; 0 for plug-ins of other kinds.
+    virtual int category() const;
+    virtual int flags() const;
+    virtual int uniqueID() const;
 
     /// Prepares for blocks of at most @p maximumFrames samples at @p sampleRate Hz; false when it refuses.
     virtual bool start(double sampleRate, int maximumFrames) = 0;

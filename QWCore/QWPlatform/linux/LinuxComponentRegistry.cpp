@@ -1,0 +1,187 @@
+#include "LinuxComponentRegistry.h"
+
+#include "../foundation/Locations.h"
+#include "ComponentBundle.h"
+#include "ComponentCache.h"
+#include "PluginFolders.h"
+#include "lv2/Lv2Access.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace platform {
+
+namespace {
+constexpr auto supportFolder = "~/Library/Application Support/Quorwell/";
+constexpr auto cacheName = "component_cache";
+constexpr auto codesName = "component_codes.plist";
+
+std::array<quint32, 3> codesOf(const AudioComponent &component)
+{
+    return {component.type, component.subtype, component.manufacturer};
+}
+
+bool isLv2(const QString &path)
+{
+    return !path.endsWith(".component");
+}
+
+QStringList watchedPaths(const QString &path)
+{
+    return isLv2(path) ? QStringList{path, path + "/manifest.ttl"} : ComponentBundle::watchedPaths(path);
+}
+
+InstalledComponent installed(const Lv2Description &plugin)
+{
+    InstalledComponent component;
+    component.component.type = plugin.type;
+    component.name = (plugin.author.isEmpty() ? plugin.name : QString(plugin.author + ": " + plugin.name)).toUtf8();
+    component.author = plugin.author;
+    component.uri = plugin.uri;
+    return component;
+}
+
+/// A folder on the LV2 path without a manifest is none of ours.
+bool isBundle(const QString &path, const std::vector<qint64> &stamps)
+{
+    return !isLv2(path) || stamps.back() != 0;
+}
+
+std::vector<InstalledComponent> lv2Components(const QString &path)
+{
+    std::vector<InstalledComponent> components;
+    if (Lv2Access *access = lv2Access())
+        for (const Lv2Description &plugin : access->pluginsOfBundle(path))
+            components.push_back(installed(plugin));
+    return components;
+}
+
+std::vector<InstalledComponent> componentsOfBundle(const QString &path)
+{
+    return isLv2(path) ? lv2Components(path) : ComponentBundle::components(path);
+}
+} // namespace
+
+LinuxComponentRegistry::LinuxComponentRegistry(const Locations &locations)
+    : m_locations(locations)
+{
+}
+
+std::vector<AudioComponent> LinuxComponentRegistry::componentsOfType(quint32 type)
+{
+    _scan(Files::Update);
+    std::vector<AudioComponent> components;
+    for (const Place &place : m_places)
+        if (place.component->component.type == type)
+            components.push_back(place.component->component);
+    return components;
+}
+
+QByteArray LinuxComponentRegistry::nameOfComponent(const AudioComponent &component)
+{
+    const Place *place = _find(component);
+    if (!place || place->component->name.isEmpty())
+        return {};
+    const QByteArray &name = place->component->name;
+    return QByteArray(1, static_cast<char>(std::min<qsizetype>(name.size(), 255))) + name;
+}
+
+std::optional<ComponentLocation> LinuxComponentRegistry::locationOfComponent(const AudioComponent &component)
+{
+    const Place *place = _find(component);
+    if (!place)
+        return std::nullopt;
+    return ComponentLocation{place->bundle->path, place->component->uri, place->component->factoryFunction};
+}
+
+const LinuxComponentRegistry::Place *LinuxComponentRegistry::_find(const AudioComponent &component)
+{
+    if (!m_cacheRead)
+        _readCache();
+    auto found = m_placeOfCodes.find(codesOf(component));
+    const auto isStale = [&] {
+        const InstalledBundle &bundle = *m_places[found->second].bundle;
+        return PluginFolders::stamps(watchedPaths(bundle.path)) != bundle.stamps;
+    };
+    if (!m_scanned && (found == m_placeOfCodes.end() || isStale())) {
+        _scan(Files::Read);
+        found = m_placeOfCodes.find(codesOf(component));
+    }
+    return found == m_placeOfCodes.end() ? nullptr : &m_places[found->second];
+}
+
+void LinuxComponentRegistry::_readCache()
+{
+    m_cacheRead = true;
+    m_bundles = ComponentCache::read(_supportFile(cacheName)).value_or(std::vector<InstalledBundle>());
+    _index();
+}
+
+void LinuxComponentRegistry::_scan(Files files)
+{
+    if (!m_cacheRead)
+        _readCache();
+    m_scanned = true;
+    std::unordered_map<QString, InstalledBundle> known;
+    const std::size_t knownCount = m_bundles.size();
+    for (InstalledBundle &bundle : std::exchange(m_bundles, {}))
+        known.emplace(bundle.path, std::move(bundle));
+    bool changed = false;
+    for (const QString &path : PluginFolders::componentBundles(m_locations) + PluginFolders::lv2Bundles(m_locations)) {
+        std::vector<qint64> stamps = PluginFolders::stamps(watchedPaths(path));
+        const auto before = known.find(path);
+        if (before != known.end() && before->second.stamps == stamps) {
+            m_bundles.push_back(std::move(before->second));
+        } else if (isBundle(path, stamps)) {
+            m_bundles.push_back({path, std::move(stamps), componentsOfBundle(path)});
+            changed = true;
+        }
+    }
+    if (changed || m_bundles.size() != knownCount)
+        _update(files);
+    _index();
+}
+
+void LinuxComponentRegistry::_update(Files files)
+{
+    _assignCodes(files == Files::Update ? ComponentCodes::Keep::Yes : ComponentCodes::Keep::No);
+    if (files == Files::Update)
+        ComponentCache::write(_supportFile(cacheName), m_bundles);
+}
+
+void LinuxComponentRegistry::_assignCodes(ComponentCodes::Keep keep)
+{
+    ComponentCodes codes(_supportFile(codesName));
+    std::vector<InstalledComponent *> plugins;
+    for (InstalledBundle &bundle : m_bundles)
+        for (InstalledComponent &component : bundle.components) {
+            if (component.uri.isEmpty())
+                codes.reserve(component.component);
+            else
+                plugins.push_back(&component);
+        }
+    if (!plugins.empty())
+        codes.assign(plugins, keep);
+}
+
+void LinuxComponentRegistry::_index()
+{
+    m_places.clear();
+    m_placeOfCodes.clear();
+    std::unordered_set<QString> uris;
+    for (const InstalledBundle &bundle : m_bundles)
+        for (const InstalledComponent &component : bundle.components) {
+            const bool isNewUri = component.uri.isEmpty() || uris.insert(component.uri).second;
+            if (isNewUri && m_placeOfCodes.emplace(codesOf(component.component), m_places.size()).second)
+                m_places.push_back({&bundle, &component});
+        }
+}
+
+QString LinuxComponentRegistry::_supportFile(const QString &name) const
+{
+    return m_locations.mapped(supportFolder + name);
+}
+
+} // namespace platform

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "../devices/ComponentRegistry.h"
+#include "ComponentCodes.h"
+#include "InstalledComponent.h"
+
+#include <array>
+#include <map>
+
+namespace platform {
+
+class Locations;
+
+/// The union of the installed ".component" bundles and LV2 plug-ins. What was read from a bundle is kept, in memory
+/// and in a file, until one of its watched files changes; only then is the LV2 library loaded. Asking for components
+/// brings the file up to date; asking for a name or a location only reads, which is all that a validator does.
+class LinuxComponentRegistry : public ComponentRegistry
+{
+public:
+    explicit LinuxComponentRegistry(const Locations &locations);
+
+    std::vector<AudioComponent> componentsOfType(quint32 type) override;
+    QByteArray nameOfComponent(const AudioComponent &component) override;
+    std::optional<ComponentLocation> locationOfComponent(const AudioComponent &component) override;
+
+private:
+    enum class Files
+    {
+        Read,
+        Update
+    };
+
+    struct Place
+    {
+        const InstalledBundle *bundle;
+        const InstalledComponent *component;
+    };
+
+    void _scan(Files files);
+    void _readCache();
+    void _update(Files files);
+    void _assignCodes(ComponentCodes::Keep keep);
+    void _index();
+    const Place *_find(const AudioComponent &component);
+    QString _supportFile(const QString &name) const;
+
+    const Locations &m_locations;
+    bool m_cacheRead = false;
+    bool m_scanned = false;
+    std::vector<InstalledBundle> m_bundles; ///< In registry order.
+    std::vector<Place> m_places;            ///< Every unit once, in registry order.
+    std::map<std::array<quint32, 3>, std::size_t> m_placeOfCodes;
+};
+
+} // namespace platform

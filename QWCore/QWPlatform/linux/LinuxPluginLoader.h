@@ -1,0 +1,23 @@
+#pragma once
+
+#include "../plugins/PluginLoader.h"
+
+namespace platform {
+
+class ComponentRegistry;
+class Locations;
+
+class LinuxPluginLoader : public PluginLoader
+{
+public:
+    LinuxPluginLoader(const Locations &locations, ComponentRegistry &registry);
+
+    std::unique_ptr<AudioPlugin> openComponent(const AudioComponent &component, QString *error) override;
+    std::unique_ptr<AudioPlugin> openVST(const QString &path, QString *error) override;
+
+private:
+    const Locations &m_locations;
+    ComponentRegistry &m_registry;
+};
+
+} // namespace platform
