@@ -1,0 +1,163 @@
+#include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/linux/LinuxChildProcesses.h>
+
+#include <QTemporaryDir>
+#include <QTemporaryFile>
+#include <QTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <pthread.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace platform;
+
+class tst_ChildProcesses : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void outputAndStatusAreHandedBack()
+    {
+        const auto result = shell("printf 'a\\000b'; exit 3");
+        QVERIFY(result.started);
+        QVERIFY(result.exited);
+        QCOMPARE(result.status, 3);
+        QCOMPARE(result.output, QByteArray("a\0b", 3));
+    }
+
+    void argumentsArriveAsTheyAre()
+    {
+        const QStringList arguments{"", "a b", "$HOME \"'*", "é\n\U0001F3B9", QString(100'000, 'x')};
+        const auto result = run({"/bin/sh", QStringList{"-c", "printf '<%s>' \"$@\"", "sh"} + arguments, true});
+        QCOMPARE(QString::fromUtf8(result.output), "<" + arguments.join("><") + ">");
+    }
+
+    void outputThatIsNotCapturedIsEmpty()
+    {
+        const auto result = run({"/bin/sh", {"-c", "exit 0"}, false});
+        QVERIFY(result.started && result.exited);
+        QCOMPARE(result.status, 0);
+        QCOMPARE(result.output, QByteArray());
+    }
+
+    void bigOutputArrivesWhole()
+    {
+        const auto result = shell("head -c 5000000 /dev/zero");
+        QCOMPARE(result.output, QByteArray(5'000'000, '\0'));
+        QCOMPARE(result.status, 0);
+    }
+
+    void standardInputIsEmpty()
+    {
+        const auto result = shell("cat; echo end");
+        QCOMPARE(result.output, "end\n");
+    }
+
+    void homeAndLibraryRootAreHandedOn()
+    {
+        qputenv("QW_LIBRARY_ROOT", "/elsewhere");
+        const auto result =
+            shell("echo $HOME:$QW_LIBRARY_ROOT; env | grep -c -e ^HOME= -e ^QW_LIBRARY_ROOT=; echo $QW_TEST");
+        qunsetenv("QW_LIBRARY_ROOT");
+        QCOMPARE(result.output, "/home of/me:/root of\n2\nkept\n");
+    }
+
+    void noDescriptorIsHandedOn()
+    {
+        const int leaked = ::open("/dev/null", O_RDONLY); // without close-on-exec
+        const int far = ::fcntl(leaked, F_DUPFD, 500);
+        QVERIFY(leaked > 2 && far >= 500);
+        // The listing's own descriptor is the only one beside the three.
+        const auto result = run({"/bin/ls", {"/proc/self/fd"}, true});
+        ::close(leaked);
+        ::close(far);
+        QCOMPARE(result.output.simplified(), "0 1 2 3");
+    }
+
+    void noDescriptorIsLeftBehind()
+    {
+        const auto lowestFree = [] {
+            const int descriptor = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+            ::close(descriptor);
+            return descriptor;
+        };
+        const int before = lowestFree();
+        for (int i = 0; i < 5; ++i) {
+            shell("echo x");
+            run({"/nowhere/program", {}, true});
+        }
+        QCOMPARE(lowestFree(), before);
+    }
+
+    void signalsAreAtTheirDefaults()
+    {
+        sigset_t blocked;
+        sigset_t old;
+        sigemptyset(&blocked);
+        sigaddset(&blocked, SIGTERM);
+        pthread_sigmask(SIG_BLOCK, &blocked, &old);
+        const auto ignored = std::signal(SIGPIPE, SIG_IGN);
+        const auto result = run({"/bin/grep", {"-E", "^Sig(Blk|Ign):", "/proc/self/status"}, true});
+        std::signal(SIGPIPE, ignored);
+        pthread_sigmask(SIG_SETMASK, &old, nullptr);
+        QCOMPARE(result.output, "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
+    }
+
+    void missingProgramsDoNotStart_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("missing") << "/nowhere/program";
+        QTest::newRow("folder") << "/tmp";
+        QTest::newRow("not executable") << "/etc/passwd";
+        QTest::newRow("nothing") << "";
+        QTest::newRow("not looked for") << "sh";
+    }
+
+    void missingProgramsDoNotStart()
+    {
+        QFETCH(QString, path);
+        const auto result = run({path, {}, true});
+        QVERIFY(!result.started);
+        QVERIFY(!result.exited);
+        QCOMPARE(result.output, QByteArray());
+    }
+
+    void deathByASignalIsTold()
+    {
+        const auto result = shell("echo x; kill -KILL $$");
+        QVERIFY(result.started);
+        QVERIFY(!result.exited);
+        QCOMPARE(result.status, SIGKILL);
+        QCOMPARE(result.output, "x\n");
+    }
+
+    void threadsDoNotHoldEachOthersPipes()
+    {
+        std::vector<std::thread> threads;
+        std::atomic<int> good = 0;
+        for (int i = 0; i < 8; ++i)
+            threads.emplace_back([&] {
+                for (int round = 0; round < 5; ++round)
+                    good += shell("echo x").output == "x\n" ? 1 : 0;
+            });
+        for (std::thread &thread : threads)
+            thread.join();
+        QCOMPARE(good.load(), 40);
+    }
+
+    void initTestCase() { qputenv("QW_TEST", "kept"); }
+
+private:
+    ChildProcessResult run(const ChildProcessRequest &request)
+    {
+        const Locations locations("/home of/me", "/root of");
+        return LinuxChildProcesses(locations).run(request);
+    }
+
+    ChildProcessResult shell(const QString &script) { return run({"/bin/sh", {"-c", script}, true}); }
+};
+
+QTEST_GUILESS_MAIN(tst_ChildProcesses)
+#include "tst_ChildProcesses.moc"
