@@ -1,0 +1,592 @@
+#include "ManualFixture.h"
+#include "fakes/QWTestMain.h"
+
+#include <QWPlatform/appkit/ToolbarItem.h>
+#include <QWPlatform/foundation/Bundle.h>
+#include <QWPlatform/foundation/PropertyList.h>
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+
+using platform::Toolbar;
+
+class tst_QWManual : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isOnePerMachine();
+    void isCarriedByHostsWithAnArchive();
+    void firstOpeningUnpacksTheArchive();
+    void laterOpeningsUseTheUnpackedManual();
+    void leftoversAreRemovedBeforeUnpacking();
+    void brokenArchiveLeavesNoManual();
+    void hostWithoutArchiveHasNoManual();
+    void manualIsLookedForAtTheFirstOpeningOnly();
+    void folderThatCannotBeMadeEndsTheSetUp();
+    void windowIsCentredNormalAndOnlyHiddenByClosing();
+    void newerVersionIsOffered_data();
+    void newerVersionIsOffered();
+    void unknownLocalVersionIsOutOfDate_data();
+    void unknownLocalVersionIsOutOfDate();
+    void siteWithoutAnswerIsSilent_data();
+    void siteWithoutAnswerIsSilent();
+    void offerIsMadeOncePerWindow();
+    void laterDownloadsNothing();
+    void downloadGoesToTheTemporaryFolder();
+    void progressShowsTheFraction_data();
+    void progressShowsTheFraction();
+    void finishedDownloadReplacesTheManual();
+    void failedDownloadIsToldAndKeepsTheManual();
+    void stopCancelsTheDownload();
+    void progressKeepsItsRoom();
+    void linksToTheWebOpenOutside_data();
+    void linksToTheWebOpenOutside();
+    void legalTextNamesTheApplication();
+    void legalTextCarriesThePageStyle();
+    void acknowledgementsAreAPageOfTheManual();
+    void pdfIsWrittenWhereTheUserSays();
+    void toolbarHoldsItsItems();
+    void toolbarItemsAreEnabledWhenTheyWork();
+    void toolbarLeadsThroughThePages();
+    void keysLeadThroughThePages();
+    void incompleteInterfaceOpensNothing();
+};
+
+void tst_QWManual::isOnePerMachine()
+{
+    const ManualFixture outer;
+    QWManual *const first = &QWManual::manual();
+    QCOMPARE(&QWManual::manual(), first);
+    {
+        const ManualFixture inner;
+        QVERIFY(&QWManual::manual() != first);
+    }
+    QCOMPARE(&QWManual::manual(), first);
+}
+
+void tst_QWManual::isCarriedByHostsWithAnArchive()
+{
+    const ManualFixture host;
+    QVERIFY(!QWManual::appUsesQWManual());
+
+    const ManualFixture other;
+    other.system.addHostResource("Manual.zip", "PK");
+    QVERIFY(QWManual::appUsesQWManual());
+}
+
+void tst_QWManual::firstOpeningUnpacksTheArchive()
+{
+    const ManualFixture host;
+    host.system.addHostResource("Manual.zip", "PK");
+    host.open();
+
+    QCOMPARE(host.system.processes.runs.size(), 1U);
+    const auto &run = host.system.processes.runs.front();
+    QCOMPARE(run.launchPath, "/usr/bin/unzip");
+    const QString archive = host.system.mainBundle().pathForResource("Manual", "zip");
+    QCOMPARE(run.arguments, QStringList({"-q", archive, "-d", host.system.real(ManualFixture::folder)}));
+    QCOMPARE(host.view().url(), host.indexUrl());
+    QCOMPARE(QWManual::manual().window()->windowTitle(), "Test Host Manual");
+    QVERIFY(QWManual::manual().window()->isVisible());
+}
+
+void tst_QWManual::laterOpeningsUseTheUnpackedManual()
+{
+    const ManualFixture host;
+    host.system.addHostResource("Manual.zip", "PK");
+    host.install(ManualFixture::pageWithVersion("3.0"));
+    host.open();
+
+    QVERIFY(host.system.processes.runs.empty());
+    QCOMPARE(host.view().url(), host.indexUrl());
+}
+
+void tst_QWManual::leftoversAreRemovedBeforeUnpacking()
+{
+    const ManualFixture host;
+    host.system.addHostResource("Manual.zip", "PK");
+    host.system.writeFile(ManualFixture::folder + QString("/pages/old.html"), "old");
+    host.system.writeFile(ManualFixture::folder + QString("/.hidden"), "old");
+    host.open();
+
+    QCOMPARE(host.entriesBeforeUnpacking, QStringList());
+    QCOMPARE(host.view().url(), host.indexUrl());
+}
+
+void tst_QWManual::brokenArchiveLeavesNoManual()
+{
+    ManualFixture host;
+    host.archiveIsGood = false;
+    host.system.addHostResource("Manual.zip", "not an archive");
+    host.open();
+
+    QVERIFY(host.view().url().isEmpty());
+    QVERIFY(host.system.alerts.shown.isEmpty());
+    QVERIFY(QWManual::manual().window()->isVisible());
+}
+
+void tst_QWManual::hostWithoutArchiveHasNoManual()
+{
+    const ManualFixture host;
+    host.open();
+
+    QVERIFY(host.system.processes.runs.empty());
+    QVERIFY(QDir(host.system.real(ManualFixture::folder)).exists());
+    QVERIFY(host.view().url().isEmpty());
+    QVERIFY(!host.toolbar().itemWithIdentifier("QWManualHomeButtonIdentifier")->isEnabled());
+}
+
+void tst_QWManual::manualIsLookedForAtTheFirstOpeningOnly()
+{
+    const ManualFixture host;
+    host.open();
+    host.install(ManualFixture::pageWithVersion("1"));
+    QWManual::manual().window()->close();
+    host.open();
+
+    QVERIFY(!host.toolbar().itemWithIdentifier("QWManualHomeButtonIdentifier")->isEnabled());
+    QCOMPARE(host.system.webViews.views.size(), 1U);
+    QCOMPARE(host.system.urlLoader.requestedUrls().size(), 1);
+}
+
+void tst_QWManual::folderThatCannotBeMadeEndsTheSetUp()
+{
+    const ManualFixture host;
+    host.system.addHostResource("Manual.zip", "PK");
+    host.system.writeFile(ManualFixture::folder, "a file is in the way");
+    host.open();
+
+    QCOMPARE(host.system.alerts.shown.size(), 1);
+    QVERIFY(host.system.processes.runs.empty());
+    QVERIFY(host.system.urlLoader.requests().empty());
+    QCOMPARE(QWManual::manual().window()->windowTitle(), "");
+    QVERIFY(QWManual::manual().window()->isVisible());
+}
+
+void tst_QWManual::windowIsCentredNormalAndOnlyHiddenByClosing()
+{
+    const ManualFixture host;
+    host.open();
+    platform::Panel *const window = QWManual::manual().window();
+    QVERIFY(!window->isFloating());
+    const QPoint off = window->geometry().center() - window->screen()->availableGeometry().center();
+    QVERIFY(off.manhattanLength() <= 2);
+
+    window->move(11, 22);
+    window->close();
+    QVERIFY(!window->isVisible());
+    QWManual::openManual();
+    QCOMPARE(QWManual::manual().window(), window);
+    QVERIFY(window->isVisible());
+    QCOMPARE(window->pos(), QPoint(11, 22));
+}
+
+void tst_QWManual::newerVersionIsOffered_data()
+{
+    QTest::addColumn<QVariant>("remote");
+    QTest::addColumn<QByteArray>("local");
+    QTest::addColumn<bool>("offered");
+
+    QTest::newRow("the same") << QVariant("2.1") << QByteArray("2.1") << false;
+    QTest::newRow("newer") << QVariant("2.2") << QByteArray("2.1") << true;
+    QTest::newRow("older") << QVariant("2.0") << QByteArray("2.1") << false;
+    QTest::newRow("dots are dropped: 210 > 29") << QVariant("2.10") << QByteArray("2.9") << true;
+    QTest::newRow("dots are dropped: 10 < 95") << QVariant("10") << QByteArray("9.5") << false;
+    QTest::newRow("dots make no difference") << QVariant("2.1.3") << QByteArray("213") << false;
+    QTest::newRow("leading number only") << QVariant("2.2b1") << QByteArray("2.2") << false;
+    QTest::newRow("no number") << QVariant("new") << QByteArray("0") << false;
+    QTest::newRow("no local number") << QVariant("0.1") << QByteArray("") << true;
+    QTest::newRow("a number instead of text") << QVariant(22) << QByteArray("2.1") << true;
+    QTest::newRow("a list instead of text") << QVariant(QVariantList{"9"}) << QByteArray("2.1") << false;
+    QTest::newRow("negative is large without a sign") << QVariant("-1") << QByteArray("2.1") << true;
+    QTest::newRow("too large for 32 bits") << QVariant("99999999999999999999") << QByteArray("2147483647") << false;
+    QTest::newRow("largest signed against negative") << QVariant("9999999999") << QByteArray("-1") << false;
+    QTest::newRow("38 characters are found") << QVariant("1") << QByteArray(38, '0') << true;
+    QTest::newRow("38 characters are found, not older") << QVariant("0") << QByteArray(38, '0') << false;
+    QTest::newRow("39 characters are not found") << QVariant("0") << QByteArray(39, '0') << true;
+}
+
+void tst_QWManual::newerVersionIsOffered()
+{
+    QFETCH(const QVariant, remote);
+    QFETCH(const QByteArray, local);
+    QFETCH(const bool, offered);
+
+    const ManualFixture host;
+    host.system.alerts.answerWith({"Later"});
+    host.install(ManualFixture::pageWithVersion(local));
+    host.siteOffers(remote);
+    host.open();
+
+    QCOMPARE(host.system.urlLoader.requestedUrls(), QStringList(ManualFixture::question));
+    QCOMPARE(host.system.alerts.shown.size(), offered ? 1 : 0);
+}
+
+void tst_QWManual::unknownLocalVersionIsOutOfDate_data()
+{
+    QTest::addColumn<QByteArray>("page");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("no tag") << QByteArray("<html></html>");
+    QTest::newRow("tag in another case") << QByteArray("<META name=\"qw_manual_version\" content=\"9\">");
+    QTest::newRow("cut off in the value") << QByteArray("<meta name=\"qw_manual_version\" content=\"9");
+    QTest::newRow("cut off in the end") << QByteArray("<meta name=\"qw_manual_version\" content=\"9\"");
+    QTest::newRow("closed the other way") << QByteArray("<meta name=\"qw_manual_version\" content=\"9\"/>");
+    QTest::newRow("not UTF-8") << QByteArray("\xff\xfe") + ManualFixture::pageWithVersion("9");
+}
+
+void tst_QWManual::unknownLocalVersionIsOutOfDate()
+{
+    QFETCH(const QByteArray, page);
+    const ManualFixture host;
+    host.system.alerts.answerWith({"Later"});
+    host.install(page);
+    host.siteOffers("0");
+    host.open();
+    QCOMPARE(host.system.alerts.shown, QStringList("A newer version of the manual is available"));
+}
+
+void tst_QWManual::siteWithoutAnswerIsSilent_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<int>("status");
+    const QByteArray good = platform::PropertyList::toXml(QVariantMap{{"version", "9"}});
+    QTest::newRow("nothing") << QByteArray() << 200;
+    QTest::newRow("a web page") << QByteArray("<html><body>Welcome</body></html>") << 200;
+    QTest::newRow("cut short") << good.left(good.size() / 2) << 200;
+    QTest::newRow("a list of another kind") << platform::PropertyList::toXml(QVariantList{"9"}) << 200;
+    QTest::newRow("not found") << good << 404;
+    QTest::newRow("broken server") << good << 500;
+}
+
+void tst_QWManual::siteWithoutAnswerIsSilent()
+{
+    QFETCH(const QByteArray, answer);
+    QFETCH(const int, status);
+    const ManualFixture host; // no manual here at all: any version would be newer
+    host.system.urlLoader.answer(ManualFixture::question, answer, status);
+    host.open();
+    QVERIFY(host.system.alerts.shown.isEmpty());
+}
+
+void tst_QWManual::offerIsMadeOncePerWindow()
+{
+    const ManualFixture host;
+    host.system.alerts.answerWith({"Later", "Later"});
+    host.siteOffers("2.2");
+    host.open();
+    QWManual::manual().window()->close();
+    host.open();
+
+    QCOMPARE(host.system.alerts.alerts.size(), 1U);
+    const platform::Alert &offer = host.system.alerts.alerts.front();
+    QCOMPARE(offer.messageText, "A newer version of the manual is available");
+    QCOMPARE(offer.informativeText, "Would you like to download the update now?");
+    QCOMPARE(offer.buttons, QStringList({"Download", "Later"}));
+}
+
+void tst_QWManual::laterDownloadsNothing()
+{
+    const ManualFixture host;
+    host.system.alerts.answerWith({"Later"});
+    host.siteOffers("2.2");
+    host.open();
+    QVERIFY(host.system.urlDownloads.started.empty());
+    QVERIFY(!host.child<QLabel>("progressText")->isVisible());
+}
+
+void tst_QWManual::downloadGoesToTheTemporaryFolder()
+{
+    const ManualFixture host;
+    host.startUpdate();
+    const auto &download = *host.system.urlDownloads.started.front();
+    QCOMPARE(download.url, QUrl("http://support.test/support/manuals/th/2/Manual.zip"));
+    QCOMPARE(download.destination, QWApplication::sharedApplication()->tempDirectory() + "/Manual.zip");
+    QCOMPARE(host.child<QLabel>("progressText")->text(), "Downloading update...");
+    for (const char *name : {"progressText", "progressBar", "progressStopButton"})
+        QVERIFY2(host.child<QWidget>(name)->isVisible(), name);
+}
+
+void tst_QWManual::progressShowsTheFraction_data()
+{
+    QTest::addColumn<qint64>("length");
+    QTest::addColumn<double>("fraction");
+    QTest::newRow("known length") << qint64(400) << 0.25;
+    QTest::newRow("no length") << qint64(-1) << 0.0;
+    QTest::newRow("nothing announced") << qint64(0) << 1.0;
+    QTest::newRow("more than announced") << qint64(50) << 1.0;
+}
+
+void tst_QWManual::progressShowsTheFraction()
+{
+    QFETCH(const qint64, length);
+    QFETCH(const double, fraction);
+    const ManualFixture host;
+    host.startUpdate();
+    const auto *bar = host.child<QProgressBar>("progressBar");
+    host.system.urlDownloads.respond(length);
+    QCOMPARE(bar->value(), 0);
+    host.system.urlDownloads.receive(QByteArray(60, 'x'));
+    host.system.urlDownloads.receive(QByteArray(40, 'x'));
+    QVERIFY(bar->maximum() > 0);
+    QCOMPARE(bar->value(), static_cast<int>(fraction * bar->maximum()));
+}
+
+void tst_QWManual::finishedDownloadReplacesTheManual()
+{
+    ManualFixture host;
+    host.startUpdate();
+    host.system.writeFile(ManualFixture::folder + QString("/old.html"), "old");
+    host.view().load(QUrl("about:blank"));
+    QString shown;
+    bool busy = false;
+    host.system.processes.handler = [&](const auto &request) {
+        shown = host.child<QLabel>("progressText")->text();
+        busy = host.child<QProgressBar>("progressBar")->maximum() == 0;
+        return host.unzip(request);
+    };
+    host.system.urlDownloads.respond(3);
+    host.system.urlDownloads.receive("PK!");
+    host.system.urlDownloads.finish();
+
+    QCOMPARE(shown, "Installing update...");
+    QVERIFY(busy);
+    QCOMPARE(host.entriesBeforeUnpacking, QStringList());
+    const QString archive = QWApplication::sharedApplication()->tempDirectory() + "/Manual.zip";
+    QCOMPARE(host.system.processes.runs.size(), 1U);
+    QCOMPARE(host.system.processes.runs.front().arguments,
+             QStringList({"-q", archive, "-d", host.system.real(ManualFixture::folder)}));
+    QCOMPARE(host.view().url(), host.indexUrl());
+    QVERIFY(!host.child<QWidget>("progressStopButton")->isVisible());
+}
+
+void tst_QWManual::failedDownloadIsToldAndKeepsTheManual()
+{
+    const ManualFixture host;
+    host.startUpdate();
+    host.system.alerts.shown.clear();
+    host.system.urlDownloads.fail("The server hung up.");
+
+    QCOMPARE(host.system.alerts.shown, QStringList("The downloading of the manual failed"));
+    QCOMPARE(host.system.alerts.alerts.back().informativeText, "The server hung up.");
+    QVERIFY(host.system.processes.runs.empty());
+    QCOMPARE(host.system.readFile(host.indexPath()).value_or(""), ManualFixture::pageWithVersion("2.1"));
+    QVERIFY(!host.child<QWidget>("progressBar")->isVisible());
+}
+
+void tst_QWManual::stopCancelsTheDownload()
+{
+    const ManualFixture host;
+    host.startUpdate();
+    QTest::mouseClick(host.child<QPushButton>("progressStopButton"), Qt::LeftButton);
+
+    QVERIFY(host.system.urlDownloads.started.front()->cancelled);
+    for (const char *name : {"progressText", "progressBar", "progressStopButton"})
+        QVERIFY2(!host.child<QWidget>(name)->isVisible(), name);
+    QCOMPARE(host.system.readFile(host.indexPath()).value_or(""), ManualFixture::pageWithVersion("2.1"));
+    QWManual::manual().stopProgress(); // nothing runs any more
+}
+
+void tst_QWManual::progressKeepsItsRoom()
+{
+    const ManualFixture host;
+    host.startUpdate();
+    const auto *const page = host.child<QWidget>("contentView");
+    QCoreApplication::processEvents();
+    const QRect during = page->geometry();
+    QWManual::manual().stopProgress();
+    QCoreApplication::processEvents();
+    QCOMPARE(page->geometry(), during);
+}
+
+void tst_QWManual::linksToTheWebOpenOutside_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<bool>("outside");
+    QTest::newRow("http") << QUrl("http://example.com/a") << true;
+    QTest::newRow("https") << QUrl("https://example.com/a?b#c") << true;
+    QTest::newRow("file") << QUrl("file:///tmp/a.html") << false;
+    QTest::newRow("about") << QUrl("about:blank") << false;
+    QTest::newRow("data") << QUrl("data:text/html,a") << false;
+}
+
+void tst_QWManual::linksToTheWebOpenOutside()
+{
+    QFETCH(const QUrl, url);
+    QFETCH(const bool, outside);
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    QCOMPARE(host.view().click(url), !outside);
+    QCOMPARE(host.view().url(), outside ? host.indexUrl() : url);
+    QCOMPARE(host.system.workspace.openedUrls, outside ? QStringList(url.toString()) : QStringList());
+}
+
+void tst_QWManual::legalTextNamesTheApplication()
+{
+    const ManualFixture host;
+    QWManual::openLegal();
+    QVERIFY(QWManual::manual().window()->isVisible());
+    QVERIFY(host.view().html.contains("Test Host"));
+    QVERIFY(!host.view().html.contains("%CFBundleName%"));
+    QVERIFY(host.view().baseUrl.isEmpty());
+}
+
+void tst_QWManual::legalTextCarriesThePageStyle()
+{
+    const platform::Bundle bundle = platform::Bundle::forClassOf(QWManual::manual());
+    QFile style(bundle.pathForResource("page", "css"));
+    QFile text(bundle.pathForResource("EULA", "html"));
+    QVERIFY(style.open(QIODevice::ReadOnly));
+    QVERIFY(text.open(QIODevice::ReadOnly));
+    const QByteArray html = text.readAll();
+    QVERIFY(html.contains(style.readAll().trimmed()));
+    QVERIFY(!html.contains("<script"));
+    QVERIFY(!html.contains("http"));
+}
+
+void tst_QWManual::acknowledgementsAreAPageOfTheManual()
+{
+    const ManualFixture host;
+    QWManual::openAcknowledgements();
+    QCOMPARE(host.view().url(),
+             QUrl::fromLocalFile(host.system.real(ManualFixture::folder) + "/acknowledgements.html"));
+}
+
+void tst_QWManual::pdfIsWrittenWhereTheUserSays()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    QWManual::manual().printToPDF();
+    QCOMPARE(host.system.filePanels.saves.size(), 1U);
+    const platform::SavePanelRequest &request = host.system.filePanels.saves.front();
+    QCOMPARE(request.window, QWManual::manual().window());
+    QCOMPARE(request.suggestedName, "Test Host Manual");
+    QCOMPARE(request.requiredFileType, "pdf");
+
+    host.system.filePanels.endSave(platform::FilePanels::Cancel);
+    QVERIFY(host.view().pdfs.isEmpty());
+    QWManual::manual().printToPDF();
+    host.system.filePanels.endSave(platform::FilePanels::OK, "/tmp/a.pdf");
+    QCOMPARE(host.view().pdfs, QStringList("/tmp/a.pdf"));
+}
+
+void tst_QWManual::toolbarHoldsItsItems()
+{
+    const ManualFixture host;
+    host.open();
+    Toolbar &toolbar = host.toolbar();
+    QWManual &manual = QWManual::manual();
+    const QStringList all{"QWManualBackButtonIdentifier",
+                          "QWManualForwardButtonIdentifier",
+                          "QWManualHomeButtonIdentifier",
+                          "QWManualPrintButtonIdentifier",
+                          "QWManualPrintToPDFButtonIdentifier",
+                          "NSToolbarFlexibleSpaceItem",
+                          "NSToolbarSeparatorItem",
+                          "NSToolbarSpaceItem"};
+    QCOMPARE(toolbar.identifier(), "QWManualToolbar2");
+    QVERIFY(toolbar.allowsUserCustomization());
+    QVERIFY(toolbar.autosavesConfiguration());
+    QCOMPARE(toolbar.displayMode(), Toolbar::IconOnly);
+    QCOMPARE(manual.toolbarAllowedItemIdentifiers(toolbar), all);
+    QCOMPARE(toolbar.itemIdentifiers(), QStringList({all[0], all[1], all[2], all[5], all[3]}));
+
+    const QStringList labels{"Back", "Forward", "Home", "Print", "Save To PDF"};
+    const QStringList actions{"back:", "forward:", "home:", "print:", "printToPDF:"};
+    for (int i = 0; i < labels.size(); ++i) {
+        const auto item = manual.toolbarItemForItemIdentifier(toolbar, all[i], true);
+        QCOMPARE(item->label(), labels[i]);
+        QCOMPARE(item->paletteLabel(), labels[i]);
+        QCOMPARE(item->action().name(), actions[i]);
+        QCOMPARE(item->target(), &manual);
+        QVERIFY(!item->icon().isNull());
+        QVERIFY(platform::respondsTo(&manual, item->action()));
+    }
+    QVERIFY(!manual.toolbarItemForItemIdentifier(toolbar, "SomethingElse", true));
+}
+
+void tst_QWManual::toolbarItemsAreEnabledWhenTheyWork()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    const auto enabled = [&](const char *name) {
+        return host.toolbar().itemWithIdentifier("QWManual" + QString(name) + "ButtonIdentifier")->isEnabled();
+    };
+    QVERIFY(enabled("Home"));
+    QVERIFY(enabled("Print"));
+    QVERIFY(!enabled("Back"));
+    QVERIFY(!enabled("Forward"));
+    host.view().click(QUrl("file:///other.html"));
+    QVERIFY(enabled("Back"));
+    QWManual::manual().back();
+    QVERIFY(!enabled("Back"));
+    QVERIFY(enabled("Forward"));
+
+    platform::ToolbarItem stranger("SomethingElse");
+    QVERIFY(QWManual::manual().validateToolbarItem(stranger));
+}
+
+void tst_QWManual::toolbarLeadsThroughThePages()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    const QUrl other("file:///other.html");
+    host.view().click(other);
+    const auto choose = [&](const char *name) {
+        host.toolbar().itemWithIdentifier("QWManual" + QString(name) + "ButtonIdentifier")->trigger();
+    };
+    choose("Back");
+    QCOMPARE(host.view().url(), host.indexUrl());
+    choose("Forward");
+    QCOMPARE(host.view().url(), other);
+    choose("Home");
+    QCOMPARE(host.view().url(), host.indexUrl());
+    choose("Print");
+    QCOMPARE(host.view().prints, 1);
+}
+
+void tst_QWManual::keysLeadThroughThePages()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    platform::Panel *const window = QWManual::manual().window();
+    window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    host.view().click(QUrl("file:///other.html"));
+
+    QTest::keyClick(window, Qt::Key_Left, Qt::AltModifier);
+    QCOMPARE(host.view().url(), host.indexUrl());
+    QTest::keyClick(window, Qt::Key_Left, Qt::AltModifier); // there is nothing before
+    QTest::keyClick(window, Qt::Key_Right, Qt::AltModifier);
+    QCOMPARE(host.view().url(), QUrl("file:///other.html"));
+    QTest::keyClick(window, Qt::Key_P, Qt::ControlModifier);
+    QCOMPARE(host.view().prints, 1);
+    QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
+    QVERIFY(!window->isVisible());
+    window->show();
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    QTest::keyClick(window, Qt::Key_Escape);
+    QVERIFY(!window->isVisible());
+}
+
+void tst_QWManual::incompleteInterfaceOpensNothing()
+{
+    const ManualFixture host;
+    host.system.addHostResource("QWManual.ui", "<ui version=\"4.0\"><widget class=\"QWidget\" name=\"window\"/></ui>");
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the outlet \"window\""));
+    for (const char *outlet : {"contentView", "progressText", "progressBar", "progressStopButton"})
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QString("no outlet \"%1\"").arg(outlet)));
+    host.open();
+    QWManual::openLegal();
+    QVERIFY(!QWManual::manual().window());
+    QVERIFY(host.system.alerts.shown.isEmpty());
+}
+
+QW_TEST_MAIN(tst_QWManual)
+#include "tst_QWManual.moc"
