@@ -1,0 +1,37 @@
+#include "Misbehaviour.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace {
+/// Runs inside dlopen.
+[[gnu::constructor]] void loaded()
+{
+    if (behaviour == Behaviour::CrashAtLoad)
+        crash();
+}
+} // namespace
+
+void crash()
+{
+    std::signal(SIGSEGV, SIG_DFL);
+    std::raise(SIGSEGV);
+    std::abort();
+}
+
+void misbehaveAtOpen()
+{
+    if (behaviour == Behaviour::CrashAtOpen || behaviour == Behaviour::CrashAtInstantiate)
+        crash();
+    if (behaviour == Behaviour::Exiting)
+        std::exit(0);
+    while (behaviour == Behaviour::Hanging)
+        ::pause();
+    if (behaviour != Behaviour::Printing)
+        return;
+    std::puts("The plug-in talks to standard output.");
+    std::fflush(stdout);
+    [[maybe_unused]] const auto written = ::write(STDOUT_FILENO, "Twice.\n", 7);
+}

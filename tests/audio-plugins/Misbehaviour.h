@@ -1,0 +1,33 @@
+#pragma once
+
+/// What a test plug-in can do; chosen by the definition BEHAVIOUR. Not every kind of plug-in knows every one.
+enum class Behaviour
+{
+    Good,
+    Instrument,
+    Generator,
+    MusicEffect,
+    Accumulating,
+    Shell,
+    Refusing,
+    NeedsMore,
+    NoEntry,
+    CrashAtLoad,
+    CrashAtOpen,
+    CrashAtInstantiate,
+    CrashAtClose,
+    Exiting,
+    Printing,
+    Hanging,
+    NotFinite,
+    WrongCounts,
+    LongNames
+};
+
+constexpr Behaviour behaviour = Behaviour::BEHAVIOUR;
+
+/// What the plug-in does when it is opened: crash, exit, print, hang, or nothing.
+void misbehaveAtOpen();
+
+/// Ends the process with a segmentation fault.
+[[noreturn]] void crash();

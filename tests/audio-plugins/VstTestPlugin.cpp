@@ -1,0 +1,121 @@
+// A VST plug-in that halves its input, or does what BEHAVIOUR says.
+#include "Misbehaviour.h"
+
+#include <QWPlatform/linux/VstInterface.h>
+
+#include <cmath>
+#include <cstring>
+#include <string>
+
+using vst::Effect;
+
+namespace {
+constexpr float gain = 0.5F;
+constexpr bool isInstrument = behaviour == Behaviour::Instrument;
+constexpr bool isShell = behaviour == Behaviour::Shell;
+bool noteIsOn = false;
+
+std::string effectName()
+{
+    return behaviour == Behaviour::LongNames ? std::string(1000, 'n') : "Test " BEHAVIOUR_NAME;
+}
+
+void takeEvents(void *pointer)
+{
+    vst::EventListHead head;
+    std::memcpy(&head, pointer, sizeof head);
+    for (std::int32_t i = 0; i < head.count; ++i) {
+        vst::MidiEvent *event = nullptr;
+        std::memcpy(&event, static_cast<char *>(pointer) + sizeof head + sizeof event * static_cast<std::size_t>(i),
+                    sizeof event);
+        noteIsOn = (event->bytes[0] & 0xF0) == 0x90;
+    }
+}
+
+std::intptr_t close(Effect *effect)
+{
+    if (behaviour == Behaviour::CrashAtClose)
+        crash();
+    delete effect;
+    return 0;
+}
+
+std::intptr_t dispatch(Effect *effect, std::int32_t opcode, std::int32_t, std::intptr_t, void *pointer, float)
+{
+    switch (opcode) {
+    case vst::opcode::open:
+        misbehaveAtOpen();
+        return 0;
+    case vst::opcode::close:
+        return close(effect);
+    case vst::opcode::category:
+        return isInstrument ? vst::category::synth : isShell ? vst::category::shell : 1;
+    case vst::opcode::effectName:
+        std::strcpy(static_cast<char *>(pointer), effectName().c_str());
+        return 1;
+    case vst::opcode::vendor:
+        std::strcpy(static_cast<char *>(pointer), "Møller & Søn \U0001F3B9");
+        return 1;
+    case vst::opcode::processEvents:
+        takeEvents(pointer);
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+float sampleFor(float input)
+{
+    if (behaviour == Behaviour::NotFinite)
+        return std::nanf("");
+    return isInstrument ? (noteIsOn ? gain : 0) : gain * input;
+}
+
+void processReplacing(Effect *effect, float **inputs, float **outputs, std::int32_t frames)
+{
+    for (int channel = 0; channel < effect->outputCount; ++channel)
+        for (int i = 0; i < frames; ++i)
+            outputs[channel][i] = sampleFor(effect->inputCount > channel ? inputs[channel][i] : 0);
+}
+
+void accumulate(Effect *effect, float **inputs, float **outputs, std::int32_t frames)
+{
+    for (int channel = 0; channel < effect->outputCount; ++channel)
+        for (int i = 0; i < frames; ++i)
+            outputs[channel][i] += sampleFor(inputs[channel][i]);
+}
+
+Effect *make()
+{
+    auto *effect = new Effect{};
+    effect->magic = vst::magic;
+    effect->dispatcher = dispatch;
+    effect->process = accumulate;
+    effect->inputCount = isInstrument ? 0 : 2;
+    effect->outputCount = behaviour == Behaviour::WrongCounts ? 1 << 20 : 2;
+    effect->flags = isInstrument ? vst::flag::isSynth : 0;
+    effect->initialDelay = 64;
+    effect->uniqueID = 0x51547374; // 'QTst'
+    if (behaviour == Behaviour::Accumulating || isShell)
+        return effect;
+    effect->flags |= vst::flag::hasReplacing;
+    effect->processReplacing = processReplacing;
+    return effect;
+}
+} // namespace
+
+#define ENTRY_OF(name) extern "C" [[gnu::visibility("default")]] Effect *name([[maybe_unused]] vst::Dispatcher host)
+
+ENTRY_OF(qw_test_entry)
+{
+    if (behaviour == Behaviour::Refusing || host(nullptr, vst::request::version, 0, 0, nullptr, 0) < 2400)
+        return nullptr;
+    return make();
+}
+
+#ifndef NO_ENTRY
+ENTRY_OF(VSTPluginMain)
+{
+    return qw_test_entry(host);
+}
+#endif

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+
+/// Ends the process when nothing was reported for too long: the host waits for a validator without a time-out. Lives
+/// until the process ends.
+class Watchdog
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    explicit Watchdog(std::chrono::duration<double> patience);
+    Watchdog(const Watchdog &) = delete;
+    Watchdog &operator=(const Watchdog &) = delete;
+
+    /// Reports that @p step begins; a string that lives as long as the process.
+    void progress(const char *step);
+
+private:
+    [[noreturn]] void _watch() const;
+
+    const Clock::duration m_patience;
+    std::atomic<const char *> m_step{"starting"};
+    std::atomic<Clock::time_point> m_deadline;
+};
