@@ -1,0 +1,89 @@
+#include "ResourceFileBytes.h"
+#include "fakes/FakeSystem.h"
+#include "fakes/QWTestMain.h"
+
+#include <QWBase/QWError.h>
+#include <QWBase/QWResourceFile.h>
+
+#include <cstring>
+
+using platform::fourCharCode;
+
+class tst_QWResourceFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void resourcesComeByType();
+    void thingWordsComeInHostOrder();
+    void missingFileIsAnError();
+    void fileCutOffAnywhereIsAnErrorOrHarmless();
+};
+
+namespace {
+std::optional<QWResourceFile> open(const FakeSystem &system, const QByteArray &bytes, QWError *error = nullptr)
+{
+    system.writeFile("~/Library/a.rsrc", bytes);
+    return QWResourceFile::initWithPath("~/Library/a.rsrc", error);
+}
+} // namespace
+
+void tst_QWResourceFile::resourcesComeByType()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    QWError error;
+    const auto file = open(system, resourceFileBytes(), &error);
+    QVERIFY2(file, qPrintable(error.reason()));
+    QVERIFY(!error.isSet());
+    QCOMPARE(file->resourcesOfType(fourCharCode("STR ")), std::vector<QByteArray>{"\x11"
+                                                                                  "Acme: Super Delay"});
+    QCOMPARE(file->resourcesOfType(fourCharCode("thng")).size(), std::size_t(1));
+    QVERIFY(file->resourcesOfType(fourCharCode("icns")).empty());
+}
+
+void tst_QWResourceFile::thingWordsComeInHostOrder()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    const auto file = open(system, resourceFileBytes());
+    QVERIFY(file);
+    const QByteArray thing = file->resourcesOfType(fourCharCode("thng")).front();
+    QCOMPARE(thing.size(), 44);
+    quint32 words[6];
+    std::memcpy(words, thing.constData(), sizeof words);
+    QCOMPARE(words[0], fourCharCode("aufx"));
+    QCOMPARE(words[1], fourCharCode("Dlay"));
+    QCOMPARE(words[2], fourCharCode("Acme"));
+    QCOMPARE(words[5], fourCharCode("dlle"));
+    quint16 codeId = 0;
+    std::memcpy(&codeId, thing.constData() + 24, sizeof codeId);
+    QCOMPARE(codeId, quint16(1000));
+}
+
+void tst_QWResourceFile::missingFileIsAnError()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    QWError error;
+    QVERIFY(!QWResourceFile::initWithPath("/Library/none.rsrc", &error));
+    QVERIFY(error.isSet());
+    QVERIFY(error.message().contains("/Library/none.rsrc"));
+    QVERIFY(!QWResourceFile::initWithPath("/Library/none.rsrc"));
+}
+
+void tst_QWResourceFile::fileCutOffAnywhereIsAnErrorOrHarmless()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    const QByteArray whole = resourceFileBytes();
+    for (qsizetype size = 0; size < whole.size(); ++size) {
+        QWError error;
+        const auto file = open(system, whole.first(size), &error);
+        QVERIFY2(!file, qPrintable(QString("%1 bytes").arg(size)));
+        QVERIFY(error.isSet());
+    }
+}
+
+QW_TEST_MAIN(tst_QWResourceFile)
+#include "tst_QWResourceFile.moc"
