@@ -317,7 +317,7 @@ void QWApplication::_exceptionLeftEvent() noexcept
 void QWApplication::_reportException(const QString &reason) noexcept
 {
     try {
-        QWApplicationLog::sharedLog().errorMessage(QW_LOG_CONTEXT("QWApplication"),
+        QWApplicationLog::sharedLog().errorMessage({"QWApplication"},
                                                    "An exception left the handling of an event: " + reason);
         for (const QWApplicationCategory &category : registeredCategories())
             if (category.exceptionLeftEvent)
