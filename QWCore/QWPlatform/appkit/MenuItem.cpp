@@ -8,13 +8,13 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMetaMethod>
+#include <QSet>
 
 namespace platform
 {
 
 namespace
 {
-constexpr auto autoenablesProperty = "_qw_autoenables";
 constexpr qsizetype longestShownTitle = 120;
 
 /// @p position moved so that no surrogate pair is cut.
@@ -138,9 +138,12 @@ QString titleOf(const QAction &item)
 MenuItem *addMenuItem(QMenu &menu, const QString &title, const Selector &action, const QString &keyEquivalent,
                       quint32 modifierMask)
 {
-    MenuItem *const item = insertMenuItem(menu, nullptr, title, action);
+    auto *const item = new MenuItem(title, &menu);
+    item->setAction(action);
     if (!keyEquivalent.isEmpty())
         item->setKeyEquivalent(keyEquivalent, modifierMask);
+    menu.addAction(item);
+    setAutoenablesItems(menu);
     return item;
 }
 
@@ -174,10 +177,12 @@ void validateMenu(QMenu &menu)
 
 void setAutoenablesItems(QMenu &menu)
 {
-    if (menu.property(autoenablesProperty).isValid())
+    static QSet<const QMenu *> autoenabling; // asked for every item that is added
+    if (autoenabling.contains(&menu))
         return;
-    menu.setProperty(autoenablesProperty, true);
+    autoenabling.insert(&menu);
     QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu] { validateMenu(menu); });
+    QObject::connect(&menu, &QObject::destroyed, [gone = &menu] { autoenabling.remove(gone); });
 }
 
 QString shownTitle(const QString &title)

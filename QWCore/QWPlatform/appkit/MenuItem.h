@@ -39,8 +39,8 @@ public:
     qlonglong tag() const { return m_tag; }
     void setTag(qlonglong tag) { m_tag = tag; }
 
-    QVariant representedObject() const { return data(); }
-    void setRepresentedObject(const QVariant &object) { setData(object); }
+    const QVariant &representedObject() const { return m_representedObject; }
+    void setRepresentedObject(const QVariant &object) { m_representedObject = object; }
 
     const Selector &action() const { return m_action; }
     void setAction(const Selector &action);
@@ -69,6 +69,7 @@ private:
 
     QString m_title;
     QString m_keyEquivalent;
+    QVariant m_representedObject; ///< Apart from QAction::data(), whose every change is told to the menu.
     Selector m_action;
     QPointer<QObject> m_target;
     qlonglong m_tag = 0;

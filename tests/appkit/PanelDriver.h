@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QApplication>
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+
+/// Waits for a modal widget to be on the screen, then hands it over; for panels that run a loop of their own.
+class PanelDriver : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PanelDriver(std::function<void(QWidget &panel)> drive)
+        : m_drive(std::move(drive))
+    {
+        connect(&m_timer, &QTimer::timeout, this, &PanelDriver::_look);
+        m_timer.start(5);
+    }
+
+    bool hasDriven() const { return m_hasDriven; }
+
+private:
+    void _look()
+    {
+        QWidget *const panel = QApplication::activeModalWidget();
+        if (!panel || !panel->isVisible())
+            return;
+        m_timer.stop();
+        m_hasDriven = true;
+        m_drive(*panel);
+    }
+
+    QTimer m_timer;
+    std::function<void(QWidget &)> m_drive;
+    bool m_hasDriven = false;
+};

@@ -1,0 +1,210 @@
+#include "PanelDriver.h"
+
+#include <QWPlatform/appkit/FilePanels.h>
+#include <QWPlatform/foundation/UserDefaults.h>
+#include <QWPlatform/linux/LinuxFilePanels.h>
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QTest>
+#include <fakes/FakeSystem.h>
+
+using platform::FilePanels;
+
+/// One shown panel on the fake disk, and what it said.
+class tst_LinuxFilePanels : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void savePanelIsASheet();
+    void extensionIsEnforced_data();
+    void extensionIsEnforced();
+    void cancelSaysSoOnce();
+    void overwritingIsConfirmed_data();
+    void overwritingIsConfirmed();
+    void folderIsRemembered();
+    void unusableRememberedFolderIsTheHome_data();
+    void unusableRememberedFolderIsTheHome();
+    void openPanelGivesPaths();
+    void folderCanBeChosen();
+    void panelGoesWithItsWindow();
+
+private:
+    QFileDialog *_save(const QString &type = "pdf");
+    QFileDialog *_panel() const { return m_window->findChild<QFileDialog *>(); }
+
+    std::unique_ptr<FakeSystem> m_system;
+    std::unique_ptr<platform::System::Scope> m_current;
+    std::unique_ptr<QWidget> m_window;
+    platform::LinuxFilePanels m_panels;
+    QList<QPair<int, QString>> m_ends;
+};
+
+void tst_LinuxFilePanels::init()
+{
+    m_system = std::make_unique<FakeSystem>();
+    m_current = std::make_unique<platform::System::Scope>(*m_system);
+    m_window = std::make_unique<QWidget>();
+    m_window->show();
+    m_ends.clear();
+}
+
+void tst_LinuxFilePanels::cleanup()
+{
+    m_window.reset();
+    m_current.reset();
+    m_system.reset();
+}
+
+QFileDialog *tst_LinuxFilePanels::_save(const QString &type)
+{
+    m_panels.beginSavePanel({m_window.get(), "Save To PDF", "Host Manual", type},
+                            [this](int code, const QString &path) {
+                                m_ends.append({code, path});
+                            });
+    return _panel();
+}
+
+void tst_LinuxFilePanels::savePanelIsASheet()
+{
+    const QFileDialog *const panel = _save();
+    QVERIFY(panel->isVisible());
+    QCOMPARE(panel->windowModality(), Qt::WindowModal);
+    QCOMPARE(panel->windowTitle(), QString("Save To PDF"));
+    QCOMPARE(QFileInfo(panel->selectedFiles().value(0)).fileName(), QString("Host Manual.pdf"));
+    QVERIFY(m_ends.isEmpty());
+}
+
+void tst_LinuxFilePanels::extensionIsEnforced_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("missing") << "pdf"
+                             << "Notes"
+                             << "Notes.pdf";
+    QTest::newRow("there") << "pdf"
+                           << "Notes.pdf"
+                           << "Notes.pdf";
+    QTest::newRow("capitals") << "pdf"
+                              << "Notes.PDF"
+                              << "Notes.PDF";
+    QTest::newRow("another") << "pdf"
+                             << "Notes.txt"
+                             << "Notes.txt.pdf";
+    QTest::newRow("any") << ""
+                         << "Notes.txt"
+                         << "Notes.txt";
+}
+
+void tst_LinuxFilePanels::extensionIsEnforced()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, typed);
+    QFETCH(QString, file);
+    QFileDialog *const panel = _save(type);
+    panel->findChild<QLineEdit *>()->setText(typed);
+    QTest::keyClick(panel->findChild<QLineEdit *>(), Qt::Key_Return);
+    QCOMPARE(m_ends.size(), 1);
+    QCOMPARE(m_ends.first().first, FilePanels::OK);
+    QCOMPARE(m_ends.first().second, m_system->real("~/" + file));
+}
+
+void tst_LinuxFilePanels::cancelSaysSoOnce()
+{
+    QTest::keyClick(_save(), Qt::Key_Escape);
+    QCOMPARE(m_ends, (QList<QPair<int, QString>>{{FilePanels::Cancel, ""}}));
+    QTRY_VERIFY(!_panel());
+    QCOMPARE(m_ends.size(), 1);
+}
+
+void tst_LinuxFilePanels::overwritingIsConfirmed_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<int>("code");
+    QTest::newRow("replace") << "Replace" << FilePanels::OK;
+    QTest::newRow("cancel") << "Cancel" << FilePanels::Cancel;
+}
+
+/// The typed name does not exist; the one with its extension does.
+void tst_LinuxFilePanels::overwritingIsConfirmed()
+{
+    QFETCH(QString, answer);
+    m_system->writeFile("~/Notes.txt.pdf", "old");
+    m_system->alerts.answerWith({answer});
+    QFileDialog *const panel = _save();
+    panel->findChild<QLineEdit *>()->setText("Notes.txt");
+    QTest::keyClick(panel->findChild<QLineEdit *>(), Qt::Key_Return);
+    QCOMPARE(m_system->alerts.shown.size(), 1);
+    QVERIFY(m_system->alerts.shown.first().contains("Notes.txt.pdf"));
+    QCOMPARE(m_ends.size(), 1);
+    QTEST(m_ends.first().first, "code");
+}
+
+void tst_LinuxFilePanels::folderIsRemembered()
+{
+    m_system->makeDirectory("~/Documents/Songs");
+    QFileDialog *const panel = _save();
+    panel->setDirectory(m_system->real("~/Documents/Songs"));
+    QTest::keyClick(panel->findChild<QLineEdit *>(), Qt::Key_Return);
+    QCOMPARE(m_ends.value(0).first, FilePanels::OK);
+    QCOMPARE(m_system->userDefaults().string("NSNavLastRootDirectory"), QString("~/Documents/Songs"));
+    QTRY_VERIFY(!_panel());
+    QCOMPARE(_save()->directory().absolutePath(), m_system->real("~/Documents/Songs"));
+}
+
+void tst_LinuxFilePanels::unusableRememberedFolderIsTheHome_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::newRow("gone") << QVariant("~/Gone");
+    QTest::newRow("wrong type") << QVariant(QVariantList{1});
+    QTest::newRow("empty") << QVariant("");
+}
+
+void tst_LinuxFilePanels::unusableRememberedFolderIsTheHome()
+{
+    QFETCH(QVariant, stored);
+    m_system->userDefaults().setObject("NSNavLastRootDirectory", stored);
+    QCOMPARE(_save()->directory().absolutePath(), m_system->real("~"));
+}
+
+void tst_LinuxFilePanels::openPanelGivesPaths()
+{
+    m_system->writeFile("~/tone.wav", "RIFF");
+    QStringList chosen;
+    int code = -1;
+    m_panels.beginOpenPanel({m_window.get(), "Open", {"wav", "aiff"}}, [&](int c, const QStringList &paths) {
+        code = c;
+        chosen = paths;
+    });
+    _panel()->findChild<QLineEdit *>()->setText("tone.wav");
+    QTest::keyClick(_panel()->findChild<QLineEdit *>(), Qt::Key_Return);
+    QCOMPARE(code, FilePanels::OK);
+    QCOMPARE(chosen, QStringList{m_system->real("~/tone.wav")});
+}
+
+void tst_LinuxFilePanels::folderCanBeChosen()
+{
+    m_system->makeDirectory("~/Songs");
+    QStringList chosen;
+    m_panels.beginOpenPanel({m_window.get(), "Open", {}, true}, [&](int, const QStringList &paths) { chosen = paths; });
+    _panel()->findChild<QLineEdit *>()->setText(m_system->real("~/Songs"));
+    static_cast<QDialog *>(_panel())->accept();
+    QCOMPARE(chosen, QStringList{m_system->real("~/Songs")});
+}
+
+void tst_LinuxFilePanels::panelGoesWithItsWindow()
+{
+    const QPointer<QFileDialog> panel(_save());
+    m_window.reset();
+    QVERIFY(!panel);
+    QVERIFY(m_ends.isEmpty());
+    m_window = std::make_unique<QWidget>();
+}
+
+QTEST_MAIN(tst_LinuxFilePanels)
+#include "tst_LinuxFilePanels.moc"
