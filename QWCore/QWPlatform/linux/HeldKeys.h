@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+class QKeyEvent;
+
 namespace platform {
 
 /// What is held, from the key events that the application gets. Its costs are one comparison an event.
@@ -18,6 +20,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void _note(const QKeyEvent &key);
+
     KeyMap m_map{};
 };
 

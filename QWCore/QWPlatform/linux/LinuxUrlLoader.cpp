@@ -22,6 +22,14 @@ QString translated(const char *text)
     return QCoreApplication::translate("platform::UrlLoader", text);
 }
 
+QNetworkReply *send(QNetworkAccessManager &manager, const UrlRequest &request)
+{
+    const QNetworkRequest network = networkRequest(request);
+    if (request.url.isLocalFile()) // these know no methods
+        return manager.get(network);
+    return manager.sendCustomRequest(network, request.method, request.body);
+}
+
 struct DeleteReply
 {
     void operator()(QNetworkReply *reply) const
@@ -40,7 +48,7 @@ public:
          QEventLoop &loop)
         : m_limits(limits)
         , m_loop(loop)
-        , m_reply(manager.sendCustomRequest(networkRequest(request), request.method, request.body))
+        , m_reply(send(manager, request))
     {
         m_idle.setSingleShot(true);
         QObject::connect(&m_idle, &QTimer::timeout, &loop, [this] { _fail(translated("The request timed out.")); });

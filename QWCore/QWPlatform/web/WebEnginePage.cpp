@@ -26,7 +26,8 @@ constexpr Setting safeSettings[] = {
     {QWebEngineSettings::JavascriptCanAccessClipboard, false},
     {QWebEngineSettings::LocalStorageEnabled, false},
     {QWebEngineSettings::LocalContentCanAccessRemoteUrls, false},
-    {QWebEngineSettings::LocalContentCanAccessFileUrls, false},
+    {QWebEngineSettings::LocalContentCanAccessFileUrls,
+     true}, // style sheets and images; there is no script to abuse it
     {QWebEngineSettings::HyperlinkAuditingEnabled, false},
     {QWebEngineSettings::PluginsEnabled, false},
     {QWebEngineSettings::PdfViewerEnabled, false},

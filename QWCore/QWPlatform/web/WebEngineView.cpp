@@ -30,7 +30,7 @@ WebEngineView::WebEngineView(QWidget *parent)
     , m_widget(new WebEngineWidget(parent))
 {
     m_widget->setPage(m_page.get());
-    m_widget->followPalette();
+    m_page->setBackgroundColor(m_widget->palette().color(QPalette::Base)); // no flash of white before the first page
     _connectPage();
 }
 
@@ -114,8 +114,10 @@ void WebEngineView::setPolicy(Policy policy)
 void WebEngineView::_loadingChanged(const QWebEngineLoadingInfo &info)
 {
     if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus)
-        _showMessage(localized("This page cannot be shown."));
-    else if (m_message && info.status() != QWebEngineLoadingInfo::LoadStoppedStatus)
+        return _showMessage(localized("This page cannot be shown."));
+    if (info.status() == QWebEngineLoadingInfo::LoadSucceededStatus)
+        m_page->setBackgroundColor(Qt::white); // what pages without a style of their own, whose text is black, rely on
+    if (m_message && info.status() != QWebEngineLoadingInfo::LoadStoppedStatus)
         m_message->hide();
 }
 

@@ -24,11 +24,6 @@ WebEngineWidget::WebEngineWidget(QWidget *parent)
     _addZoomKeys();
 }
 
-void WebEngineWidget::followPalette()
-{
-    page()->setBackgroundColor(palette().color(QPalette::Base));
-}
-
 void WebEngineWidget::contextMenuEvent(QContextMenuEvent *event)
 {
     QMenu menu(this);
@@ -40,13 +35,6 @@ void WebEngineWidget::contextMenuEvent(QContextMenuEvent *event)
     forward->setEnabled(history()->canGoForward());
     copy->setEnabled(hasSelection());
     menu.exec(event->globalPos());
-}
-
-void WebEngineWidget::changeEvent(QEvent *event)
-{
-    QWebEngineView::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        followPalette();
 }
 
 void WebEngineWidget::_addZoomKeys()

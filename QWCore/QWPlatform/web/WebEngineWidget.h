@@ -4,7 +4,7 @@
 
 namespace platform {
 
-/// The engine's widget with what a reader needs: a short context menu, zoom by keys, the palette's background.
+/// The engine's widget with what a reader needs: a short context menu and zoom by keys.
 class WebEngineWidget : public QWebEngineView
 {
     Q_OBJECT
@@ -12,12 +12,8 @@ class WebEngineWidget : public QWebEngineView
 public:
     explicit WebEngineWidget(QWidget *parent);
 
-    /// Takes the background of pages that have none from the palette; again when the palette changes.
-    void followPalette();
-
 protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
-    void changeEvent(QEvent *event) override;
 
 private:
     void _addZoomKeys();
