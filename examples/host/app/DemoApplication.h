@@ -1,0 +1,65 @@
+#pragma once
+
+#include "HostOptions.h"
+
+#include <QWBase/QWApplication.h>
+
+#include <memory>
+
+class QWAUManager;
+class QWVSTManager;
+
+namespace demo {
+
+class AudioDocument;
+class HostMenus;
+class MainWindow;
+class SoundActions;
+class Tour;
+
+/// The demo host. Made for what the command line asked for; everything else is made while it launches.
+class DemoApplication : public QWApplication
+{
+    Q_OBJECT
+
+public:
+    DemoApplication(int &argc, char **argv, HostOptions options);
+    ~DemoApplication() override;
+
+    bool usesSplashScreen() const override { return true; }
+    void getUrlWithReplyEvent(const QString &url) override;
+
+    // All of these are there once the launch is over.
+    MainWindow &mainWindow() const { return *m_window; }
+    AudioDocument &document() const { return *m_document; }
+    SoundActions &actions() const { return *m_actions; }
+    HostMenus &menus() const { return *m_menus; }
+
+    // Actions of menu items.
+    Q_INVOKABLE void openManual(QObject *sender);
+    Q_INVOKABLE void openLegal(QObject *sender);
+    Q_INVOKABLE void openAcknowledgements(QObject *sender);
+    Q_INVOKABLE void openAbout(QObject *sender);
+    Q_INVOKABLE void validatePlugIns(QObject *sender); ///< Looks for new plug-ins behind the splash screen.
+    Q_INVOKABLE void terminate(QObject *sender);       ///< Closes the window, which may object, and quits.
+
+protected:
+    void applicationDidFinishLaunching() override;
+
+private:
+    void _setUp();
+    void _loadIcon();
+    void _validate();
+    void _openWindow();
+
+    HostOptions m_options;
+    std::unique_ptr<Tour> m_tour; ///< From before the launch, which it watches; null without a tour.
+    std::unique_ptr<QWAUManager> m_units;
+    std::unique_ptr<QWVSTManager> m_vst;
+    std::unique_ptr<AudioDocument> m_document;
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<SoundActions> m_actions;
+    std::unique_ptr<HostMenus> m_menus;
+};
+
+} // namespace demo

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QPointer>
+
+#include <memory>
+#include <vector>
+
+class QMainWindow;
+class QMenu;
+class QObject;
+class QWAUManager;
+class QWVSTManager;
+
+namespace demo {
+
+/// The menu bar of the host. The plug-in menus are filled from the two catalogs.
+class HostMenus
+{
+public:
+    /// @p actions receives what concerns the sound, @p application the rest; neither is owned.
+    HostMenus(QMainWindow &window, QObject &actions, QObject &application);
+    ~HostMenus();
+
+    /// Fills the Effects and Instruments menus anew.
+    void fill(const QWAUManager &units, const QWVSTManager &vst);
+
+    QMenu *effects() const { return m_effects; }
+    QMenu *instruments() const { return m_instruments; }
+
+private:
+    void _fill(QMenu &menu, std::unique_ptr<QMenu> units, std::unique_ptr<QMenu> vst);
+    void _addCatalog(QMenu &menu, const QString &section, std::unique_ptr<QMenu> catalog);
+
+    QObject &m_actions;
+    QObject &m_application;
+    QMenu *m_effects;
+    QMenu *m_instruments;
+    std::vector<std::unique_ptr<QMenu>> m_catalogs; ///< Own the items that the two menus show.
+};
+
+} // namespace demo

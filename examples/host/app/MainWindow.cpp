@@ -1,0 +1,209 @@
+#include "MainWindow.h"
+
+#include "../audio/AudioDocument.h"
+#include "../views/ChainStrip.h"
+#include "../views/EmptyState.h"
+#include "../views/Icons.h"
+#include "../views/TransportLine.h"
+#include "../views/WaveformPair.h"
+
+#include <QWPlatform/System.h>
+#include <QWPlatform/foundation/Localization.h>
+#include <QWPlatform/foundation/TextForms.h>
+#include <QWPlatform/foundation/UserDefaults.h>
+
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QScreen>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace demo {
+
+using platform::localized;
+
+namespace {
+constexpr QSize usualSize(1080, 680);
+
+QStringList localFilesIn(const QMimeData &data)
+{
+    QStringList paths;
+    for (const QUrl &url : data.urls()) {
+        if (url.isLocalFile())
+            paths += url.toLocalFile();
+    }
+    return paths;
+}
+
+bool isOnAScreen(const QRect &frame)
+{
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        if (screen->availableGeometry().intersects(frame))
+            return true;
+    }
+    return false;
+}
+} // namespace
+
+MainWindow::MainWindow(AudioDocument &document)
+    : m_document(document)
+    , m_stack(new QStackedWidget(this))
+    , m_empty(new EmptyState(m_stack))
+    , m_transport(new TransportLine(this))
+{
+    auto *central = new QWidget(this);
+    auto *layout = new QVBoxLayout(central);
+    layout->setContentsMargins(20, 16, 20, 16);
+    layout->setSpacing(16);
+    m_stack->addWidget(m_empty);
+    m_stack->addWidget(_makeContent());
+    layout->addWidget(m_stack, 1);
+    layout->addWidget(m_transport);
+    setCentralWidget(central);
+    setAcceptDrops(true);
+    setMinimumSize(560, 400);
+    resize(usualSize);
+    connect(m_empty->openButton(), &QPushButton::clicked, this, &MainWindow::openRequested);
+    connect(m_empty->toneButton(), &QPushButton::clicked, this, &MainWindow::testToneRequested);
+    connect(m_transport, &TransportLine::cancelled, this, &MainWindow::cancelRequested);
+    connect(&m_document, &AudioDocument::changed, this, &MainWindow::_showDocument);
+    _showDocument();
+}
+
+MainWindow::~MainWindow() = default;
+
+QPushButton *MainWindow::_makeButton(const QString &icon, const QString &title)
+{
+    auto *button = new QPushButton(title, this);
+    button->setIcon(lineIcon(icon));
+    return button;
+}
+
+QWidget *MainWindow::_makeHeader()
+{
+    auto *header = new QWidget(this);
+    m_title = new QLabel(header);
+    QFont headline = m_title->font();
+    headline.setPointSizeF(headline.pointSizeF() + 4);
+    headline.setWeight(QFont::DemiBold);
+    m_title->setFont(headline);
+    m_title->setTextFormat(Qt::PlainText);
+    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_open = _makeButton("open", localized("Open…"));
+    m_effects = _makeButton("effect", localized("Effects"));
+    m_instruments = _makeButton("instrument", localized("Instruments"));
+    m_save = _makeButton("save", localized("Save As…"));
+    auto *layout = new QHBoxLayout(header);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    layout->addWidget(m_title, 1);
+    for (QPushButton *button : {m_open, m_effects, m_instruments, m_save})
+        layout->addWidget(button);
+    connect(m_open, &QPushButton::clicked, this, &MainWindow::openRequested);
+    connect(m_save, &QPushButton::clicked, this, &MainWindow::saveRequested);
+    return header;
+}
+
+QWidget *MainWindow::_makeContent()
+{
+    auto *content = new QWidget(m_stack);
+    m_chain = new ChainStrip(content);
+    m_waveforms = new WaveformPair(content);
+    auto *layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(16);
+    layout->addWidget(_makeHeader());
+    layout->addWidget(m_chain);
+    layout->addWidget(m_waveforms, 1);
+    connect(m_chain, &ChainStrip::stationChosen, this, &MainWindow::_showStation);
+    connect(m_waveforms, &WaveformPair::positionChanged, m_transport, &TransportLine::setPosition);
+    return content;
+}
+
+void MainWindow::setPlugInMenus(QMenu *effects, QMenu *instruments)
+{
+    m_effects->setMenu(effects);
+    m_chain->addButton()->setMenu(effects);
+    m_instruments->setMenu(instruments);
+}
+
+void MainWindow::_showDocument()
+{
+    m_stack->setCurrentIndex(m_document.isEmpty() ? 0 : 1);
+    m_transport->showSound(m_document.result().get());
+    setWindowTitle(m_document.isEmpty() ? QGuiApplication::applicationDisplayName() : m_document.title() + "[*]");
+    setWindowModified(m_document.isModified());
+    if (m_document.isEmpty())
+        return;
+    m_title->setText(m_document.title());
+    m_title->setToolTip(m_document.title());
+    _showStation(static_cast<int>(m_document.steps().size()));
+}
+
+void MainWindow::_showStation(int station)
+{
+    m_chain->show(m_document, station);
+    if (station == 0)
+        return m_waveforms->showSound(m_document.title(), m_document.source());
+    const auto index = static_cast<size_t>(station - 1);
+    const Step &step = m_document.steps()[index];
+    m_waveforms->showStep(m_document.before(index), platform::formatted(localized("After %@"), {step.name}),
+                          step.result);
+}
+
+QString MainWindow::_frameKey() const
+{
+    return QGuiApplication::applicationDisplayName() + " Frame";
+}
+
+void MainWindow::restoreFrame()
+{
+    const QString text = platform::System::current().userDefaults().string(_frameKey());
+    const QRect frame = platform::TextForms::rectFromString(text).toRect();
+    if (frame.isValid() && isOnAScreen(frame))
+        setGeometry(frame);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (mayClose && !mayClose())
+        return event->ignore();
+    platform::System::current().userDefaults().setObject(_frameKey(), platform::TextForms::stringFromRect(geometry()));
+    event->accept();
+    Q_EMIT closed();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (localFilesIn(*event->mimeData()).isEmpty())
+        return;
+    event->acceptProposedAction();
+    m_empty->setWelcoming(true);
+}
+
+void MainWindow::dragLeaveEvent(QDragLeaveEvent *)
+{
+    m_empty->setWelcoming(false);
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    m_empty->setWelcoming(false);
+    event->acceptProposedAction();
+    Q_EMIT filesDropped(localFilesIn(*event->mimeData()));
+}
+
+void MainWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        Q_EMIT cancelRequested();
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
+} // namespace demo

@@ -1,0 +1,281 @@
+#include "SoundActions.h"
+
+#include "../audio/PluginRenderer.h"
+#include "../audio/TestTone.h"
+#include "../views/TransportLine.h"
+#include "MainWindow.h"
+#include "PlugInChoice.h"
+
+#include <QWPlatform/System.h>
+#include <QWPlatform/appkit/Alerts.h>
+#include <QWPlatform/appkit/FilePanels.h>
+#include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/foundation/Localization.h>
+#include <QWPlatform/foundation/UserDefaults.h>
+
+#include <QFileInfo>
+
+namespace demo {
+
+using platform::formatted;
+using platform::localized;
+using platform::MenuItem;
+
+namespace {
+constexpr auto saveFormatKey = "Save Format";
+constexpr double instrumentRate = 48000;
+const QStringList readableTypes{"wav",  "aif", "aiff", "aifc", "flac", "ogg", "oga",
+                                "opus", "mp3", "caf",  "au",   "snd",  "w64", "rf64"};
+
+WorkResult resultOf(std::optional<Sound> sound, const QString &error, const QString &vendor = {})
+{
+    WorkResult result;
+    result.vendor = vendor;
+    result.error = error;
+    if (sound)
+        result.clip = std::make_shared<const Clip>(std::move(*sound));
+    return result;
+}
+
+WorkResult readFile(const QString &path, WorkProgress &progress)
+{
+    QString error;
+    auto sound = SoundFile::read(path, progress, &error);
+    return resultOf(std::move(sound), error);
+}
+
+WorkResult render(const PluginRenderer::Opener &opener, const ClipPointer &source, WorkProgress &progress)
+{
+    QString error;
+    PluginRenderer renderer(opener, progress);
+    auto sound = source ? renderer.apply(source->sound, &error) : renderer.play(instrumentRate, &error);
+    return resultOf(std::move(sound), error, renderer.vendor());
+}
+
+bool isClipping(SoundFile::Format format, const Clip &clip)
+{
+    return clip.peak > 1 && (format == SoundFile::Format::Wav24 || format == SoundFile::Format::Aiff24);
+}
+} // namespace
+
+SoundActions::SoundActions(AudioDocument &document, MainWindow &window)
+    : m_document(document)
+    , m_window(window)
+{
+    connect(&m_work, &SoundWork::fractionChanged, &window.transport(), &TransportLine::setWorkFraction);
+    connect(&window, &MainWindow::openRequested, this, [this] { openDocument(nullptr); });
+    connect(&window, &MainWindow::testToneRequested, this, [this] { openTestTone(nullptr); });
+    connect(&window, &MainWindow::saveRequested, this, [this] { saveDocumentAs(nullptr); });
+    connect(&window, &MainWindow::cancelRequested, &m_work, &SoundWork::cancel);
+    connect(&window, &MainWindow::filesDropped, this, [this](const QStringList &paths) { openFile(paths.first()); });
+    window.mayClose = [this] { return _mayClose(); };
+}
+
+void SoundActions::_start(const QString &status, SoundWork::Work work, SoundWork::Done done)
+{
+    if (m_work.isRunning())
+        return;
+    m_window.transport().showWork(status);
+    m_work.start(std::move(work), [this, done = std::move(done)](const WorkResult &result) {
+        m_window.transport().endWork(result.cancelled ? localized("Cancelled") : QString());
+        if (!result.cancelled)
+            done(result);
+    });
+}
+
+void SoundActions::_fail(const QString &message, const WorkResult &result)
+{
+    platform::runAlert({message, localized(result.error), {}});
+}
+
+void SoundActions::_takeSource(const QString &title, const QString &origin, const WorkResult &result)
+{
+    m_document.setSource(title, origin, result.clip);
+}
+
+void SoundActions::openFile(const QString &path)
+{
+    const QString name = QFileInfo(path).fileName();
+    _start(
+        formatted(localized("Opening %@…"), {name}),
+        [path](WorkProgress &progress) { return readFile(path, progress); },
+        [this, name](const WorkResult &result) {
+            if (result.clip)
+                _takeSource(name, localized("Sound file"), result);
+            else
+                _fail(formatted(localized("“%@” could not be opened."), {name}), result);
+        });
+}
+
+void SoundActions::openDocument(QObject *)
+{
+    platform::OpenPanelRequest request;
+    request.window = &m_window;
+    request.title = localized("Open Sound File");
+    request.fileTypes = readableTypes;
+    platform::System::current().filePanels().beginOpenPanel(request, [this](int code, const QStringList &paths) {
+        if (code == platform::FilePanels::OK && !paths.isEmpty())
+            openFile(paths.first());
+    });
+}
+
+void SoundActions::openTestTone(QObject *)
+{
+    _start(
+        localized("Making the test tone…"), [](WorkProgress &) { return resultOf(makeTestTone(), {}); },
+        [this](const WorkResult &result) { _takeSource(localized("Test Tone"), localized("Built-in"), result); });
+}
+
+void SoundActions::applyEffect(QObject *sender)
+{
+    const auto *item = qobject_cast<MenuItem *>(sender);
+    const auto choice = item ? PlugInChoice::fromMenuItem(*item) : std::nullopt;
+    if (!choice)
+        return;
+    if (!m_document.isEmpty())
+        return _applyEffect(*choice);
+    _start(
+        localized("Making the test tone…"), [](WorkProgress &) { return resultOf(makeTestTone(), {}); },
+        [this, choice = *choice](const WorkResult &result) {
+            _takeSource(localized("Test Tone"), localized("Built-in"), result);
+            _applyEffect(choice);
+        });
+}
+
+void SoundActions::_applyEffect(const PlugInChoice &choice)
+{
+    _start(
+        formatted(localized("Applying %@…"), {choice.name}),
+        [open = choice.open, source = m_document.result()](WorkProgress &progress) {
+            return render(open, source, progress);
+        },
+        [this, name = choice.name](const WorkResult &result) {
+            if (result.clip)
+                m_document.addStep({name, result.vendor, result.clip});
+            else
+                _fail(formatted(localized("“%@” could not be applied."), {name}), result);
+        });
+}
+
+void SoundActions::playInstrument(QObject *sender)
+{
+    const auto *item = qobject_cast<MenuItem *>(sender);
+    const auto choice = item ? PlugInChoice::fromMenuItem(*item) : std::nullopt;
+    if (!choice)
+        return;
+    _start(
+        formatted(localized("Playing %@…"), {choice->name}),
+        [open = choice->open](WorkProgress &progress) { return render(open, nullptr, progress); },
+        [this, name = choice->name](const WorkResult &result) {
+            if (result.clip)
+                _takeSource(name, result.vendor.isEmpty() ? localized("Instrument") : result.vendor, result);
+            else
+                _fail(formatted(localized("“%@” could not be played."), {name}), result);
+        });
+}
+
+SoundFile::Format SoundActions::saveFormat() const
+{
+    const qlonglong stored = platform::System::current().userDefaults().integer(saveFormatKey);
+    const bool known = stored >= 0 && stored <= static_cast<qlonglong>(SoundFile::Format::Aiff24);
+    return known ? static_cast<SoundFile::Format>(stored) : SoundFile::Format::WavFloat;
+}
+
+void SoundActions::chooseSaveFormat(QObject *sender)
+{
+    if (const auto *item = qobject_cast<MenuItem *>(sender))
+        platform::System::current().userDefaults().setObject(saveFormatKey, item->tag());
+}
+
+void SoundActions::saveDocumentAs(QObject *)
+{
+    if (m_document.isEmpty() || m_work.isRunning())
+        return;
+    platform::SavePanelRequest request;
+    request.window = &m_window;
+    request.title = localized("Save Sound");
+    request.suggestedName = QFileInfo(m_document.title()).completeBaseName();
+    if (!m_document.steps().empty())
+        request.suggestedName += " " + m_document.steps().back().name;
+    request.requiredFileType = SoundFile::extension(saveFormat());
+    platform::System::current().filePanels().beginSavePanel(request, [this](int code, const QString &path) {
+        if (code == platform::FilePanels::OK)
+            _save(path);
+        else
+            m_closeWhenSaved = false;
+    });
+}
+
+void SoundActions::_save(const QString &path)
+{
+    const QString name = QFileInfo(path).fileName();
+    const auto format = saveFormat();
+    const auto write = [path, format, clip = m_document.result()](WorkProgress &) {
+        WorkResult result;
+        if (SoundFile::write(path, clip->sound, format, &result.error))
+            result.clip = clip;
+        return result;
+    };
+    _start(formatted(localized("Saving %@…"), {name}), write, [this, name, format](const WorkResult &result) {
+        if (!result.clip) {
+            m_closeWhenSaved = false;
+            return _fail(formatted(localized("“%@” could not be saved."), {name}), result);
+        }
+        m_document.setSaved();
+        const char *status = isClipping(format, *result.clip) ? "Saved %@; peaks above 0 dB were clipped" : "Saved %@";
+        m_window.transport().showStatus(formatted(localized(status), {name}));
+        if (m_closeWhenSaved)
+            m_window.close();
+    });
+}
+
+void SoundActions::undoChange(QObject *)
+{
+    m_document.undo();
+}
+
+void SoundActions::redoChange(QObject *)
+{
+    m_document.redo();
+}
+
+bool SoundActions::_mayClose()
+{
+    if (!m_document.isModified())
+        return true;
+    const QStringList buttons{localized("Save As…"), localized("Don’t Save"), localized("Cancel")};
+    const int answer =
+        platform::runAlert({localized("Do you want to save the result before closing?"),
+                            localized("What the plug-ins made of the sound is lost otherwise."), buttons});
+    m_closeWhenSaved = answer == 0;
+    if (m_closeWhenSaved)
+        saveDocumentAs(nullptr);
+    return answer == 1;
+}
+
+// Sets the title of an Undo or Redo item to what it would take back or do again.
+bool SoundActions::_validateHistoryItem(MenuItem &item, const char *verb, const QString &change)
+{
+    const QString title = localized(verb);
+    item.setTitle(change.isEmpty() ? title : title + " " + change);
+    return !change.isEmpty() && !m_work.isRunning();
+}
+
+bool SoundActions::validateMenuItem(QAction *action)
+{
+    auto *item = qobject_cast<MenuItem *>(action);
+    const platform::Selector selector = item ? item->action() : platform::Selector();
+    if (selector == platform::Selector("undoChange:"))
+        return _validateHistoryItem(*item, "Undo", m_document.undoName());
+    if (selector == platform::Selector("redoChange:"))
+        return _validateHistoryItem(*item, "Redo", m_document.redoName());
+    if (selector == platform::Selector("chooseSaveFormat:")) {
+        item->setChecked(item->tag() == static_cast<qlonglong>(saveFormat()));
+        return true;
+    }
+    if (selector == platform::Selector("saveDocumentAs:") && m_document.isEmpty())
+        return false;
+    return !m_work.isRunning();
+}
+
+} // namespace demo

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "SoundWork.h"
+
+#include "../audio/AudioDocument.h"
+#include "../audio/SoundFile.h"
+
+class QAction;
+
+namespace platform {
+class MenuItem;
+}
+
+namespace demo {
+
+class MainWindow;
+struct PlugInChoice;
+
+/// What the user can do with the sound: the receiver of the menus' actions, and the one who starts work, keeps the
+/// document and tells failures.
+class SoundActions : public QObject
+{
+    Q_OBJECT
+
+public:
+    SoundActions(AudioDocument &document, MainWindow &window);
+
+    void openFile(const QString &path);
+    const SoundWork &work() const { return m_work; }
+    SoundFile::Format saveFormat() const;
+
+    // Actions of menu items.
+    Q_INVOKABLE void openDocument(QObject *sender);
+    Q_INVOKABLE void openTestTone(QObject *sender);
+    Q_INVOKABLE void saveDocumentAs(QObject *sender);
+    Q_INVOKABLE void chooseSaveFormat(QObject *sender); ///< The item's tag is the format.
+    Q_INVOKABLE void undoChange(QObject *sender);
+    Q_INVOKABLE void redoChange(QObject *sender);
+    Q_INVOKABLE void applyEffect(QObject *sender);
+    Q_INVOKABLE void playInstrument(QObject *sender);
+    Q_INVOKABLE bool validateMenuItem(QAction *item);
+
+private:
+    void _start(const QString &status, SoundWork::Work work, SoundWork::Done done);
+    void _takeSource(const QString &title, const QString &origin, const WorkResult &result);
+    void _applyEffect(const PlugInChoice &choice);
+    void _save(const QString &path);
+    void _fail(const QString &message, const WorkResult &result);
+    bool _mayClose();
+    bool _validateHistoryItem(platform::MenuItem &item, const char *verb, const QString &change);
+
+    AudioDocument &m_document;
+    MainWindow &m_window;
+    SoundWork m_work;
+    bool m_closeWhenSaved = false;
+};
+
+} // namespace demo

@@ -1,0 +1,240 @@
+#include "PluginRenderer.h"
+
+#include "WorkProgress.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace demo {
+
+using platform::AudioPlugin;
+
+namespace {
+constexpr float silence = 1.0e-4f;      // -80 dB
+constexpr double quietBeforeEnd = 0.25; // seconds
+constexpr double fadeOut = 0.05;        // seconds
+
+// A block of channels that lie one behind the other, with the pointers that plug-ins want.
+class Block
+{
+public:
+    explicit Block(int channels)
+        : m_samples(static_cast<size_t>(channels) * PluginRenderer::blockFrames)
+    {
+        for (int channel = 0; channel < channels; ++channel)
+            m_pointers.push_back(m_samples.data() + static_cast<size_t>(channel) * PluginRenderer::blockFrames);
+    }
+
+    void clear() { std::ranges::fill(m_samples, 0.0f); }
+    float *channel(int index) { return m_pointers[static_cast<size_t>(index)]; }
+    std::span<float *const> outputs() const { return m_pointers; }
+    std::vector<const float *> inputs() const { return {m_pointers.begin(), m_pointers.end()}; }
+
+private:
+    std::vector<float> m_samples;
+    std::vector<float *> m_pointers;
+};
+
+void addChannel(const Sound &sound, int channel, qint64 first, int frames, float gain, float *to)
+{
+    const auto &samples = sound.channels[static_cast<size_t>(channel)];
+    const qint64 end = std::min<qint64>(first + frames, static_cast<qint64>(samples.size()));
+    for (qint64 frame = first; frame < end; ++frame)
+        to[frame - first] += samples[static_cast<size_t>(frame)] * gain;
+}
+
+float peakOf(const Sound &sound, qint64 frame)
+{
+    float peak = 0;
+    for (const auto &channel : sound.channels)
+        peak = std::max(peak, std::abs(channel[static_cast<size_t>(frame)]));
+    return peak;
+}
+
+void fadeOutEnd(Sound &sound)
+{
+    const qint64 frames = std::min<qint64>(sound.frames(), static_cast<qint64>(fadeOut * sound.sampleRate));
+    for (auto &channel : sound.channels) {
+        for (qint64 i = 0; i < frames; ++i)
+            channel[channel.size() - 1 - static_cast<size_t>(i)] *= static_cast<float>(i) / static_cast<float>(frames);
+    }
+}
+
+// Cuts what is silent after the first @p least frames.
+void trimSilence(Sound &sound, qint64 least)
+{
+    qint64 end = sound.frames();
+    while (end > least && peakOf(sound, end - 1) < silence)
+        --end;
+    for (auto &channel : sound.channels)
+        channel.resize(static_cast<size_t>(end));
+}
+} // namespace
+
+struct PluginRenderer::Pass
+{
+    Pass(std::unique_ptr<AudioPlugin> opened, const ChannelPlan &channelPlan, int firstOfPass, double sampleRate)
+        : plugin(std::move(opened))
+        , plan(channelPlan)
+        , firstChannel(firstOfPass)
+        , inputs(plugin->inputCount())
+        , outputs(plugin->outputCount())
+        , skip(std::max(plugin->latency(), 0))
+    {
+        output.sampleRate = sampleRate;
+        output.channels.resize(static_cast<size_t>(plan.kept));
+    }
+    ~Pass() { plugin->stop(); }
+    Pass(const Pass &) = delete;
+    Pass &operator=(const Pass &) = delete;
+
+    void fill(const Sound &sound, qint64 first, int frames);
+    void keep(int frames);
+
+    std::unique_ptr<AudioPlugin> plugin;
+    ChannelPlan plan;
+    int firstChannel;
+    Block inputs;
+    Block outputs;
+    qint64 skip;      ///< Frames of latency still to be dropped.
+    qint64 quiet = 0; ///< Frames since the output was last heard.
+    Sound output;
+    double from = 0; ///< Share of the whole progress that this pass covers.
+    double to = 1;
+};
+
+void PluginRenderer::Pass::fill(const Sound &sound, qint64 first, int frames)
+{
+    inputs.clear();
+    const int inputCount = plugin->inputCount();
+    const int channels = sound.channelCount();
+    if (channels == 0 || inputCount == 0)
+        return;
+    if (plan.fold) {
+        const float gain = 1.0f / static_cast<float>((channels + inputCount - 1) / inputCount);
+        for (int channel = 0; channel < channels; ++channel)
+            addChannel(sound, channel, first, frames, gain, inputs.channel(channel % inputCount));
+        return;
+    }
+    for (int input = 0; input < inputCount && firstChannel + input < channels; ++input)
+        addChannel(sound, firstChannel + input, first, frames, 1, inputs.channel(input));
+    if (plan.spread)
+        addChannel(sound, firstChannel, first, frames, 1, inputs.channel(1));
+}
+
+void PluginRenderer::Pass::keep(int frames)
+{
+    const auto dropped = static_cast<int>(std::min<qint64>(skip, frames));
+    skip -= dropped;
+    quiet += frames;
+    for (int channel = 0; channel < plan.kept; ++channel) {
+        const float *samples = outputs.channel(channel);
+        for (int frame = dropped; frame < frames; ++frame) {
+            const float sample = std::isfinite(samples[frame]) ? samples[frame] : 0.0f;
+            output.channels[static_cast<size_t>(channel)].push_back(sample);
+            if (std::abs(sample) >= silence)
+                quiet = std::min<qint64>(quiet, frames - frame);
+        }
+    }
+}
+
+PluginRenderer::PluginRenderer(Opener opener, WorkProgress &progress)
+    : m_opener(std::move(opener))
+    , m_progress(progress)
+{
+}
+
+std::unique_ptr<AudioPlugin> PluginRenderer::_open(double sampleRate, QString *error)
+{
+    auto plugin = m_opener(error);
+    if (!plugin)
+        return nullptr;
+    m_vendor = plugin->vendor();
+    if (plugin->outputCount() < 1) {
+        *error = QStringLiteral("It has no audio outputs, so there is nothing to hear from it.");
+        return nullptr;
+    }
+    if (!plugin->start(sampleRate, blockFrames)) {
+        *error = QStringLiteral("It does not work at %1 Hz.").arg(sampleRate);
+        return nullptr;
+    }
+    return plugin;
+}
+
+// False when cancelled.
+bool PluginRenderer::_runBlocks(Pass &pass, const Sound &input, const Phrase &phrase)
+{
+    const double rate = pass.output.sampleRate;
+    const qint64 body = std::max(input.frames(), phrase.frames) + pass.skip;
+    const bool hasTail = pass.plugin->inputCount() > 0 || phrase.frames > 0;
+    const qint64 end = body + (hasTail ? static_cast<qint64>(longestTail * rate) : 0);
+    const auto inputs = pass.inputs.inputs();
+    qint64 first = 0;
+    while (first < end && (first < body || static_cast<double>(pass.quiet) < quietBeforeEnd * rate)) {
+        if (m_progress.isCancelled())
+            return false;
+        const int frames = static_cast<int>(std::min<qint64>(blockFrames, first < body ? body - first : end - first));
+        pass.fill(input, first, frames);
+        pass.outputs.clear();
+        pass.plugin->process(inputs, pass.outputs.outputs(), frames, phrase.eventsIn(first, frames));
+        pass.keep(frames);
+        first += frames;
+        const double done = std::min(1.0, static_cast<double>(first) / static_cast<double>(body));
+        m_progress.setFraction(pass.from + (pass.to - pass.from) * done);
+    }
+    if (hasTail && first >= end)
+        fadeOutEnd(pass.output);
+    return true;
+}
+
+bool PluginRenderer::_run(Pass &pass, const Sound &input, const Phrase &phrase, Sound &result)
+{
+    if (!_runBlocks(pass, input, phrase))
+        return false;
+    const auto length = static_cast<size_t>(std::max(result.frames(), pass.output.frames()));
+    for (auto &channel : pass.output.channels)
+        result.channels.push_back(std::move(channel));
+    for (auto &channel : result.channels)
+        channel.resize(length);
+    return true;
+}
+
+std::optional<Sound> PluginRenderer::apply(const Sound &sound, QString *error)
+{
+    Sound result;
+    result.sampleRate = sound.sampleRate;
+    int passes = 1;
+    for (int i = 0; i < passes; ++i) {
+        auto plugin = _open(sound.sampleRate, error);
+        if (!plugin)
+            return std::nullopt;
+        const int inputs = plugin->inputCount();
+        const ChannelPlan plan = ChannelPlan::make(sound.channelCount(), inputs, plugin->outputCount());
+        passes = plan.passes;
+        Pass pass(std::move(plugin), plan, i * inputs, sound.sampleRate);
+        pass.from = static_cast<double>(i) / passes;
+        pass.to = static_cast<double>(i + 1) / passes;
+        if (!_run(pass, sound, {}, result))
+            return std::nullopt;
+    }
+    trimSilence(result, sound.frames());
+    return result;
+}
+
+std::optional<Sound> PluginRenderer::play(double sampleRate, QString *error)
+{
+    auto plugin = _open(sampleRate, error);
+    if (!plugin)
+        return std::nullopt;
+    Sound result;
+    result.sampleRate = sampleRate;
+    const Phrase phrase = Phrase::forTrying(sampleRate);
+    const int outputs = plugin->outputCount();
+    Pass pass(std::move(plugin), ChannelPlan::make(2, 0, outputs), 0, sampleRate);
+    if (!_run(pass, {}, phrase, result))
+        return std::nullopt;
+    trimSilence(result, phrase.frames);
+    return result;
+}
+
+} // namespace demo

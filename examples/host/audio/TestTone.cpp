@@ -1,0 +1,70 @@
+#include "TestTone.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace demo {
+
+namespace {
+constexpr double rate = 48000;
+constexpr double length = 4; // seconds
+
+struct Note
+{
+    double start;     ///< Seconds.
+    double frequency; ///< Hz.
+    double level;
+    double pan;   ///< 0: left, 1: right.
+    double decay; ///< Seconds to fall to a third.
+};
+
+constexpr Note notes[] = {
+    {0.00, 110.00, 0.34, 0.50, 0.60}, {0.00, 220.00, 0.24, 0.30, 0.30}, {0.25, 329.63, 0.22, 0.65, 0.22},
+    {0.50, 440.00, 0.24, 0.25, 0.20}, {0.75, 554.37, 0.22, 0.75, 0.18}, {1.00, 659.26, 0.26, 0.50, 0.35},
+    {1.50, 87.31, 0.36, 0.50, 0.55},  {1.50, 349.23, 0.22, 0.70, 0.26}, {1.75, 440.00, 0.20, 0.35, 0.20},
+    {2.00, 523.25, 0.22, 0.60, 0.18}, {2.25, 698.46, 0.24, 0.40, 0.30}, {2.75, 98.00, 0.36, 0.50, 0.45},
+    {2.75, 392.00, 0.24, 0.30, 0.30}, {3.00, 493.88, 0.24, 0.70, 0.35},
+};
+
+// A plucked string in four partials, the higher ones dying sooner, with a 3 ms attack.
+double pluck(double frequency, double decay, double t)
+{
+    double value = 0;
+    for (int partial = 1; partial <= 4; ++partial)
+        value += std::sin(2 * std::numbers::pi * frequency * partial * t) / (partial * partial) *
+                 std::exp(-t * partial / decay);
+    return value * (1 - std::exp(-t / 0.003));
+}
+
+void play(Sound &sound, const Note &note)
+{
+    const double left = std::cos(note.pan * std::numbers::pi / 2) * note.level;
+    const double right = std::sin(note.pan * std::numbers::pi / 2) * note.level;
+    for (auto frame = static_cast<size_t>(note.start * rate); frame < sound.channels[0].size(); ++frame) {
+        const double value = pluck(note.frequency, note.decay, static_cast<double>(frame) / rate - note.start);
+        sound.channels[0][frame] += static_cast<float>(left * value);
+        sound.channels[1][frame] += static_cast<float>(right * value);
+    }
+}
+
+void fadeOut(Sound &sound, size_t frames)
+{
+    for (auto &channel : sound.channels) {
+        for (size_t i = 0; i < frames; ++i)
+            channel[channel.size() - 1 - i] *= static_cast<float>(i) / static_cast<float>(frames);
+    }
+}
+} // namespace
+
+Sound makeTestTone()
+{
+    Sound sound;
+    sound.sampleRate = rate;
+    sound.channels.assign(2, std::vector<float>(static_cast<size_t>(length * rate)));
+    for (const Note &note : notes)
+        play(sound, note);
+    fadeOut(sound, 2400);
+    return sound;
+}
+
+} // namespace demo

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <vector>
+
+namespace demo {
+
+struct Sound;
+
+/// Least, greatest and effective value of every 256 frames of each channel, from which a waveform of any width is
+/// drawn at once.
+class WaveformSummary
+{
+public:
+    static constexpr qint64 bucketFrames = 256;
+
+    /// What one column of pixels shows.
+    struct Column
+    {
+        float least = 0;
+        float greatest = 0;
+        float effective = 0; ///< Root of the mean square.
+    };
+
+    WaveformSummary() = default;
+    explicit WaveformSummary(const Sound &sound);
+
+    /// @p count columns over @p frames frames from the start of channel @p channel of the sound that was summed up.
+    /// Columns beyond its end are silent.
+    std::vector<Column> columns(const Sound &sound, int channel, qint64 frames, int count) const;
+
+private:
+    struct Bucket
+    {
+        float least;
+        float greatest;
+        float squares; ///< Sum over the bucket's frames.
+    };
+
+    static Bucket _sum(const float *samples, qint64 frames);
+    Column _fromSamples(const std::vector<float> &samples, qint64 first, qint64 last) const;
+    Column _fromBuckets(const std::vector<Bucket> &buckets, qint64 first, qint64 last, qint64 frames) const;
+
+    std::vector<std::vector<Bucket>> m_channels;
+};
+
+} // namespace demo

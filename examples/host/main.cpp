@@ -1,0 +1,58 @@
+#include "app/DemoApplication.h"
+#include "app/HostOptions.h"
+
+#include <QDir>
+
+#include <cstdio>
+
+namespace {
+// The home must be in place before anything asks for a folder; children inherit it.
+void useHome(const QString &home)
+{
+    QDir().mkpath(home + "/root");
+    qputenv("HOME", home.toLocal8Bit());
+    qputenv("QW_LIBRARY_ROOT", (home + "/root").toLocal8Bit());
+    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        qunsetenv(name);
+}
+
+QtMessageHandler passedOn = nullptr;
+
+// Without a display the toolkit says so at every window that is raised or faded, which hides what the tour says.
+void passOn(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (!message.startsWith(QLatin1String("This plugin does not support ")))
+        passedOn(type, context, message);
+}
+
+void prepareEnvironment(const demo::HostOptions &options)
+{
+    if (!options.realHome)
+        useHome(options.home.isEmpty() ? QString(QW_DEMO_HOME) : options.home);
+    if (options.scale > 0)
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
+    const bool hasDisplay = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    if (!options.tour.isEmpty() && !hasDisplay && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QString error;
+    const auto options = demo::HostOptions::parse(QStringList(argv + 1, argv + argc), &error);
+    if (!options) {
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+        return 2;
+    }
+    if (options->help) {
+        std::fputs(qPrintable(demo::HostOptions::helpText()), stdout);
+        return 0;
+    }
+    prepareEnvironment(*options);
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts); // for web views
+    if (!options->tour.isEmpty())
+        passedOn = qInstallMessageHandler(passOn);
+    demo::DemoApplication application(argc, argv, *options);
+    return demo::DemoApplication::exec();
+}

@@ -1,0 +1,7 @@
+#include "TourStep.h"
+
+namespace demo {
+
+TourStep::~TourStep() = default;
+
+} // namespace demo

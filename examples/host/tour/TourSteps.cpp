@@ -1,0 +1,69 @@
+#include "TourSteps.h"
+
+#include "../app/DemoApplication.h"
+#include "../app/MainWindow.h"
+#include "EffectStep.h"
+#include "MenuStep.h"
+#include "ScanAlertStep.h"
+#include "SplashStep.h"
+#include "WindowStep.h"
+
+#include <QWPlatform/appkit/Panel.h>
+#include <QWUtilities/shell/QWAboutPanel.h>
+#include <QWUtilities/shell/QWManual.h>
+
+namespace demo {
+
+namespace {
+QWidget *mainWindow(DemoApplication &application)
+{
+    return &application.mainWindow();
+}
+
+QWidget *aboutPanel(DemoApplication &)
+{
+    return QWAboutPanel::aboutPanel().window();
+}
+
+QWidget *manualWindow(DemoApplication &)
+{
+    return QWManual::manual().window();
+}
+
+void closeAboutPanel(DemoApplication &)
+{
+    QWAboutPanel::aboutPanel().close();
+}
+
+void closeManual(DemoApplication &)
+{
+    QWManual::manual().window()->close();
+}
+
+template <class Step, class... Arguments>
+void add(std::vector<std::unique_ptr<TourStep>> &steps, Arguments &&...arguments)
+{
+    steps.push_back(std::make_unique<Step>(std::forward<Arguments>(arguments)...));
+}
+} // namespace
+
+std::vector<std::unique_ptr<TourStep>> makeTourSteps(const Tour &tour)
+{
+    using App = DemoApplication;
+    std::vector<std::unique_ptr<TourStep>> steps;
+    add<SplashStep>(steps, tour);
+    add<WindowStep>(steps, WindowStep::Window{"host-empty", nullptr, mainWindow, nullptr});
+    add<MenuStep>(steps, "effects-menu");
+    add<EffectStep>(steps, "effect-applied", QStringList{"ZamDelay", "DragonFly Hall", "stereoverb"}, 1);
+    add<EffectStep>(steps, "host", QStringList{"ZamDelay", "ZamTube", "ZamComp", "ZaMultiComp"}, 2);
+    add<WindowStep>(steps, WindowStep::Window{"about", [](App &app) { app.openAbout(nullptr); }, aboutPanel,
+                                              closeAboutPanel, true});
+    add<WindowStep>(steps,
+                    WindowStep::Window{"manual", [](App &app) { app.openManual(nullptr); }, manualWindow, nullptr});
+    add<WindowStep>(
+        steps, WindowStep::Window{"manual-legal", [](App &app) { app.openLegal(nullptr); }, manualWindow, closeManual});
+    add<ScanAlertStep>(steps);
+    return steps;
+}
+
+} // namespace demo

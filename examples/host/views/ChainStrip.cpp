@@ -1,0 +1,92 @@
+#include "ChainStrip.h"
+
+#include "../audio/AudioDocument.h"
+#include "ChainChip.h"
+#include "Icons.h"
+
+#include <QWPlatform/foundation/Localization.h>
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTimer>
+
+namespace demo {
+
+namespace {
+constexpr int stripHeight = 50;
+
+QLabel *makeArrow(QWidget *parent)
+{
+    QColor ink = parent->palette().color(QPalette::WindowText);
+    ink.setAlphaF(0.45f);
+    auto *arrow = new QLabel(parent);
+    arrow->setPixmap(linePicture("arrow", ink, 20, parent->devicePixelRatioF()));
+    return arrow;
+}
+} // namespace
+
+ChainStrip::ChainStrip(QWidget *parent)
+    : QScrollArea(parent)
+    , m_row(new QWidget)
+    , m_layout(new QHBoxLayout(m_row))
+    , m_group(new QButtonGroup(this))
+    , m_add(new QPushButton(platform::localized("Add Effect"), m_row))
+{
+    setWidget(m_row);
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // the newest station is brought into view, the others by Tab
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    viewport()->setAutoFillBackground(false);
+    m_row->setAutoFillBackground(false);
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->setSpacing(8);
+    m_add->setIcon(lineIcon("add"));
+    connect(m_group, &QButtonGroup::idClicked, this, &ChainStrip::stationChosen);
+}
+
+QSize ChainStrip::sizeHint() const
+{
+    return {400, stripHeight};
+}
+
+void ChainStrip::_clear()
+{
+    m_layout->removeWidget(m_add);
+    while (QLayoutItem *item = m_layout->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+}
+
+void ChainStrip::_addChip(const QString &icon, const QString &title, const QString &note)
+{
+    if (m_layout->count() > 0)
+        m_layout->addWidget(makeArrow(m_row));
+    auto *chip = new ChainChip(icon, title, note, m_row);
+    m_group->addButton(chip, static_cast<int>(m_group->buttons().size()));
+    m_layout->addWidget(chip);
+}
+
+void ChainStrip::show(const AudioDocument &document, int station)
+{
+    _clear();
+    _addChip("wave", document.title(), document.origin());
+    for (const Step &step : document.steps())
+        _addChip("effect", step.name, step.vendor);
+    m_layout->addWidget(makeArrow(m_row));
+    m_layout->addWidget(m_add);
+    m_layout->addStretch(1);
+    if (QAbstractButton *shown = m_group->button(station)) {
+        shown->setChecked(true);
+        // After the layout has placed the new chips.
+        QTimer::singleShot(0, this, [this] { ensureWidgetVisible(m_add); });
+    }
+}
+
+} // namespace demo

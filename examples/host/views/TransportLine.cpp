@@ -1,0 +1,103 @@
+#include "TransportLine.h"
+
+#include "../audio/Clip.h"
+#include "Wording.h"
+
+#include <QWPlatform/foundation/Localization.h>
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+
+namespace demo {
+
+namespace {
+constexpr int barSteps = 1000;
+
+void setQuiet(QLabel *label)
+{
+    label->setForegroundRole(QPalette::PlaceholderText);
+    label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void keepRoomWhenHidden(QWidget *widget)
+{
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+}
+} // namespace
+
+TransportLine::TransportLine(QWidget *parent)
+    : QWidget(parent)
+    , m_position(new QLabel(this))
+    , m_facts(new QLabel(this))
+    , m_status(new QLabel(this))
+    , m_bar(new QProgressBar(this))
+    , m_cancel(new QPushButton(platform::localized("Cancel"), this))
+{
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() + 4);
+    large.setWeight(QFont::DemiBold);
+    m_position->setFont(large);
+    m_position->setMinimumWidth(QFontMetrics(large).horizontalAdvance("00:00.000"));
+    m_position->setAccessibleName(platform::localized("Position"));
+    setQuiet(m_facts);
+    setQuiet(m_status);
+    m_status->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_bar->setRange(0, barSteps);
+    m_bar->setTextVisible(false);
+    m_bar->setFixedWidth(160);
+    m_bar->setAccessibleName(platform::localized("Progress"));
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(16);
+    layout->addWidget(m_position);
+    layout->addWidget(m_facts);
+    layout->addWidget(m_status, 1);
+    layout->addWidget(m_bar);
+    layout->addWidget(m_cancel);
+    keepRoomWhenHidden(m_cancel);
+    m_bar->hide();
+    m_cancel->hide();
+    connect(m_cancel, &QPushButton::clicked, this, &TransportLine::cancelled);
+}
+
+void TransportLine::showSound(const Clip *clip)
+{
+    m_facts->setText(clip ? Wording::summary(*clip) : QString());
+    m_position->setVisible(clip != nullptr);
+}
+
+void TransportLine::setPosition(double seconds)
+{
+    m_position->setText(Wording::time(seconds));
+}
+
+void TransportLine::showStatus(const QString &text)
+{
+    m_status->setText(text);
+}
+
+void TransportLine::showWork(const QString &text)
+{
+    m_status->setText(text);
+    m_bar->setValue(0);
+    m_bar->show();
+    m_cancel->show();
+}
+
+void TransportLine::setWorkFraction(double fraction)
+{
+    m_bar->setValue(static_cast<int>(fraction * barSteps));
+}
+
+void TransportLine::endWork(const QString &status)
+{
+    m_bar->hide();
+    m_cancel->hide();
+    m_status->setText(status);
+}
+
+} // namespace demo

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace demo {
+
+struct Clip;
+
+/// The line at the bottom: position and facts of the sound on the left, what is going on on the right.
+class TransportLine : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TransportLine(QWidget *parent = nullptr);
+
+    /// Null: no sound.
+    void showSound(const Clip *clip);
+    void setPosition(double seconds);
+
+    /// A sentence that stays until the next one.
+    void showStatus(const QString &text);
+
+    /// Work has begun: its name, a bar and "Cancel" take the place of the status.
+    void showWork(const QString &text);
+    void setWorkFraction(double fraction);
+    void endWork(const QString &status);
+
+Q_SIGNALS:
+    void cancelled();
+
+private:
+    QLabel *m_position;
+    QLabel *m_facts;
+    QLabel *m_status;
+    QProgressBar *m_bar;
+    QPushButton *m_cancel;
+};
+
+} // namespace demo

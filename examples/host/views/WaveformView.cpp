@@ -1,0 +1,268 @@
+#include "WaveformView.h"
+
+#include "Wording.h"
+
+#include <QWPlatform/foundation/Localization.h>
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace demo {
+
+namespace {
+constexpr int headingRoom = 26;
+constexpr qreal radius = 6;
+constexpr qreal laneMargin = 6;
+const QColor clipped(0xd6, 0x45, 0x45);
+
+QColor withAlpha(QColor colour, float alpha)
+{
+    colour.setAlphaF(alpha);
+    return colour;
+}
+
+// A closed shape from the upper values, left to right, and the lower ones back.
+template <class Upper, class Lower>
+QPainterPath shapeOf(const std::vector<WaveformSummary::Column> &columns, const QRectF &lane, Upper upper, Lower lower)
+{
+    const qreal middle = lane.center().y();
+    const qreal scale = lane.height() / 2;
+    const qreal step = lane.width() / static_cast<qreal>(columns.size());
+    const auto y = [&](float value) { return middle - std::clamp(value, -1.0f, 1.0f) * scale; };
+    QPolygonF points;
+    for (size_t i = 0; i < columns.size(); ++i)
+        points << QPointF(lane.left() + (static_cast<qreal>(i) + 0.5) * step,
+                          std::min(y(upper(columns[i])), middle - 0.4));
+    for (size_t i = columns.size(); i-- > 0;)
+        points << QPointF(lane.left() + (static_cast<qreal>(i) + 0.5) * step,
+                          std::max(y(lower(columns[i])), middle + 0.4));
+    QPainterPath path;
+    path.addPolygon(points);
+    path.closeSubpath();
+    return path;
+}
+} // namespace
+
+WaveformView::WaveformView(Tone tone, QWidget *parent)
+    : QWidget(parent)
+    , m_tone(tone)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setCursor(Qt::IBeamCursor);
+}
+
+void WaveformView::setClip(const QString &heading, ClipPointer clip)
+{
+    m_heading = heading;
+    m_clip = std::move(clip);
+    setAccessibleName(platform::formatted(platform::localized("Waveform: %@"), {heading}));
+    if (m_clip)
+        setAccessibleDescription(Wording::summary(*m_clip) + ", " + platform::localized("peak") + " " +
+                                 Wording::decibels(m_clip->peak));
+    _refresh();
+}
+
+void WaveformView::setDuration(double seconds)
+{
+    m_duration = std::max(seconds, 0.001);
+    _refresh();
+}
+
+void WaveformView::setPosition(double seconds)
+{
+    m_position = seconds;
+    update();
+}
+
+void WaveformView::_refresh()
+{
+    m_picture = QPixmap();
+    update();
+}
+
+QRect WaveformView::_pane() const
+{
+    return rect().adjusted(0, headingRoom, 0, 0);
+}
+
+QRectF WaveformView::_lane(int channel) const
+{
+    const QRectF pane = QRectF(_pane()).translated(-_pane().topLeft());
+    const qreal height = pane.height() / m_clip->sound.channelCount();
+    return QRectF(0, channel * height, pane.width(), height).adjusted(0, laneMargin, 0, -laneMargin);
+}
+
+void WaveformView::_paintHeading(QPainter &painter) const
+{
+    const QRect line(0, 0, width(), headingRoom - 4);
+    const QColor ink = palette().color(QPalette::WindowText);
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() - 2);
+    const QString levels = platform::formatted(platform::localized("Peak %@   RMS %@"),
+                                               {Wording::decibels(m_clip->peak), Wording::decibels(m_clip->effective)});
+    painter.setFont(small);
+    painter.setPen(withAlpha(ink, 0.65f));
+    painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, levels);
+    const int room = line.width() - painter.fontMetrics().horizontalAdvance(levels) - 16;
+    QFont bold = font();
+    bold.setWeight(QFont::DemiBold);
+    painter.setFont(bold);
+    painter.setPen(ink);
+    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
+                     painter.fontMetrics().elidedText(m_heading, Qt::ElideRight, room));
+}
+
+void WaveformView::_paintGrid(QPainter &painter, const QRectF &lane) const
+{
+    const QColor ink = palette().color(QPalette::Text);
+    const auto line = [&](qreal level, float alpha) {
+        painter.setPen(withAlpha(ink, alpha));
+        const qreal y = std::floor(lane.center().y() - level * lane.height() / 2) + 0.5;
+        painter.drawLine(QPointF(lane.left(), y), QPointF(lane.right(), y));
+    };
+    line(0, 0.16f);
+    if (lane.height() < 48)
+        return;
+    line(0.5, 0.06f); // -6 dB
+    line(-0.5, 0.06f);
+}
+
+void WaveformView::_paintClipping(QPainter &painter, const QRectF &lane,
+                                  const std::vector<WaveformSummary::Column> &columns) const
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(clipped);
+    const qreal step = lane.width() / static_cast<qreal>(columns.size());
+    for (size_t i = 0; i < columns.size(); ++i) {
+        const qreal x = lane.left() + static_cast<qreal>(i) * step;
+        if (columns[i].greatest > 1)
+            painter.drawRect(QRectF(x - 0.5, lane.top() - 3, step + 1, 3));
+        if (columns[i].least < -1)
+            painter.drawRect(QRectF(x - 0.5, lane.bottom(), step + 1, 3));
+    }
+}
+
+void WaveformView::_paintLane(QPainter &painter, int channel) const
+{
+    const QRectF lane = _lane(channel);
+    _paintGrid(painter, lane);
+    const Sound &sound = m_clip->sound;
+    const auto frames = std::max(static_cast<qint64>(m_duration * sound.sampleRate), qint64(1));
+    const int count = std::max(1, static_cast<int>(lane.width() * devicePixelRatioF()));
+    auto columns = m_clip->summary.columns(sound, channel, frames, count);
+    const auto length = static_cast<size_t>(std::min<qint64>(count, sound.frames() * count / frames + 1));
+    columns.resize(length);
+    if (columns.empty())
+        return;
+    const QRectF used(lane.left(), lane.top(), lane.width() * static_cast<qreal>(length) / count, lane.height());
+    const bool strong = m_tone == Tone::Strong;
+    const QColor colour =
+        strong ? palette().color(QPalette::Active, QPalette::Highlight) : palette().color(QPalette::Text);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(withAlpha(colour, strong ? 0.42f : 0.24f));
+    painter.drawPath(shapeOf(
+        columns, used, [](auto &c) { return c.greatest; }, [](auto &c) { return c.least; }));
+    painter.setBrush(withAlpha(colour, strong ? 1.0f : 0.5f));
+    painter.drawPath(shapeOf(
+        columns, used, [](auto &c) { return std::min(c.effective, c.greatest); },
+        [](auto &c) { return std::max(-c.effective, c.least); }));
+    _paintClipping(painter, used, columns);
+}
+
+void WaveformView::_paintPicture(QPainter &painter)
+{
+    const QRect pane = _pane();
+    if (m_picture.isNull() || m_picture.devicePixelRatio() != devicePixelRatioF() ||
+        m_picture.deviceIndependentSize().toSize() != pane.size()) {
+        m_picture = QPixmap(pane.size() * devicePixelRatioF());
+        m_picture.setDevicePixelRatio(devicePixelRatioF());
+        m_picture.fill(Qt::transparent);
+        QPainter picture(&m_picture);
+        picture.setRenderHint(QPainter::Antialiasing);
+        for (int channel = 0; channel < m_clip->sound.channelCount(); ++channel)
+            _paintLane(picture, channel);
+    }
+    painter.drawPixmap(pane.topLeft(), m_picture);
+}
+
+void WaveformView::_paintPosition(QPainter &painter) const
+{
+    const QRect pane = _pane();
+    const qreal x = std::floor(pane.width() * std::min(m_position / m_duration, 1.0)) + 0.5;
+    if (m_position <= 0 || x > pane.width())
+        return;
+    painter.setPen(withAlpha(palette().color(QPalette::Text), 0.8f));
+    painter.drawLine(QPointF(x, pane.top()), QPointF(x, pane.bottom() + 1));
+}
+
+void WaveformView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath outline;
+    outline.addRoundedRect(QRectF(_pane()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.fillPath(outline, palette().color(QPalette::Base));
+    if (m_clip) {
+        _paintHeading(painter);
+        painter.save();
+        painter.setClipPath(outline);
+        _paintPicture(painter);
+        _paintPosition(painter);
+        painter.restore();
+    }
+    const bool focused = hasFocus() && window()->isActiveWindow();
+    painter.setPen(focused ? QPen(palette().color(QPalette::Highlight), 1.5)
+                           : QPen(withAlpha(palette().color(QPalette::WindowText), 0.14f)));
+    painter.drawPath(outline);
+}
+
+void WaveformView::_choose(double x)
+{
+    if (m_clip)
+        Q_EMIT positionChosen(std::clamp(x / width() * m_duration, 0.0, m_duration));
+}
+
+void WaveformView::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        _choose(event->position().x());
+}
+
+void WaveformView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons() & Qt::LeftButton)
+        _choose(event->position().x());
+}
+
+void WaveformView::keyPressEvent(QKeyEvent *event)
+{
+    const double step = width() * ((event->modifiers() & Qt::ShiftModifier) ? 0.1 : 0.01);
+    const double x = width() * m_position / m_duration;
+    switch (event->key()) {
+    case Qt::Key_Left:
+        return _choose(x - step);
+    case Qt::Key_Right:
+        return _choose(x + step);
+    case Qt::Key_Home:
+        return _choose(0);
+    case Qt::Key_End:
+        return _choose(width());
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void WaveformView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        _refresh();
+    QWidget::changeEvent(event);
+}
+
+} // namespace demo
