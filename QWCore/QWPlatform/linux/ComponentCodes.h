@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QWPlatform/qwplatform_export.h>
+
 #include "InstalledComponent.h"
 
 #include <QMap>
@@ -12,7 +14,7 @@ namespace platform {
 /// Gives LV2 plug-ins, which are named by URIs, the four-character codes of a component: the manufacturer from the
 /// author, the subtype from the URI. Codes that are taken are probed past, so what was assigned once is kept in a
 /// property list (URI → eight characters, subtype first) that all processes of the user share.
-class ComponentCodes
+class QWPLATFORM_EXPORT ComponentCodes
 {
 public:
     enum class Keep

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QWPlatform/qwplatform_export.h>
+
 #include "../devices/ComponentRegistry.h"
 #include "ComponentCodes.h"
 #include "InstalledComponent.h"
@@ -14,7 +16,7 @@ class Locations;
 /// The union of the installed ".component" bundles and LV2 plug-ins. What was read from a bundle is kept, in memory
 /// and in a file, until one of its watched files changes; only then is the LV2 library loaded. Asking for components
 /// brings the file up to date; asking for a name or a location only reads, which is all that a validator does.
-class LinuxComponentRegistry : public ComponentRegistry
+class QWPLATFORM_EXPORT LinuxComponentRegistry : public ComponentRegistry
 {
 public:
     explicit LinuxComponentRegistry(const Locations &locations);

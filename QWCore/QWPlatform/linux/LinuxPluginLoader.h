@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QWPlatform/qwplatform_export.h>
+
 #include "../plugins/PluginLoader.h"
 
 namespace platform {
@@ -7,7 +9,7 @@ namespace platform {
 class ComponentRegistry;
 class Locations;
 
-class LinuxPluginLoader : public PluginLoader
+class QWPLATFORM_EXPORT LinuxPluginLoader : public PluginLoader
 {
 public:
     LinuxPluginLoader(const Locations &locations, ComponentRegistry &registry);

@@ -68,8 +68,9 @@ QString inBundle(const QString &path)
 
 void *load(const QString &path, QString *error)
 {
-    const QString absolute = QFileInfo(path).absoluteFilePath();
-    void *library = ::dlopen(QFile::encodeName(absolute).constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    // Where it really is: plug-ins look for their resources beside themselves, and wrappers hold links.
+    const QString real = QFileInfo(path).canonicalFilePath();
+    void *library = ::dlopen(QFile::encodeName(real).constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!library)
         *error = QString::fromLocal8Bit(::dlerror());
     return library;
