@@ -1,5 +1,5 @@
 // The other process of tst_LinuxInstanceLink: listens for a bundle identifier and prints what it gets, until its input
-// ends; with --hand-over, hands the further arguments over instead.
+// ends; with --hand-over, hands the further arguments over instead; with --static, listens and leaves at once.
 #include <QWPlatform/linux/LinuxInstanceLink.h>
 
 #include <QGuiApplication>
@@ -29,6 +29,10 @@ int main(int argc, char **argv)
 {
     QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments.value(0) == u"--static") {
+        static platform::LinuxInstanceLink link;
+        return link.listen(arguments.value(1), print) ? 0 : 1;
+    }
     if (arguments.value(0) != u"--hand-over")
         return listen(arguments.value(0));
     return platform::LinuxInstanceLink().handOver(arguments.value(1), arguments.mid(2)) ? 0 : 1;

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void nameIsFreeAgainAfterTheEnd();
     void ownInstanceIsNoOther();
     void urlsArriveFromTheLoopInOrder();
+    void linkMayOutliveTheApplicationObject();
     void serviceNames_data();
     void serviceNames();
 
@@ -124,6 +125,15 @@ void tst_LinuxInstanceLink::urlsArriveFromTheLoopInOrder()
     QTRY_COMPARE(received, QStringList({"a:1", "a:2", "a:3"}));
     QTRY_COMPARE(sender.state(), QProcess::NotRunning);
     QCOMPARE(sender.exitCode(), 0);
+}
+
+void tst_LinuxInstanceLink::linkMayOutliveTheApplicationObject()
+{
+    QProcess process; // whose link goes with the static objects
+    process.start(QW_LISTENING_INSTANCE, {"--static", identifier});
+    QTRY_COMPARE(process.state(), QProcess::NotRunning);
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
 }
 
 void tst_LinuxInstanceLink::serviceNames_data()

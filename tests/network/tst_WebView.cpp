@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -48,6 +49,7 @@ private Q_SLOTS:
 
     void filesAreShownWithTheirImagesAndStyles();
     void missingFileFinishesWithFailure();
+    void failedLoadCanBeTriedAgain();
     void htmlIsShown();
     void longHtmlIsShown();
     void policyIsAskedForWhatTheOwnerLoads();
@@ -169,7 +171,7 @@ void tst_WebView::filesAreShownWithTheirImagesAndStyles()
     _write("index.html", "<link rel=stylesheet href=style.css><img src=dot.svg style='width:100px;height:100px'>");
     _load(_url("index.html"));
     QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#102030"), patience);
-    QCOMPARE(m_view->widget()->grab().toImage().pixelColor(50, 50), QColor("#00ff00"));
+    QTRY_COMPARE(m_view->widget()->grab().toImage().pixelColor(50, 50), QColor("#00ff00"));
     QCOMPARE(m_asked, QList<QUrl>{_url("index.html")});
 }
 
@@ -183,6 +185,19 @@ void tst_WebView::missingFileFinishesWithFailure()
     _loadHtml("<body style='background:#445566'>");
     QVERIFY(!_messageIsShown());
     QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#445566"), patience);
+}
+
+void tst_WebView::failedLoadCanBeTriedAgain()
+{
+    QSignalSpy finished(m_view.get(), &WebView::loadFinished);
+    m_view->load(_url("late.html"));
+    QTRY_VERIFY_WITH_TIMEOUT(_messageIsShown(), patience);
+    _write("late.html", "<body style='background:#445566'>");
+    auto *button = m_view->widget()->findChild<QPushButton *>();
+    QVERIFY(button);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(_colour(), QColor("#445566"), patience);
+    QVERIFY(!_messageIsShown());
 }
 
 void tst_WebView::htmlIsShown()

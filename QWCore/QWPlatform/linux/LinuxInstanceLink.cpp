@@ -2,6 +2,7 @@
 
 #include "ApplicationService.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -72,6 +73,8 @@ public:
 
     ~Service()
     {
+        if (!QCoreApplication::instance())
+            return; // the bus went with the application, and the name with it
         if (m_owned)
             m_bus.unregisterService(m_name);
         m_bus.unregisterObject(objectPath(m_name));

@@ -114,7 +114,7 @@ void WebEngineView::setPolicy(Policy policy)
 void WebEngineView::_loadingChanged(const QWebEngineLoadingInfo &info)
 {
     if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus)
-        return _showMessage(localized("This page cannot be shown."));
+        return _showMessage(localized("This page cannot be shown."), info.url());
     if (info.status() == QWebEngineLoadingInfo::LoadSucceededStatus)
         m_page->setBackgroundColor(Qt::white); // what pages without a style of their own, whose text is black, rely on
     if (m_message && info.status() != QWebEngineLoadingInfo::LoadStoppedStatus)
@@ -123,18 +123,18 @@ void WebEngineView::_loadingChanged(const QWebEngineLoadingInfo &info)
 
 void WebEngineView::_stopped()
 {
-    _showMessage(localized("This page has stopped working."));
+    _showMessage(localized("This page has stopped working."), m_page->url());
 }
 
-void WebEngineView::_showMessage(const QString &text)
+void WebEngineView::_showMessage(const QString &text, const QUrl &url)
 {
     if (!m_widget)
         return;
     if (!m_message) {
         m_message = new WebEngineMessage(m_widget);
-        connect(m_message, &WebEngineMessage::tryAgain, m_page.get(),
-                [this] { m_page->triggerAction(QWebEnginePage::Reload); });
+        connect(m_message, &WebEngineMessage::tryAgain, m_page.get(), [this] { m_page->load(m_failedUrl); });
     }
+    m_failedUrl = url;
     m_message->showText(text);
 }
 

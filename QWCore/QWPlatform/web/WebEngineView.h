@@ -40,7 +40,7 @@ private:
     void _connectPage();
     void _loadingChanged(const QWebEngineLoadingInfo &info);
     void _stopped();
-    void _showMessage(const QString &text);
+    void _showMessage(const QString &text, const QUrl &url);
 
     std::shared_ptr<QPrinter> m_printer; ///< While a page is being printed.
 
@@ -49,6 +49,7 @@ private:
     std::unique_ptr<WebEnginePage> m_page;
     QPointer<WebEngineWidget> m_widget;
     QPointer<WebEngineMessage> m_message; ///< Made when there is something to say.
+    QUrl m_failedUrl;                     ///< What its button loads.
 };
 
 } // namespace platform
