@@ -109,7 +109,7 @@ int CatalogFile::_open() const
     // Not truncated: overwriting the pages that are there and cutting the end off costs a fraction of that.
     constexpr int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK;
     const int file = ::open(m_path.constData(), flags, 0666);
-    if (file >= 0 || errno != ENOENT)
+    if (file >= 0 || errno != ENOENT || m_path.isEmpty())
         return file;
     QDir().mkpath(QFileInfo(QFile::decodeName(m_path)).path());
     return ::open(m_path.constData(), flags, 0666);

@@ -152,7 +152,11 @@ void CatalogXmlWriter::_putEscaped(const QString &text)
 {
     QStringEncoder encode(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
     char *const begin = m_at;
-    char *const end = encode.appendToBuffer(begin, text);
+    char *end = encode.appendToBuffer(begin, text);
+    if (encode.hasError()) { // half a character: written as QString does
+        const QByteArray utf8 = text.toUtf8();
+        end = std::copy(utf8.begin(), utf8.end(), begin);
+    }
     m_at = std::find_if(begin, end, [](char c) { return escapedBytes[static_cast<unsigned char>(c)]; });
     if (m_at == end)
         return;
