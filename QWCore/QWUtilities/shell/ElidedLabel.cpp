@@ -9,6 +9,9 @@ ElidedLabel::ElidedLabel(QWidget *parent)
     : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
+    QFont unhinted = font();
+    unhinted.setHintingPreference(QFont::PreferNoHinting); // large thin letters keep their spacing
+    setFont(unhinted);
 }
 
 ElidedLabel::~ElidedLabel() = default;

@@ -84,6 +84,7 @@ void QWAboutPanel::_open()
     const bool fades = qw::BorderlessWindow::supportsAnimator();
     m_window->setWindowOpacity(fades ? 0 : 1);
     m_window->makeKeyAndOrderFront();
+    m_view->setFocus(); // no button is offered before the user asks for one
     if (fades)
         m_window->animateOpacity(1);
 }
