@@ -197,7 +197,7 @@ void ToolbarCustomizationPanel::keyPressEvent(QKeyEvent *event)
         _moveLeft();
     else if (moves && event->key() == Qt::Key_Right)
         _moveRight();
-    else if (m_shown->hasFocus() && (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace))
+    else if (focusWidget() == m_shown && (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace))
         _remove();
     else
         QDialog::keyPressEvent(event);
