@@ -97,7 +97,7 @@ void QWButton::_paintQuiet()
     if (showsFocus) {
         painter.setPen(QPen(palette().color(QPalette::Highlight).lighter(130), ringWidth));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(bezel.adjusted(0, 0, 0, 0), cornerRadius, cornerRadius);
+        painter.drawRoundedRect(bezel, cornerRadius, cornerRadius);
     }
     painter.setPen(white(look.text));
     painter.drawText(bezel, Qt::AlignCenter | Qt::TextShowMnemonic, text());
