@@ -1,4 +1,3 @@
-#include <QWPlatform/appkit/WebViewWithoutEngine.h>
 #include <QWPlatform/linux/LinuxWebViews.h>
 #include <simulators/HttpServer.h>
 
@@ -8,7 +7,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTextBrowser>
 
 #include <optional>
 
@@ -64,9 +62,6 @@ private Q_SLOTS:
     void viewIsUsableAfterThePageCrashed();
     void nothingIsKeptOnTheDisk();
     void parentMayGoFirst();
-    void viewWithoutEngineStandsIn();
-    void viewWithoutEngineObeysThePolicy();
-    void viewWithoutEngineWritesPdf();
 
 private:
     void _write(const QString &name, const QByteArray &data) const;
@@ -362,60 +357,6 @@ void tst_WebView::parentMayGoFirst()
     m_view->loadHtml("<p>again", {});
     m_view->print();
     m_view.reset();
-}
-
-void tst_WebView::viewWithoutEngineStandsIn()
-{
-    LinuxWebViews withoutModule(m_folder->filePath("none.so"));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Pages are shown without the browser engine: .*"));
-    m_view = withoutModule.make(m_window.get());
-    QVERIFY(qobject_cast<WebViewWithoutEngine *>(m_view.get()));
-    auto *browser = qobject_cast<QTextBrowser *>(m_view->widget());
-    QVERIFY(browser);
-    _loadHtml("<p>hello</p>");
-    QCOMPARE(browser->toPlainText(), QString("hello"));
-    _write("first.html", "<p>first <a href='second.html'>next</a></p>");
-    _write("second.html", "<p>second</p>");
-    _load(_url("first.html"));
-    QCOMPARE(browser->toPlainText(), QString("first next"));
-    _load(_url("second.html"));
-    QVERIFY(m_view->canGoBack());
-    m_view->goBack();
-    QCOMPARE(browser->toPlainText(), QString("first next"));
-    QVERIFY(m_view->canGoForward());
-
-    QSignalSpy finished(m_view.get(), &WebView::loadFinished);
-    m_view->load(_url("none.html"));
-    QTRY_COMPARE(finished.size(), 1);
-    QVERIFY(!finished.front().front().toBool());
-}
-
-void tst_WebView::viewWithoutEngineObeysThePolicy()
-{
-    _write("page.html", "<p>page</p>");
-    WebViewWithoutEngine view(m_window.get());
-    auto *browser = qobject_cast<QTextBrowser *>(view.widget());
-    QList<QUrl> asked;
-    view.setPolicy([&](const QUrl &url) {
-        asked += url;
-        return url.scheme() == u"data";
-    });
-    view.loadHtml("<p>hello</p>", {});
-    Q_EMIT browser->anchorClicked(_url("page.html"));
-    QCOMPARE(asked, QList<QUrl>({QUrl("data:text/html"), _url("page.html")}));
-    QCOMPARE(browser->toPlainText(), QString("hello"));
-}
-
-void tst_WebView::viewWithoutEngineWritesPdf()
-{
-    WebViewWithoutEngine view(m_window.get());
-    view.loadHtml("<h1>Manual</h1>", {});
-    std::optional<bool> ok;
-    const QString path = m_folder->filePath("Manual.pdf");
-    view.printToPdf(path, [&](bool done) { ok = done; });
-    QTRY_VERIFY(ok.has_value());
-    QVERIFY(*ok);
-    QVERIFY(fileContents(path).startsWith("%PDF"));
 }
 
 int main(int argc, char **argv)
