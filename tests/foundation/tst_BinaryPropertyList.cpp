@@ -100,6 +100,7 @@ private slots:
         row("51e9", {});
         row("6100e9", "é");
         row("62d83cdfb9", "\U0001F3B9");
+        row("61d83c", {});
         row("5f10026162", "ab");
         row("5f13ffffffffffffffff", {});
         row("5f14", {});

@@ -102,7 +102,10 @@ private slots:
         const auto result = run({"/bin/grep", {"-E", "^Sig(Blk|Ign):", "/proc/self/status"}, true});
         std::signal(SIGPIPE, ignored);
         pthread_sigmask(SIG_SETMASK, &old, nullptr);
-        QCOMPARE(result.output, "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
+        constexpr quint64 own = 0x180000000; // 32 and 33 are the C library's, which takes no part in this
+        for (const QByteArray &line : result.output.trimmed().split('\n'))
+            QCOMPARE(line.mid(line.indexOf('\t') + 1).toULongLong(nullptr, 16) & ~own, quint64(0));
+        QCOMPARE(result.output.count('\n'), 2);
     }
 
     void missingProgramsDoNotStart_data()

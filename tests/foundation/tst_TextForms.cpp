@@ -11,9 +11,11 @@ class tst_TextForms : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { m_german.emplace(); }
+    void cleanupTestCase() { m_german.reset(); }
+
     void rectanglesAreWrittenAsShortAsTheyCanBe()
     {
-        GermanLocale german;
         QCOMPARE(TextForms::stringFromRect({0, 12.5, 392, 259}), "{{0, 12.5}, {392, 259}}");
         QCOMPARE(TextForms::stringFromRect({-0.0, -100000, 0.1, 1e20}), "{{0, -100000}, {0.1, 1e+20}}");
         QCOMPARE(TextForms::stringFromPoint({1, 2}), "{1, 2}");
@@ -40,7 +42,6 @@ private slots:
 
     void rectanglesAreRead()
     {
-        GermanLocale german;
         QFETCH(QString, text);
         QFETCH(QRectF, rect);
         QCOMPARE(TextForms::rectFromString(text), rect);
@@ -95,6 +96,9 @@ private slots:
         QCOMPARE(TextForms::stringFromDate({}), QString());
         QCOMPARE(TextForms::stringFromDate(QDateTime({12000, 1, 1}, {0, 0}, Qt::UTC)), QString());
     }
+
+private:
+    std::optional<GermanLocale> m_german; ///< Nothing here may depend on the locale.
 };
 
 QTEST_GUILESS_MAIN(tst_TextForms)

@@ -180,6 +180,7 @@ bool BinaryPropertyListReader::_text(const Body &body, int type, QVariant &value
         for (qsizetype i = 0; i < count; ++i)
             text[i] = QChar(static_cast<char16_t>(_number(body.at + 2 * static_cast<quint64>(i), 2)));
         value = text;
+        return text.isValidUtf16(); // half a character could not be written
     } else {
         return false;
     }

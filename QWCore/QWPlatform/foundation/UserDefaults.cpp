@@ -3,11 +3,13 @@
 #include "PropertyList.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSaveFile>
+#include <QThread>
 #include <QTimer>
 
 #include <cmath>
@@ -21,8 +23,9 @@ namespace platform
 namespace
 {
 constexpr int writeDelay = 500;    ///< Milliseconds from a change to its writing.
-constexpr int retryDelay = 5000;   ///< Milliseconds until a failed writing is tried again.
-constexpr int lockPatience = 1000; ///< Milliseconds to wait for another program that is writing.
+constexpr int retryDelay = 2000;   ///< Milliseconds until a failed writing is tried again.
+constexpr int lockPatience = 2000; ///< Milliseconds to wait for other programs that are writing.
+constexpr int lockPause = 2;       ///< Milliseconds between two attempts: the others hold it about as long.
 
 /// What the file holds.
 struct Stored
@@ -50,6 +53,18 @@ Stored readValues(const QString &path)
         return {Stored::Unreachable, {}};
     const QVariant list = PropertyList::fromData(data).value_or(QVariant());
     return {list.typeId() == QMetaType::QVariantMap ? Stored::Good : Stored::Garbage, list.toMap()};
+}
+
+/// QLockFile itself pauses ever longer, so that a busy neighbour would starve us.
+bool acquire(QLockFile &lock)
+{
+    QDeadlineTimer deadline(lockPatience);
+    while (!lock.tryLock(0)) {
+        if (lock.error() != QLockFile::LockFailedError || deadline.hasExpired())
+            return false;
+        QThread::msleep(lockPause);
+    }
+    return true;
 }
 
 /// Moves the file to a free name beside it.
@@ -161,7 +176,7 @@ struct UserDefaults::Private
     {
         QDir().mkpath(QFileInfo(path).path());
         QLockFile lock(path + u".lock");
-        if (!lock.tryLock(lockPatience))
+        if (!acquire(lock))
             return false;
         const Stored before = readValues(path);
         if (before.state == Stored::Unreachable || (before.state == Stored::Garbage && !setAside(path)))

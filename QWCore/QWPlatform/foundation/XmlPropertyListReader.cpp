@@ -2,7 +2,10 @@
 
 #include "PropertyListScalars.h"
 
+#include <QStringConverter>
 #include <QUtf8StringView>
+
+#include <algorithm>
 
 namespace platform
 {
@@ -16,7 +19,11 @@ std::string_view viewOf(const QByteArray &data)
 
 QString textOf(std::string_view utf8)
 {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    const QByteArrayView bytes(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    if (!utf8.starts_with("\xEF\xBB\xBF"))
+        return QString::fromUtf8(bytes);
+    // It would drop a byte-order mark, which is a character like any other here.
+    return QStringDecoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom)(bytes);
 }
 
 template <class T>

@@ -20,11 +20,16 @@ constexpr bool isBlankByte(char c)
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
 
-constexpr bool isNameByte(char c)
+/// Letters, digits, "_", ":", "-", "." and whatever is not ASCII.
+constexpr std::array<bool, 256> makeNameBytes()
 {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == ':' ||
-           c == '-' || c == '.' || static_cast<unsigned char>(c) >= 0x80;
+    std::array<bool, 256> names{};
+    for (unsigned c = 0; c < names.size(); ++c)
+        names[c] = c >= 0x80 || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= ':') ||
+                   c == '_' || c == '-' || c == '.';
+    return names;
 }
+constexpr std::array<bool, 256> nameBytes = makeNameBytes();
 
 /// What text may hold as it stands; the others end it, need decoding or are refused.
 constexpr std::array<bool, 256> makePlainBytes()
@@ -97,9 +102,11 @@ XmlPropertyListScanner::Token XmlPropertyListScanner::next()
 
 XmlPropertyListScanner::Token XmlPropertyListScanner::nextTag()
 {
-    Token token = next();
-    while (token == Token::Text && isBlank(m_text))
+    Token token = Token::Text;
+    do {
+        _skipBlanks();
         token = next();
+    } while (token == Token::Text && isBlank(m_text)); // again behind a comment
     return token;
 }
 
@@ -153,16 +160,15 @@ XmlPropertyListScanner::Token XmlPropertyListScanner::_text()
 XmlPropertyListScanner::Token XmlPropertyListScanner::_markup()
 {
     while (m_at != m_end && *m_at == '<') {
-        if (_startsWith("</"))
+        const char sign = m_at + 1 == m_end ? '\0' : m_at[1];
+        if (sign == '/')
             return _endTag();
+        if (sign != '!' && sign != '?')
+            return _startTag();
         if (_startsWith("<![CDATA["))
             return _cdata();
-        const bool skipped = _startsWith("<!--")        ? _skipPast("-->")
-                             : _startsWith("<?")        ? _skipPast("?>")
-                             : _startsWith("<!DOCTYPE") ? _skipDocumentType()
-                                                        : false;
-        if (!skipped)
-            return _startTag();
+        if (!_skipDeclaration())
+            return _fail();
     }
     return m_at == m_end ? Token::Finished : _text();
 }
@@ -207,6 +213,14 @@ XmlPropertyListScanner::Token XmlPropertyListScanner::_cdata()
         return _fail();
     m_needsDecoding = m_text.find('\r') != std::string_view::npos;
     return Token::CData;
+}
+
+/// A comment, an instruction such as the XML declaration, or the document type.
+bool XmlPropertyListScanner::_skipDeclaration()
+{
+    if (_startsWith("<!--"))
+        return _skipPast("-->");
+    return _startsWith("<?") ? _skipPast("?>") : _startsWith("<!DOCTYPE") && _skipDocumentType();
 }
 
 bool XmlPropertyListScanner::_skipPast(std::string_view mark)
@@ -257,7 +271,7 @@ void XmlPropertyListScanner::_skipBlanks()
 std::string_view XmlPropertyListScanner::_name()
 {
     const char *const begin = m_at;
-    while (m_at != m_end && isNameByte(*m_at))
+    while (m_at != m_end && nameBytes[static_cast<unsigned char>(*m_at)])
         ++m_at;
     return {begin, static_cast<size_t>(m_at - begin)};
 }

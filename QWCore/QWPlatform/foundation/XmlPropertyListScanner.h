@@ -31,7 +31,7 @@ public:
 
     Token next();
 
-    /// next(), passing over text of blanks only.
+    /// next(), passing over blanks first.
     Token nextTag();
 
     /// Points into the data.
@@ -54,6 +54,7 @@ private:
     Token _startTag();
     Token _endTag();
     Token _cdata();
+    bool _skipDeclaration();
     bool _skipPast(std::string_view mark);
     bool _skipDocumentType();
     bool _skipAttribute();
