@@ -1,5 +1,7 @@
 #include "BorderlessWindow.h"
 
+#include <QWPlatform/appkit/Compositing.h>
+
 #include <QApplication>
 #include <QPropertyAnimation>
 #include <QScreen>
@@ -48,6 +50,11 @@ void BorderlessWindow::center()
 
 void BorderlessWindow::makeKeyAndOrderFront()
 {
+    // Without compositor a translucent corner is black: it is cut off there, at the price of a hard edge.
+    if (platform::isCompositing())
+        clearMask();
+    else
+        setMask(QRegion(roundedPanel(size()).toFillPolygon().toPolygon()));
     show();
     raise();
     activateWindow();

@@ -60,7 +60,9 @@ QString downloadPath()
 
 void center(QWidget &window)
 {
-    window.move(window.screen()->availableGeometry().center() - window.rect().center());
+    const QRect screen = window.screen()->availableGeometry();
+    window.resize(window.size().boundedTo(screen.size()));
+    window.move(screen.center() - window.rect().center());
 }
 
 void showIfSet(const QWError &error)

@@ -3,6 +3,7 @@
 #include "ElidedLabel.h"
 #include "QWAboutPanelContentView.h"
 #include "QWSplashScreenContentView.h"
+#include "WaveformOrnament.h"
 
 #include <QWBase/QWApplication.h>
 #include <QWBase/QWButton.h>
@@ -17,6 +18,7 @@ bool registerClasses()
 {
     using platform::InterfaceFile;
     InterfaceFile::registerClass<ElidedLabel>("ElidedLabel");
+    InterfaceFile::registerClass<WaveformOrnament>("WaveformOrnament");
     InterfaceFile::registerClass<QWButton>("QWButton");
     InterfaceFile::registerClass<QWSplashScreenContentView>("QWSplashScreenContentView");
     InterfaceFile::registerClass<QWAboutPanelContentView>("QWAboutPanelContentView");
