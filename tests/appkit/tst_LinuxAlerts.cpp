@@ -52,6 +52,7 @@ private Q_SLOTS:
     void textIsPlainAndSelectable();
     void messageIsBold();
     void longNamesStayInAPanelOfOrdinarySize();
+    void textsTakeNoMoreRoomThanTheyNeed();
     void alertStandsAboveTheFrontWindow();
     void alertOutlivesTheWindowBelow();
     void responderAnswersOrLeavesItToTheUser();
@@ -154,6 +155,17 @@ void tst_LinuxAlerts::longNamesStayInAPanelOfOrdinarySize()
         panel.close();
     });
     runAlert({name, QString("line\n").repeated(200), {name, "Cancel"}});
+    QVERIFY(driver.hasDriven());
+}
+
+void tst_LinuxAlerts::textsTakeNoMoreRoomThanTheyNeed()
+{
+    PanelDriver driver([&](QWidget &panel) {
+        QTextEdit *const text = textOf(panel, "One line.");
+        QVERIFY2(text->height() < 2 * text->fontMetrics().lineSpacing(), qPrintable(QString::number(text->height())));
+        panel.close();
+    });
+    runAlert({"One line.", "Another.", {"OK"}});
     QVERIFY(driver.hasDriven());
 }
 

@@ -178,6 +178,7 @@ void Toolbar::_setItemIdentifiers(const QStringList &identifiers)
             m_entries.push_back({identifier, action});
     }
     _describeButtons();
+    _comeLastInTabOrder();
     setSelectedItemIdentifier(m_selected);
     validateVisibleItems();
     Q_EMIT itemsChanged();
@@ -216,6 +217,19 @@ void Toolbar::_describeButtons()
         button->setFocusPolicy(Qt::TabFocus);
         if (item->toolTip().isEmpty())
             item->setToolTip(item->label());
+    }
+}
+
+/// So that the keyboard begins in the window's content.
+void Toolbar::_comeLastInTabOrder()
+{
+    const QList<ToolbarItem *> all = items();
+    QWidget *last = window()->previousInFocusChain();
+    for (ToolbarItem *const item : all) {
+        QWidget *const button = widgetForAction(item);
+        if (button != last)
+            setTabOrder(last, button);
+        last = button;
     }
 }
 
@@ -320,6 +334,7 @@ void Toolbar::contextMenuEvent(QContextMenuEvent *event)
 void Toolbar::showEvent(QShowEvent *event)
 {
     QToolBar::showEvent(event);
+    _comeLastInTabOrder();
     validateVisibleItems();
 }
 

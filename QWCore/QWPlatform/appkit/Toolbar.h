@@ -116,6 +116,7 @@ private:
     QAction *_makeAction(const QString &identifier);
     QAction *_makeItemAction(const QString &identifier);
     void _describeButtons();
+    void _comeLastInTabOrder();
     void _itemTriggered(QAction *action);
     void _applyDisplayMode();
 

@@ -20,7 +20,8 @@ namespace
 constexpr int edge = 20;
 constexpr int betweenGroups = 16;
 constexpr int betweenControls = 8;
-constexpr QSize opening{640, 480};
+constexpr QSize opening{720, 440};
+constexpr int buttonPadding = 16;
 constexpr int shownHeight = 92;
 
 QLabel *makeCaption(const QString &text, QWidget *buddy, QWidget *parent)
@@ -112,6 +113,7 @@ QPushButton *ToolbarCustomizationPanel::_addButton(const QString &title, void (T
 {
     auto *const button = new QPushButton(title, this);
     button->setAutoDefault(false);
+    button->setMinimumWidth(button->sizeHint().width() + buttonPadding);
     connect(button, &QPushButton::clicked, this, slot);
     return button;
 }

@@ -4,6 +4,7 @@
 #include "StandardToolbarIcons.h"
 #include "Toolbar.h"
 #include "ToolbarItem.h"
+#include "ToolbarItemPainter.h"
 
 #include <QDropEvent>
 #include <QKeyEvent>
@@ -16,7 +17,6 @@ namespace
 {
 constexpr auto mimeType = "application/x-qw-toolbar-item";
 constexpr int identifierRole = Qt::UserRole;
-constexpr QSize cell{96, 68};
 } // namespace
 
 ToolbarItemList::ToolbarItemList(Toolbar &toolbar, QWidget *parent)
@@ -27,8 +27,9 @@ ToolbarItemList::ToolbarItemList(Toolbar &toolbar, QWidget *parent)
     setMovement(QListView::Static);
     setResizeMode(QListView::Adjust);
     setIconSize(toolbar.iconSize());
-    setGridSize(cell);
-    setTextElideMode(Qt::ElideRight);
+    setGridSize(ToolbarItemPainter::cell);
+    setSpacing(0);
+    setItemDelegate(new ToolbarItemPainter(this));
     setUniformItemSizes(true);
     setDragEnabled(true);
     setAcceptDrops(true);
@@ -61,7 +62,6 @@ QListWidgetItem *ToolbarItemList::_makeItem(const QString &identifier)
     auto *const item = new QListWidgetItem(icon, title);
     item->setData(identifierRole, identifier);
     item->setToolTip(title);
-    item->setTextAlignment(Qt::AlignHCenter);
     return item;
 }
 

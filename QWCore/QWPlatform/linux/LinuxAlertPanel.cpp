@@ -1,6 +1,7 @@
 #include "LinuxAlertPanel.h"
 
 #include "../appkit/AlertResponder.h"
+#include "../appkit/TintedIcon.h"
 #include "../foundation/Localization.h"
 #include "LinuxAlertText.h"
 
@@ -8,7 +9,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -22,6 +22,7 @@ constexpr int edge = 20;
 constexpr int betweenGroups = 16;
 constexpr int betweenControls = 8;
 constexpr int iconSize = 48;
+constexpr int buttonPadding = 16;
 constexpr int textWidth = 380;
 constexpr int widestButtonText = 320;
 constexpr int mostMessageLines = 6;
@@ -41,16 +42,21 @@ QWidget *frontWindow(const QWidget *except)
     return found == windows.rend() ? nullptr : *found;
 }
 
-QIcon alertIcon(const QWidget &panel)
+/// The host's icon, else a quiet mark in the text colour.
+QIcon alertIcon()
 {
+    constexpr auto mark =
+        "<svg xmlns='http://www.w3.org/2000/svg' width='24' height='24' viewBox='0 0 24 24' fill='none' "
+        "stroke='currentColor' stroke-width='1.75' stroke-linecap='round' stroke-linejoin='round'>"
+        "<path d='M12 4L2.8 20h18.4zM12 10v4.5M12 17.2v.1'/></svg>";
     const QIcon icon = QApplication::windowIcon();
-    return icon.isNull() ? panel.style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, &panel) : icon;
+    return icon.isNull() ? tintedIconFromSvg(mark) : icon;
 }
 
 QLabel *makeIcon(QWidget &panel)
 {
     auto *const label = new QLabel(&panel);
-    label->setPixmap(alertIcon(panel).pixmap(QSize(iconSize, iconSize), panel.devicePixelRatioF()));
+    label->setPixmap(alertIcon().pixmap(QSize(iconSize, iconSize), panel.devicePixelRatioF()));
     label->setAlignment(Qt::AlignTop);
     return label;
 }
@@ -59,6 +65,7 @@ QPushButton *makeButton(const QString &title, QWidget *parent)
 {
     QString shown = parent->fontMetrics().elidedText(title.simplified(), Qt::ElideMiddle, widestButtonText);
     auto *const button = new QPushButton(shown.replace('&', "&&"), parent);
+    button->setMinimumWidth(button->sizeHint().width() + buttonPadding);
     button->setAutoDefault(true);
     button->setAccessibleName(title);
     return button;

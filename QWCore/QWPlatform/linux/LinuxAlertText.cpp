@@ -1,9 +1,11 @@
 #include "LinuxAlertText.h"
 
 #include <QKeyEvent>
+#include <QTextDocument>
 #include <QTextOption>
 
 #include <cmath>
+#include <memory>
 
 namespace platform
 {
@@ -34,11 +36,15 @@ void LinuxAlertText::keyPressEvent(QKeyEvent *event)
         QTextEdit::keyPressEvent(event);
 }
 
+/// Measured in a document apart: the widget lays its own out for the size that it has now.
 void LinuxAlertText::_fit(int width, int mostLines)
 {
-    document()->setTextWidth(width);
-    const int whole = static_cast<int>(std::ceil(document()->size().height()));
-    const int most = mostLines * fontMetrics().lineSpacing();
+    const std::unique_ptr<QTextDocument> measured(document()->clone());
+    measured->setDefaultFont(font());
+    measured->setDefaultTextOption(document()->defaultTextOption());
+    measured->setTextWidth(width);
+    const int whole = static_cast<int>(std::ceil(measured->size().height()));
+    const int most = mostLines * static_cast<int>(std::ceil(QFontMetricsF(font()).lineSpacing()));
     setVerticalScrollBarPolicy(whole > most ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
     setFixedSize(width, std::min(whole, most));
 }
