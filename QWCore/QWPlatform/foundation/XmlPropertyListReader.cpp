@@ -92,9 +92,9 @@ bool XmlPropertyListReader::_dictionary(int depth, QVariant &value)
     QVariantMap map;
     QString key;
     Token token = m_scanner.nextTag();
-    for (; token == Token::Start && m_scanner.text() == "key"; token = m_scanner.nextTag()) {
+    for (; (token == Token::Start || token == Token::Empty) && m_scanner.text() == "key"; token = m_scanner.nextTag()) {
         QVariant item;
-        if (!_key(key) || !_value(m_scanner.nextTag(), depth, item))
+        if (!_key(token, key) || !_value(m_scanner.nextTag(), depth, item))
             return false;
         map.insert(map.cend(), key, std::move(item)); // keys come ascending: the hint makes it linear
     }
@@ -123,10 +123,10 @@ bool XmlPropertyListReader::_scalar(std::string_view name, std::string_view cont
     return name[0] == 's' || XmlPropertyListScanner::isBlank(content); // nothing stands in "true"
 }
 
-bool XmlPropertyListReader::_key(QString &key)
+bool XmlPropertyListReader::_key(Token token, QString &key)
 {
     std::string_view raw;
-    if (!_content("key", raw))
+    if (token == Token::Start && !_content("key", raw))
         return false;
     if (raw.data() == m_buffer.data() || raw.empty()) { // not in the data, so it cannot be kept
         key = textOf(raw);
