@@ -106,21 +106,21 @@ bool XmlPropertyListReader::_dictionary(int depth, QVariant &value)
 
 bool XmlPropertyListReader::_scalar(std::string_view name, std::string_view content, QVariant &value) const
 {
-    if (name == "string")
+    if (name == "string") {
         value = textOf(content);
-    else if (name == "true" || name == "false")
+        return true;
+    }
+    if (name == "true" || name == "false") {
         value = name == "true";
-    else if (name == "integer")
+        return XmlPropertyListScanner::isBlank(content);
+    }
+    if (name == "integer")
         return assign(value, PropertyListScalars::integer(content));
-    else if (name == "real")
+    if (name == "real")
         return assign(value, PropertyListScalars::real(content));
-    else if (name == "date")
+    if (name == "date")
         return assign(value, PropertyListScalars::date(content));
-    else if (name == "data")
-        return assign(value, PropertyListScalars::data(content));
-    else
-        return false;
-    return name[0] == 's' || XmlPropertyListScanner::isBlank(content); // nothing stands in "true"
+    return name == "data" && assign(value, PropertyListScalars::data(content));
 }
 
 bool XmlPropertyListReader::_key(Token token, QString &key)
