@@ -27,7 +27,8 @@
 using namespace std::chrono_literals;
 using platform::System;
 
-namespace {
+namespace
+{
 QByteArray pageWithVersion(const QByteArray &version)
 {
     return "<html><head><meta charset=\"utf-8\"><meta name=\"qw_manual_version\" content=\"" + version +

@@ -8,7 +8,8 @@
 
 #include <stdexcept>
 
-namespace {
+namespace
+{
 /// A host whose launch work the test writes.
 class Host : public QWApplication
 {
