@@ -116,7 +116,7 @@ private slots:
         const PluginDisk disk;
         QFile library(disk.installLv2("Good") + "/Good.so");
         const QStringList arguments = argumentsFor(installedUnit(disk));
-        QVERIFY(library.resize(8192));
+        QVERIFY(library.resize(4096));
         const auto run = disk.run(validator, arguments);
         QVERIFY(run.crashed || run.status != 0);
         QVERIFY(!hasHandOff(disk));
