@@ -294,13 +294,14 @@ void tst_QWVSTManager::namesThatAreNoTextAreSkipped()
     QWVSTManager manager;
     manager.validate();
     QCOMPARE(pathsOf(manager), QStringList{systemFolder + "/Good.vst"});
+    QCOMPARE(::rmdir(broken.constData()), 0); // the fake disk could not
 }
 
 void tst_QWVSTManager::oddNamesGoAllTheWay()
 {
     FakeSystem system;
     System::Scope current(system);
-    const QStringList names{"A & B", "a:b", "🎛", "שלום", QString(60, QChar(0x20AC)), "x\x01y\rz", "tab\tnew\nline", "<i>&amp;</i>"};
+    const QStringList names{"A & B", "a:b", "🎛", "שלום", QString(60, QChar(0x20AC)), "x\x01y\rz", "tab\tnew\nline", "<i>&amp;<i>"};
     for (const QString &name : names)
         system.addVSTBundle(systemFolder + '/' + name + ".vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
@@ -323,7 +324,7 @@ void tst_QWVSTManager::validatorGetsTheExpandedPath()
     const ChildProcessRequest &run = system.processes.runs.at(0);
     QVERIFY2(run.launchPath.endsWith("/QWUtilities.framework/Versions/A/VST Validator.app/Contents/MacOS/VST Validator"),
              qPrintable(run.launchPath));
-    QCOMPARE(run.arguments, QStringList{system.locations().home() + "/Library/Audio/Plug-Ins/VST/A b.vst"});
+    QCOMPARE(run.arguments, QStringList{system.real(userFolder + "/A b.vst")});
 }
 
 void tst_QWVSTManager::recordKeepsItsTildeWhateverIsHandedOff()
