@@ -4,9 +4,11 @@
 
 #include <functional>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 using platform::ThemeChoice;
 
 QString absolute(const QString &path)
@@ -53,6 +55,8 @@ const std::vector<Option> &options()
         {"--scale", "1|2", "pixels for each unit of length (default: the desktop's)", setScale},
         {"--support-site", "URL", "base address of the support site",
          [](HostOptions &o, const QString &v) { return setText(o.supportSite, v); }},
+        {"--quit", nullptr, "quit as soon as the launch is over, to time it",
+         [](HostOptions &o, const QString &) { return o.quit = true; }},
         {"--help", nullptr, "show this text", [](HostOptions &o, const QString &) { return o.help = true; }},
     };
     return table;

@@ -6,7 +6,8 @@
 
 #include <optional>
 
-namespace demo {
+namespace demo
+{
 
 /// What the command line asks for.
 struct HostOptions
@@ -17,6 +18,7 @@ struct HostOptions
     platform::ThemeChoice theme = platform::ThemeChoice::System;
     int scale = 0; ///< 1 or 2; 0: the desktop's.
     QString supportSite;
+    bool quit = false; ///< As soon as the launch is over.
     bool help = false;
     QStringList files; ///< Absolute paths, and URLs as they were given.
 

@@ -8,9 +8,11 @@
 #include <QMenu>
 #include <QMenuBar>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int usualLength = 12; // items; a longer submenu hides the window
 } // namespace
 

@@ -12,9 +12,11 @@
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 QWidget *mainWindow(DemoApplication &application)
 {
     return &application.mainWindow();
@@ -54,8 +56,8 @@ std::vector<std::unique_ptr<TourStep>> makeTourSteps(const Tour &tour)
     add<SplashStep>(steps, tour);
     add<WindowStep>(steps, WindowStep::Window{"host-empty", nullptr, mainWindow, nullptr});
     add<MenuStep>(steps, "effects-menu");
-    add<EffectStep>(steps, "effect-applied", QStringList{"ZamDelay", "DragonFly Hall", "stereoverb"}, 1);
-    add<EffectStep>(steps, "host", QStringList{"ZamDelay", "ZamTube", "ZamComp", "ZaMultiComp"}, 2);
+    add<EffectStep>(steps, "effect-applied", QStringList{"ZamDelay", "MaFreeverb", "ZamVerb"}, 1);
+    add<EffectStep>(steps, "host", QStringList{"DragonflyHallReverb", "MVerb", "MaFreeverb", "ZamVerb"}, 2);
     add<WindowStep>(steps, WindowStep::Window{"about", [](App &app) { app.openAbout(nullptr); }, aboutPanel,
                                               closeAboutPanel, true});
     add<WindowStep>(steps,

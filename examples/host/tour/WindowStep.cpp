@@ -4,9 +4,11 @@
 
 #include <QWidget>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int picturesAtRest = 8; // a fifth of a second: longer than a page takes between two frames
 } // namespace
 

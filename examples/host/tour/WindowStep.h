@@ -2,7 +2,8 @@
 
 #include "TourStep.h"
 
-namespace demo {
+namespace demo
+{
 
 /// One window that is opened and left alone until it has come to rest: until it is fully opaque and several pictures in
 /// a row are the same. Pages are painted by another process, so a single look says nothing.

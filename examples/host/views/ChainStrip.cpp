@@ -13,9 +13,11 @@
 #include <QScrollBar>
 #include <QTimer>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int stripHeight = 50;
 
 QLabel *makeArrow(QWidget *parent)
@@ -47,6 +49,7 @@ ChainStrip::ChainStrip(QWidget *parent)
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(8);
     m_add->setIcon(lineIcon("add"));
+    m_add->setMinimumSize(m_add->sizeHint() + QSize(28, 4));
     connect(m_group, &QButtonGroup::idClicked, this, &ChainStrip::stationChosen);
 }
 

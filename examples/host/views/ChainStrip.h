@@ -6,7 +6,8 @@ class QButtonGroup;
 class QHBoxLayout;
 class QPushButton;
 
-namespace demo {
+namespace demo
+{
 
 class AudioDocument;
 

@@ -9,9 +9,11 @@
 #include <QPixmap>
 #include <QSvgRenderer>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 QString pathOf(const QString &name)
 {
     return platform::System::current().mainBundle().pathForResource(name, "svg");

@@ -12,9 +12,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int headingRoom = 26;
 constexpr qreal radius = 6;
 constexpr qreal laneMargin = 6;
