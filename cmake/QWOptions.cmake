@@ -34,6 +34,6 @@ endif()
 
 add_library(qw_warnings INTERFACE)
 target_compile_options(qw_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
     $<$<BOOL:${QW_WARNINGS_AS_ERRORS}>:-Werror>)
 target_compile_definitions(qw_warnings INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH QT_USE_QSTRINGBUILDER)
