@@ -5,7 +5,8 @@
 #include <QWPlatform/devices/ComponentRegistry.h>
 #include <QWPlatform/foundation/Localization.h>
 
-namespace {
+namespace
+{
 /// "Manufacturer: Name" in its two pieces; anything else stays one.
 QStringList piecesOf(const QString &text)
 {

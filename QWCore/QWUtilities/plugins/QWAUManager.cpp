@@ -16,7 +16,8 @@
 using platform::fourCharCode;
 using platform::localized;
 
-namespace {
+namespace
+{
 constexpr quint32 scannedTypes[] = {fourCharCode("aufx"), fourCharCode("aumf"), fourCharCode("aumu"),
                                     fourCharCode("augn")};
 
@@ -166,7 +167,7 @@ std::unique_ptr<QMenu> QWAUManager::_menuWithTargetActionIsInstrument(QObject *t
         if (record->ignore() || record->isPlayer() || record->isInstrument() != isInstrument)
             continue;
         PluginMenu::Folder *folder = menu.folder(menu.top(), record->manufacturer());
-        menu.addItem(*folder, record->name(), QVariant::fromValue(record->componentDescription()));
+        PluginMenu::addItem(*folder, record->name(), QVariant::fromValue(record->componentDescription()));
     }
     return menu.take();
 }

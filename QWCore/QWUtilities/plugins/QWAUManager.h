@@ -10,7 +10,8 @@
 class QMenu;
 class QObject;
 
-namespace platform {
+namespace platform
+{
 class Selector;
 }
 

@@ -18,7 +18,8 @@
 
 using platform::System;
 
-namespace {
+namespace
+{
 /// The user's folder keeps its tilde, and so do the paths of the records found there.
 constexpr const char *pluginFolders[] = {"/Library/Audio/Plug-Ins/VST", "~/Library/Audio/Plug-Ins/VST"};
 
@@ -157,7 +158,7 @@ std::unique_ptr<QMenu> QWVSTManager::_menuWithTargetActionIsInstrument(QObject *
         if (record->ignore() || record->isInstrument() != isInstrument)
             continue;
         if (auto *folder = folderOf(record->path(), menu))
-            menu.addItem(*folder, QWPathStrings::filename(record->path()), QVariant::fromValue(record));
+            PluginMenu::addItem(*folder, QWPathStrings::filename(record->path()), QVariant::fromValue(record));
     }
     return menu.take(platform::localized("No plug-ins found"));
 }

@@ -14,7 +14,8 @@
 class QMenu;
 class QObject;
 
-namespace platform {
+namespace platform
+{
 class Selector;
 }
 
