@@ -1,6 +1,7 @@
 option(QW_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 option(QW_BUILD_EXAMPLES "Build the demo host and the simulators" ON)
 option(QW_BUILD_BENCH "Build the benchmarks" ON)
+option(QW_UNITY "Build each framework in a few large pieces: quicker from scratch" OFF)
 set(QW_SANITIZER "" CACHE STRING "Sanitizer to build with: empty, address or thread")
 include(CTest)
 
