@@ -31,16 +31,17 @@ void tst_HostOptions::nothingGivenAsksForNothing()
 void tst_HostOptions::optionsAndFilesAreUnderstood()
 {
     QString error;
-    const auto options = HostOptions::parse({"--home", "/a b", "--tour=/t", "--theme", "dark", "--scale", "2",
-                                             "--support-site", "http://127.0.0.1:1", "/x.wav", "file:///y.wav"},
-                                            &error);
+    const auto options =
+        HostOptions::parse({"--home", "/a b", "--tour=/t", "--theme", "dark", "--scale", "2", "--support-site",
+                            "http://127.0.0.1:1", "/x.wav", "file:///y%25z.wav", "tine://hello"},
+                           &error);
     QVERIFY2(options, qPrintable(error));
     QCOMPARE(options->home, "/a b");
     QCOMPARE(options->tour, "/t");
     QCOMPARE(options->theme, platform::ThemeChoice::Dark);
     QCOMPARE(options->scale, 2);
     QCOMPARE(options->supportSite, "http://127.0.0.1:1");
-    QCOMPARE(options->files, (QStringList{"/x.wav", "file:///y.wav"}));
+    QCOMPARE(options->files, (QStringList{"/x.wav", "/y%z.wav"}));
 }
 
 void tst_HostOptions::relativePathsBecomeAbsolute()

@@ -1,6 +1,7 @@
 #include "HostOptions.h"
 
 #include <QFileInfo>
+#include <QUrl>
 
 #include <functional>
 
@@ -89,6 +90,15 @@ bool takeOption(HostOptions &result, const QString &argument, QStringList &rest,
     return false;
 }
 
+// A path, or the path of a file's address; none for other addresses, which the application object delivers.
+QStringList fileOf(const QString &argument)
+{
+    const QUrl url(argument);
+    if (url.isLocalFile())
+        return {url.toLocalFile()};
+    return argument.contains(QLatin1String("://")) ? QStringList() : QStringList{absolute(argument)};
+}
+
 QString contradictionIn(const HostOptions &options)
 {
     if (options.realHome && !options.home.isEmpty())
@@ -107,7 +117,7 @@ std::optional<HostOptions> HostOptions::parse(const QStringList &arguments, QStr
     while (!rest.isEmpty()) {
         const QString argument = rest.takeFirst();
         if (!argument.startsWith(QLatin1String("--")))
-            result.files += argument.contains(QLatin1String("://")) ? argument : absolute(argument);
+            result.files += fileOf(argument);
         else if (!takeOption(result, argument, rest, error))
             return std::nullopt;
     }

@@ -20,7 +20,7 @@ struct HostOptions
     QString supportSite;
     bool quit = false; ///< As soon as the launch is over.
     bool help = false;
-    QStringList files; ///< Absolute paths, and URLs as they were given.
+    QStringList files; ///< Absolute paths.
 
     /// @p arguments without the program's name; none, and a sentence in @p error, when they make no sense.
     static std::optional<HostOptions> parse(const QStringList &arguments, QString *error);

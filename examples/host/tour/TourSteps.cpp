@@ -32,6 +32,11 @@ QWidget *manualWindow(DemoApplication &)
     return QWManual::manual().window();
 }
 
+platform::WebView *manualPage(DemoApplication &)
+{
+    return QWManual::manual().contentView();
+}
+
 void closeAboutPanel(DemoApplication &)
 {
     QWAboutPanel::aboutPanel().close();
@@ -60,10 +65,10 @@ std::vector<std::unique_ptr<TourStep>> makeTourSteps(const Tour &tour)
     add<EffectStep>(steps, "host", QStringList{"DragonflyHallReverb", "MVerb", "MaFreeverb", "ZamVerb"}, 2);
     add<WindowStep>(steps, WindowStep::Window{"about", [](App &app) { app.openAbout(nullptr); }, aboutPanel,
                                               closeAboutPanel, true});
-    add<WindowStep>(steps,
-                    WindowStep::Window{"manual", [](App &app) { app.openManual(nullptr); }, manualWindow, nullptr});
-    add<WindowStep>(
-        steps, WindowStep::Window{"manual-legal", [](App &app) { app.openLegal(nullptr); }, manualWindow, closeManual});
+    add<WindowStep>(steps, WindowStep::Window{"manual", [](App &app) { app.openManual(nullptr); }, manualWindow,
+                                              nullptr, false, manualPage});
+    add<WindowStep>(steps, WindowStep::Window{"manual-legal", [](App &app) { app.openLegal(nullptr); }, manualWindow,
+                                              closeManual, false, manualPage});
     add<ScanAlertStep>(steps);
     return steps;
 }
