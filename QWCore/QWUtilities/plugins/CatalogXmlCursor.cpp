@@ -36,19 +36,21 @@ Byte kindOf(char c)
 constexpr std::pair<std::string_view, char> escapes[] = {{"&amp;", '&'},  {"&lt;", '<'},   {"&gt;", '>'},
                                                          {"&#13;", '\r'}, {"&quot;", '"'}, {"&apos;", '\''}};
 
+/// As writers of property lists have them, present and past.
+constexpr std::string_view documentTypes[] = {
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">",
+    "<!DOCTYPE plist PUBLIC \"-//Apple Computer//DTD PLIST 1.0//EN\" "
+    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">"};
+
 constexpr std::string_view blanks = " \t\n";
 } // namespace
 
 bool CatalogXmlCursor::skipProlog()
 {
-    if (take("<?xml version=\"1.0\" encoding=\"UTF-8\"?>") && take("<!DOCTYPE plist PUBLIC \"")) {
-        // A document type with declarations of its own ("[") is not the usual one.
-        const std::string_view rest(m_at, static_cast<std::size_t>(m_end - m_at));
-        const std::size_t end = rest.find_first_of("[<>");
-        if (end == std::string_view::npos || rest[end] != '>')
-            return false;
-        m_at += end + 1;
-    }
+    if (take("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"))
+        for (const std::string_view type : documentTypes)
+            if (take(type))
+                break;
     return take("<plist version=\"1.0\">");
 }
 
