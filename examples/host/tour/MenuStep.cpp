@@ -13,7 +13,7 @@ namespace demo
 
 namespace
 {
-constexpr int usualLength = 12; // items; a longer submenu hides the window
+constexpr int usualLength = 24; // items; a longer submenu hides the window
 } // namespace
 
 MenuStep::MenuStep(QString name)

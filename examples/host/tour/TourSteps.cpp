@@ -60,8 +60,8 @@ std::vector<std::unique_ptr<TourStep>> makeTourSteps(const Tour &tour)
     std::vector<std::unique_ptr<TourStep>> steps;
     add<SplashStep>(steps, tour);
     add<WindowStep>(steps, WindowStep::Window{"host-empty", nullptr, mainWindow, nullptr});
-    add<MenuStep>(steps, "effects-menu");
     add<EffectStep>(steps, "effect-applied", QStringList{"ZamDelay", "MaFreeverb", "ZamVerb"}, 1);
+    add<MenuStep>(steps, "effects-menu");
     add<EffectStep>(steps, "host", QStringList{"DragonflyHallReverb", "MVerb", "MaFreeverb", "ZamVerb"}, 2);
     add<WindowStep>(steps, WindowStep::Window{"about", [](App &app) { app.openAbout(nullptr); }, aboutPanel,
                                               closeAboutPanel, true});
