@@ -38,7 +38,7 @@ private Q_SLOTS:
 private:
     void _open(const QString &name = "in.wav");
     void _apply(const QVariant &plugIn);
-    void _waitForWork() { QTRY_VERIFY(!m_actions->work().isRunning()); }
+    void _waitForWork() { QTRY_VERIFY_WITH_TIMEOUT(!m_actions->work().isRunning(), 30000); }
 
     std::unique_ptr<FakeSystem> m_system;
     std::unique_ptr<System::Scope> m_scope;
@@ -120,7 +120,7 @@ void tst_SoundActions::effectOfAVSTIsApplied()
 void tst_SoundActions::effectWithoutASoundUsesTheTestTone()
 {
     _apply(QVariant::fromValue(unit));
-    QTRY_COMPARE(m_document->steps().size(), size_t(1));
+    QTRY_COMPARE_WITH_TIMEOUT(m_document->steps().size(), size_t(1), 30000);
     QCOMPARE(m_document->title(), "Test Tone");
 }
 
@@ -178,7 +178,7 @@ void tst_SoundActions::resultIsSavedInTheChosenFormat()
     QCOMPARE(m_system->filePanels.saves.back().suggestedName, "in Echo & Co");
     QCOMPARE(m_system->filePanels.saves.back().requiredFileType, "aiff");
     m_system->filePanels.endSave(platform::FilePanels::OK, path);
-    QTRY_VERIFY(!m_document->isModified());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_document->isModified(), 30000);
     demo::WorkProgress progress;
     QString error;
     const auto saved = demo::SoundFile::read(path, progress, &error);
