@@ -45,6 +45,24 @@ constexpr std::array<bool, 256> makeEscapedBytes()
 }
 constexpr std::array<bool, 256> escapedBytes = makeEscapedBytes();
 constexpr std::size_t longestEscape = 5;
+
+/// Writes @p c as it stands in text; returns where the next byte goes.
+char *put(char *at, char c)
+{
+    if (!escapedBytes[static_cast<unsigned char>(c)]) {
+        *at = c;
+        return at + 1;
+    }
+    const std::string_view escape = escapeOf(c);
+    return std::copy(escape.begin(), escape.end(), at);
+}
+
+char *putEscaped(char *at, const QByteArray &utf8)
+{
+    for (const char c : utf8)
+        at = put(at, c);
+    return at;
+}
 } // namespace
 
 std::string_view CatalogXmlWriter::head()
@@ -117,14 +135,14 @@ void CatalogXmlWriter::setInteger(QLatin1StringView key, qint64 value)
     _put("</integer>\n");
 }
 
-void CatalogXmlWriter::setData(QLatin1StringView key, const QByteArray &value)
+void CatalogXmlWriter::setData(QLatin1StringView key, QByteArrayView value)
 {
     _reserve(entryOverhead + static_cast<std::size_t>(key.size() + value.size() * 2));
     _putKey(key);
     _put("<data>\n");
     for (qsizetype at = 0; at < value.size(); at += dataLine) {
         _put("\t\t");
-        _putBase64(QByteArray::fromRawData(value.constData() + at, std::min(dataLine, value.size() - at)));
+        _putBase64(value.sliced(at, std::min(dataLine, value.size() - at)));
         _put("\n");
     }
     _put("\t\t</data>\n");
@@ -161,42 +179,30 @@ void CatalogXmlWriter::_putKey(QLatin1StringView key)
 /// Room was reserved for the longest form.
 void CatalogXmlWriter::_putEscaped(const QString &text)
 {
-    char *const begin = m_at;
+    char *at = m_at; // a local: bytes written through a member might be the member's own
     for (const QChar character : text) {
         const char16_t code = character.unicode();
         if (code >= 0x80) {
-            m_at = begin;
-            _putBytes(text.toUtf8());
+            m_at = putEscaped(m_at, text.toUtf8());
             return;
         }
-        _putByte(static_cast<char>(code));
+        at = put(at, static_cast<char>(code));
     }
-}
-
-void CatalogXmlWriter::_putBytes(const QByteArray &utf8)
-{
-    for (const char c : utf8)
-        _putByte(c);
-}
-
-void CatalogXmlWriter::_putByte(char c)
-{
-    if (escapedBytes[static_cast<unsigned char>(c)])
-        _put(escapeOf(c));
-    else
-        *m_at++ = c;
+    m_at = at;
 }
 
 /// Room was reserved.
-void CatalogXmlWriter::_putBase64(const QByteArray &data)
+void CatalogXmlWriter::_putBase64(QByteArrayView data)
 {
     static constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    char *out = m_at;
     for (qsizetype at = 0; at < data.size(); at += 3) {
         const auto byte = [&](qsizetype i) { return i < data.size() ? static_cast<unsigned char>(data[i]) : 0u; };
         const unsigned bits = byte(at) << 16 | byte(at + 1) << 8 | byte(at + 2);
-        *m_at++ = digits[bits >> 18];
-        *m_at++ = digits[bits >> 12 & 63];
-        *m_at++ = at + 1 < data.size() ? digits[bits >> 6 & 63] : '=';
-        *m_at++ = at + 2 < data.size() ? digits[bits & 63] : '=';
+        *out++ = digits[bits >> 18];
+        *out++ = digits[bits >> 12 & 63];
+        *out++ = at + 1 < data.size() ? digits[bits >> 6 & 63] : '=';
+        *out++ = at + 2 < data.size() ? digits[bits & 63] : '=';
     }
+    m_at = out;
 }

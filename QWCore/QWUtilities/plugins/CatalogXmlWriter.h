@@ -34,7 +34,7 @@ public:
     void setString(QLatin1StringView key, const QString &value) override;
     void setBoolean(QLatin1StringView key, bool value) override;
     void setInteger(QLatin1StringView key, qint64 value) override;
-    void setData(QLatin1StringView key, const QByteArray &value) override;
+    void setData(QLatin1StringView key, QByteArrayView value) override;
 
 private:
     void _reserve(std::size_t bytes);
@@ -43,9 +43,7 @@ private:
     void _put(const char (&text)[Size]);
     void _putKey(QLatin1StringView key);
     void _putEscaped(const QString &text);
-    void _putBytes(const QByteArray &utf8);
-    void _putByte(char c);
-    void _putBase64(const QByteArray &data);
+    void _putBase64(QByteArrayView data);
 
     std::unique_ptr<char[]> m_begin;
     char *m_at = nullptr;

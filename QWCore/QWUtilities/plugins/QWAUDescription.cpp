@@ -86,7 +86,7 @@ bool QWAUDescription::loadInfo()
 
 void QWAUDescription::writeState(QWStateWriter &writer) const
 {
-    writer.setData(QLatin1StringView("componentDescription"), m_componentDescription.state());
+    writer.setData(QLatin1StringView("componentDescription"), m_componentDescription.stateBytes());
     writeIfSet(writer, "identifier", m_identifier);
     writer.setBoolean(QLatin1StringView("ignore"), ignore());
     writeIfSet(writer, "manufacturer", m_manufacturer);
