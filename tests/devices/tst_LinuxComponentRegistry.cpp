@@ -149,6 +149,21 @@ private slots:
         QCOMPARE(QString::fromUtf8(pascal.mid(1)), name);
     }
 
+    void onlyOneColonDividesAuthorAndName()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        const QString pages = disk.installLv2("Good") + "/plugin.ttl";
+        QFile file(pages);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll().replace("Test Good", "Matrix: MS to Stereo");
+        file.close();
+        QVERIFY(QFile::remove(pages)); // may be a link into the build folder
+        PluginDisk::write(pages, text);
+        LinuxComponentRegistry registry(locations);
+        QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Quorwell Tests: Matrix - MS to Stereo"});
+    }
+
     void changesAreSeenAtTheNextQuestion()
     {
         const PluginDisk disk;

@@ -35,11 +35,19 @@ QStringList watchedPaths(const QString &path)
     return isLv2(path) ? QStringList{path, path + "/manifest.ttl"} : ComponentBundle::watchedPaths(path);
 }
 
+/// "Author: Name", the registry's custom. The colon and blank between them is the only one, so that readers can split
+/// it: one inside ("Matrix: MS to Stereo") becomes a dash.
+QString registryName(const QString &author, const QString &name)
+{
+    const auto dashed = [](QString text) -> QString { return text.replace(": ", " - "); };
+    return author.isEmpty() ? dashed(name) : QString(dashed(author) + ": " + dashed(name));
+}
+
 InstalledComponent installed(const Lv2Description &plugin)
 {
     InstalledComponent component;
     component.component.type = plugin.type;
-    component.name = (plugin.author.isEmpty() ? plugin.name : QString(plugin.author + ": " + plugin.name)).toUtf8();
+    component.name = registryName(plugin.author, plugin.name).toUtf8();
     component.author = plugin.author;
     component.uri = plugin.uri;
     return component;

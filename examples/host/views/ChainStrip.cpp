@@ -11,7 +11,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTimer>
 
 namespace demo
 {
@@ -85,11 +84,19 @@ void ChainStrip::show(const AudioDocument &document, int station)
     m_layout->addWidget(makeArrow(m_row));
     m_layout->addWidget(m_add);
     m_layout->addStretch(1);
+    _place();
     if (QAbstractButton *shown = m_group->button(station)) {
         shown->setChecked(true);
-        // After the layout has placed the new chips.
-        QTimer::singleShot(0, this, [this] { ensureWidgetVisible(m_add); });
+        ensureWidgetVisible(m_add);
     }
+}
+
+// A layout shows what was added to it only in the next turn of the event loop; the strip would flicker.
+void ChainStrip::_place()
+{
+    for (QWidget *station : m_row->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+        station->show();
+    m_layout->activate();
 }
 
 } // namespace demo

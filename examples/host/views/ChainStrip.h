@@ -32,6 +32,7 @@ Q_SIGNALS:
 
 private:
     void _clear();
+    void _place();
     void _addChip(const QString &icon, const QString &title, const QString &note);
 
     QWidget *m_row;
