@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWUtilities/plugins/FolderEntries.h>
+#include <QWPlatform/appkit/Selector.h>
 #include <QWUtilities/plugins/PluginCatalog.h>
 #include <QWUtilities/plugins/PluginValidation.h>
 
@@ -13,11 +14,6 @@
 
 class QMenu;
 class QObject;
-
-namespace platform
-{
-class Selector;
-}
 
 /// Catalog of the installed VST plug-ins. Main thread only; validate() blocks until every new bundle was tried.
 class QWUTILITIES_EXPORT QWVSTManager
