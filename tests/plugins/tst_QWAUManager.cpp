@@ -79,6 +79,7 @@ private Q_SLOTS:
     void identifierFallsBack();
     void bundlesThatTellNothingAreSkipped_data();
     void bundlesThatTellNothingAreSkipped();
+    void componentFolderWithoutPermissionAddsNothing();
     void shippedGraylistWarns();
     void graylistedUnitCanBeIgnored();
     void graylistedUnitCanBeUsed();
@@ -91,6 +92,7 @@ private Q_SLOTS:
     void otherKeysDoNotSkip();
     void skipKeyIsSampledOncePerNewUnit();
     void exceptionsAreNotReportedDuringTheScan();
+    void scanGoesOnAfterOneThatAnExceptionEnded();
     void menusGroupByManufacturerInTitleOrder();
     void menusLeaveOutIgnoredAndPlayers();
     void emptyCatalogGivesEmptyMenus();
@@ -380,7 +382,6 @@ void tst_QWAUManager::unchangedMachineWritesNothing()
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = acceptingValidator(system, auHandOff);
     QWAUManager().validate();
-    const QFileInfo before(system.real(auDatabase));
     system.writeFile(auDatabase, *system.readFile(auDatabase) + " "); // would be gone after a save
     QWAUManager manager;
     manager.validate();
@@ -506,6 +507,20 @@ void tst_QWAUManager::bundlesThatTellNothingAreSkipped()
     System::Scope current(system);
     addComponentBundle(system, path, {{"CFBundleIdentifier", "com.acme.delay"}}, resources);
     QCOMPARE(scannedIdentifier(system), "none");
+}
+
+void tst_QWAUManager::componentFolderWithoutPermissionAddsNothing()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    const QString folder = "/Library/Audio/Plug-Ins/Components";
+    addComponentBundle(system, folder + "/A.component", {{"CFBundleIdentifier", "com.acme.delay"}});
+    QVERIFY(setForbidden(system, folder, true));
+    system.makeDirectory("~/Library/Application Support/Quorwell");
+    const OrdinaryUser user(system);
+    QVERIFY(user.isReady);
+    QCOMPARE(scannedIdentifier(system), "none");
+    QVERIFY(system.alerts.shown.isEmpty());
 }
 
 void tst_QWAUManager::shippedGraylistWarns()
@@ -699,6 +714,25 @@ void tst_QWAUManager::exceptionsAreNotReportedDuringTheScan()
     QWAUManager().validate();
     QVERIFY(!handledDuringScan);
     QVERIFY(application->handlesExceptions());
+}
+
+void tst_QWAUManager::scanGoesOnAfterOneThatAnExceptionEnded()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.components.add("aufx", "Aaaa", "Acme", "Acme: A");
+    system.processes.handler = [](const ChildProcessRequest &) -> ChildProcessResult { throw std::bad_alloc(); };
+    QWAUManager manager;
+    QVERIFY_EXCEPTION_THROWN(manager.validate(), std::bad_alloc);
+    QVERIFY(QWApplication::sharedApplication()->handlesExceptions());
+    // Installed in between, with the bundle that tells its identifier.
+    addComponentBundle(system, "/Library/Audio/Plug-Ins/Components/D.component",
+                       {{"CFBundleIdentifier", "com.acme.delay"}});
+    system.components.add("aufx", "Dlay", "Acme", "Acme: D");
+    system.processes.handler = acceptingValidator(system, auHandOff);
+    manager.validate();
+    QCOMPARE(namesOf(manager), (QStringList{"A", "D"}));
+    QCOMPARE(manager.database().back()->identifier(), "com.acme.delay");
 }
 
 void tst_QWAUManager::menusGroupByManufacturerInTitleOrder()

@@ -11,6 +11,7 @@
 #include <QWPlatform/foundation/PropertyList.h>
 
 #include <QMenu>
+#include <QScopeGuard>
 #include <QSet>
 
 using platform::fourCharCode;
@@ -68,12 +69,12 @@ QWAUManager::~QWAUManager() = default;
 void QWAUManager::validate()
 {
     const PluginValidation::Scan scan(audioUnitFormat);
+    const auto forgetIdentifiers = qScopeGuard([this] { m_identifiers.reset(); });
     const auto installed = installedUnits();
     _dropStaleRecords(installed);
     for (const QWComponentDescription &unit : installed)
         if (!_descriptionWithComponentDescription(unit))
             _addNewUnit(unit);
-    m_identifiers.reset();
 }
 
 void QWAUManager::_dropStaleRecords(const std::vector<QWComponentDescription> &installed)

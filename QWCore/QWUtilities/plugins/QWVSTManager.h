@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QWUtilities/plugins/FolderEntries.h>
 #include <QWPlatform/appkit/Selector.h>
+#include <QWUtilities/plugins/FolderEntries.h>
 #include <QWUtilities/plugins/PluginCatalog.h>
 #include <QWUtilities/plugins/PluginValidation.h>
 
@@ -43,8 +43,10 @@ private:
         static const QString &of(const QWVSTDescription &record) { return record.path(); }
     };
 
+    using OpenFolders = std::vector<FolderEntries::Identity>; ///< Outermost first: a link may lead back.
+
     void _dropStaleRecords();
-    void _loadDescriptionsForDirectory(const QString &folder);
+    void _loadDescriptionsForDirectory(const QString &folder, OpenFolders &open);
     static bool _isFolder(const QString &path, FolderEntries::Kind kind);
     void _addNewBundle(const QString &path, const QString &entryName);
     void _saveDatabase();
@@ -57,5 +59,4 @@ private:
     PluginCatalog<QWVSTDescription, PathKey> m_catalog;
     std::optional<QSet<QString>> m_graylist; ///< Bundle identifiers, read at first use: the bundle of a subclass is
                                              ///< not known earlier.
-    std::vector<FolderEntries::Identity> m_openFolders; ///< Those being walked, outermost first: a link may lead back.
 };
