@@ -38,6 +38,23 @@ bool isTypingText()
     return focus && focus->inputMethodQuery(Qt::ImEnabled).toBool();
 }
 
+bool isWithin(const QWidget *inner, const QWidget &outer)
+{
+    while (inner && inner != &outer)
+        inner = inner->parentWidget();
+    return inner;
+}
+
+/// Whether a modal panel, or a sheet on the window, keeps the user from it.
+bool isBlocked(const QWidget &window)
+{
+    const QWidgetList panels = QApplication::topLevelWidgets();
+    return std::any_of(panels.begin(), panels.end(), [&](const QWidget *panel) {
+        const bool reaches = panel->windowModality() == Qt::ApplicationModal || isWithin(panel, window);
+        return panel->isVisible() && panel->isModal() && reaches && !isWithin(&window, *panel);
+    });
+}
+
 bool performItem(MenuItem &item, const QKeyEvent &event)
 {
     if (!item.isVisible() || !item.matches(event) || !item.validate())
@@ -50,7 +67,8 @@ bool performItem(MenuItem &item, const QKeyEvent &event)
 bool performFirst(const QList<QAction *> &actions, const QKeyEvent &event)
 {
     for (QAction *const action : actions) {
-        if (QMenu *const submenu = action->menu(); submenu && performKeyEquivalent(*submenu, event))
+        QMenu *const submenu = action->isEnabled() ? action->menu() : nullptr;
+        if (submenu && performKeyEquivalent(*submenu, event))
             return true;
         auto *const item = qobject_cast<MenuItem *>(action);
         if (item && performItem(*item, event))
@@ -199,7 +217,8 @@ QString shownTitle(const QString &title)
 bool performKeyEquivalent(const QKeyEvent &event)
 {
     QMenuBar *const bar = mainMenuBar();
-    return bar && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), event);
+    const bool isReachable = bar && !isBlocked(*bar->window());
+    return isReachable && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), event);
 }
 
 bool performKeyEquivalent(QMenu &menu, const QKeyEvent &event)
