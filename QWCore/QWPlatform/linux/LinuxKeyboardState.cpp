@@ -9,9 +9,11 @@
 #include <memory>
 #include <xcb/xcb.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// Qt's own connection to the X server, or null on other window systems.
 xcb_connection_t *xConnection()
 {
@@ -34,13 +36,14 @@ KeyMap askServer(xcb_connection_t *connection)
 }
 } // namespace
 
-LinuxKeyboardState::LinuxKeyboardState()
+LinuxKeyboardState::LinuxKeyboardState() = default;
+LinuxKeyboardState::~LinuxKeyboardState() = default;
+
+void LinuxKeyboardState::startWatching()
 {
-    if (QCoreApplication::instance() && !xConnection())
+    if (!xConnection())
         _heldKeys();
 }
-
-LinuxKeyboardState::~LinuxKeyboardState() = default;
 
 KeyMap LinuxKeyboardState::keyMap()
 {
