@@ -325,6 +325,6 @@ int main(int argc, char **argv)
     Host application(argc, argv);
     tst_QWSplashScreen test;
     QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
+    return qwtest::run(test, argc, argv);
 }
 #include "tst_QWSplashScreen.moc"

@@ -9,9 +9,11 @@
 #include <QScreen>
 #include <QStyle>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 constexpr int fadeMilliseconds = 200;
 
 QScreen *screenOfUser()
@@ -19,6 +21,7 @@ QScreen *screenOfUser()
     QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
     return screen ? screen : QGuiApplication::primaryScreen();
 }
+
 QBitmap roundedMask(const QSize &size)
 {
     QBitmap mask(size);

@@ -31,7 +31,8 @@ using platform::formatted;
 using platform::localized;
 using platform::System;
 
-namespace {
+namespace
+{
 Q_LOGGING_CATEGORY(manualLog, "quorwell.manual")
 
 constexpr int barSteps = 1000; ///< Of the whole progress bar.
