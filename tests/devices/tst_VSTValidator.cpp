@@ -2,7 +2,8 @@
 
 #include <QWPlatform/foundation/PropertyList.h>
 
-namespace {
+namespace
+{
 constexpr auto validator = QW_VST_VALIDATOR;
 
 /// The hand-off file's dictionary; empty when there is none.
@@ -74,7 +75,7 @@ private slots:
         const PluginDisk disk;
         const auto run = disk.run(validator, {"--watchdog", "0.2", disk.installVst("Hanging")});
         QCOMPARE(run.status, 3);
-        QVERIFY(run.errors.contains("The plug-in hangs (opening)."));
+        QVERIFY2(run.errors.endsWith(": The plug-in hangs (opening).\n"), run.errors.constData());
         QVERIFY(!hasHandOff(disk));
     }
 
@@ -84,6 +85,29 @@ private slots:
         PluginDisk::write(disk.home() + "/Library/Preferences/com.quorwell.validators.plist",
                           "<plist version=\"1.0\"><dict><key>QWValidatorWatchdog</key><real>0.2</real></dict></plist>");
         QCOMPARE(disk.run(validator, {disk.installVst("Hanging")}).status, 3);
+    }
+
+    void patienceMayBeAsLongAsAnyNumber_data()
+    {
+        QTest::addColumn<QString>("seconds");
+        for (const char *seconds : {"1e10", "1e300"})
+            QTest::newRow(seconds) << seconds;
+    }
+
+    void patienceMayBeAsLongAsAnyNumber()
+    {
+        QFETCH(QString, seconds);
+        const PluginDisk disk;
+        const auto run = disk.run(validator, {"--watchdog", seconds, disk.installVst("Good")});
+        QVERIFY2(run.status == 0 && hasHandOff(disk), run.errors.constData());
+    }
+
+    void failureNamesTheBundle()
+    {
+        const PluginDisk disk;
+        const auto run = disk.run(validator, {"/nowhere/Für X.vst"});
+        QCOMPARE(run.errors,
+                 QByteArray("VST Validator: /nowhere/Für X.vst: The bundle holds no library for this machine.\n"));
     }
 
     void libraryCutShortLeavesNothing()

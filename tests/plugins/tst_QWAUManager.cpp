@@ -13,7 +13,8 @@ using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
 using platform::System;
 
-namespace {
+namespace
+{
 /// A host's own catalog: its graylist lies in the bundle of this program.
 class HostsManager : public QWAUManager
 {
@@ -84,6 +85,7 @@ private Q_SLOTS:
     void graylistedUnitCanBeIgnored();
     void graylistedUnitCanBeUsed();
     void graylistComparesSubtypeAndManufacturerOnly();
+    void graylistNumbersMayBeReal();
     void firstGraylistEntryWins();
     void oddGraylistsAreHarmless_data();
     void oddGraylistsAreHarmless();
@@ -411,7 +413,8 @@ void tst_QWAUManager::changedDatabaseBehindTheBackIsRewritten()
     QCOMPARE(*system.readFile(auDatabase), platform::PropertyList::toXml(states));
 }
 
-namespace {
+namespace
+{
 void addComponentBundle(const FakeSystem &system, const QString &path, const QVariantMap &info,
                         const QByteArray &resources = resourceFileBytes())
 {
@@ -589,6 +592,24 @@ void tst_QWAUManager::graylistComparesSubtypeAndManufacturerOnly()
     QCOMPARE(system.alerts.shown.size(), 2);
     QVERIFY(system.alerts.shown[0].contains("'High Codes'"));
     QVERIFY(system.alerts.shown[1].contains("'Known Delay'"));
+}
+
+void tst_QWAUManager::graylistNumbersMayBeReal()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    QVariantMap fraction = graylistEntry("Dlay", "Acme", "Fraction");
+    fraction["subtype"] = fraction["subtype"].toDouble() + 0.75; // its whole part counts
+    QVariantMap huge = graylistEntry("Revb", "Acme", "Huge");
+    huge["subtype"] = 1e300;
+    writeOwnGraylist(platform::PropertyList::toXml(QVariantList{huge, fraction}));
+    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+    system.components.add("aufx", "Revb", "Acme", "Acme: Reverb");
+    system.components.add({platform::fourCharCode("aufx"), 0, platform::fourCharCode("Acme"), 0, 0}, "Acme: Zero");
+    system.processes.handler = acceptingValidator(system, auHandOff);
+    HostsManager().validate();
+    QCOMPARE(system.alerts.shown.size(), 1);
+    QVERIFY(system.alerts.shown[0].contains("'Fraction'"));
 }
 
 void tst_QWAUManager::firstGraylistEntryWins()

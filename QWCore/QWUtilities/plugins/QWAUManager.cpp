@@ -14,6 +14,9 @@
 #include <QScopeGuard>
 #include <QSet>
 
+#include <cmath>
+#include <limits>
+
 using platform::fourCharCode;
 using platform::localized;
 
@@ -42,8 +45,11 @@ std::optional<qint32> signedWord(const QVariant &value)
     switch (value.typeId()) {
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
-    case QMetaType::Double:
         return static_cast<qint32>(value.toLongLong());
+    case QMetaType::Double:
+        if (const double number = value.toDouble(); std::abs(number) <= std::numeric_limits<quint32>::max())
+            return static_cast<qint32>(static_cast<qint64>(number));
+        return std::nullopt;
     default:
         return std::nullopt;
     }
