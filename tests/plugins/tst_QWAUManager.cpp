@@ -65,6 +65,7 @@ private Q_SLOTS:
     void handOffIsAppliedAndDeleted();
     void handOffThatIsNoDictionaryCountsAsSuccess_data();
     void handOffThatIsNoDictionaryCountsAsSuccess();
+    void handOffWithoutPermissionCountsAsSuccessAndIsDeleted();
     void handOffMayIgnoreTheUnit();
     void handOffMayNameAnotherUnit();
     void staleHandOffIsTakenForTheNextUnit();
@@ -76,12 +77,15 @@ private Q_SLOTS:
     void changedDatabaseBehindTheBackIsRewritten();
     void identifierComesFromTheResourceFile();
     void identifierOfTheUsersFolderWins();
+    void firstOfTwoIdentifiersIsTaken();
     void identifierFallsBack_data();
     void identifierFallsBack();
     void bundlesThatTellNothingAreSkipped_data();
     void bundlesThatTellNothingAreSkipped();
     void componentFolderWithoutPermissionAddsNothing();
     void shippedGraylistWarns();
+    void hostWithoutGraylistHasNone();
+    void alertsComeBeforeTheSaves();
     void graylistedUnitCanBeIgnored();
     void graylistedUnitCanBeUsed();
     void graylistComparesSubtypeAndManufacturerOnly();
@@ -266,6 +270,22 @@ void tst_QWAUManager::handOffThatIsNoDictionaryCountsAsSuccess()
     QCOMPARE(manager.database().front()->name(), "Delay");
     QVERIFY(!manager.database().front()->ignore());
     QVERIFY(!system.readFile(auHandOff));
+    QVERIFY(system.alerts.shown.isEmpty());
+}
+
+void tst_QWAUManager::handOffWithoutPermissionCountsAsSuccessAndIsDeleted()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+    system.writePropertyList(auHandOff, QVariantMap{{"ignore", true}});
+    QVERIFY(setForbidden(system, auHandOff, true));
+    const OrdinaryUser user(system);
+    QVERIFY(user.isReady);
+    QWAUManager manager; // its validator does nothing
+    manager.validate();
+    QVERIFY(!manager.database().front()->ignore());
+    QVERIFY(!QFileInfo::exists(system.real(auHandOff)));
     QVERIFY(system.alerts.shown.isEmpty());
 }
 
@@ -466,6 +486,17 @@ void tst_QWAUManager::identifierOfTheUsersFolderWins()
     QCOMPARE(scannedIdentifier(turned), "none");
 }
 
+void tst_QWAUManager::firstOfTwoIdentifiersIsTaken()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    const QString folder = "/Library/Audio/Plug-Ins/Components";
+    addComponentBundle(system, folder + "/A.component", {{"CFBundleIdentifier", "com.acme.b"}});
+    addComponentBundle(system, folder + "/B.component", {{"CFBundleIdentifier", "com.acme.a"}});
+    addComponentBundle(system, folder + "/C.component", {{"CFBundleIdentifier", "com.acme.c"}});
+    QCOMPARE(scannedIdentifier(system), "com.acme.a");
+}
+
 void tst_QWAUManager::identifierFallsBack_data()
 {
     QTest::addColumn<QVariantMap>("info");
@@ -540,6 +571,38 @@ void tst_QWAUManager::shippedGraylistWarns()
              "Would you like to ignore this Audio Unit or would you like to continue to validate it and use it?");
     QCOMPARE(system.alerts.alerts.front().buttons, (QStringList{"Ignore", "Use"}));
     QVERIFY(system.processes.runs.empty());
+}
+
+void tst_QWAUManager::hostWithoutGraylistHasNone()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.components.add("aufx", "wbDl", "Glmf", "Glimmerfrog: Own Name"); // on the framework's own list
+    system.processes.handler = acceptingValidator(system, auHandOff);
+    HostsManager().validate();
+    QVERIFY(system.alerts.shown.isEmpty());
+    QCOMPARE(system.processes.runs.size(), std::size_t(1));
+}
+
+void tst_QWAUManager::alertsComeBeforeTheSaves()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    writeOwnGraylist(platform::PropertyList::toXml(QVariantList{graylistEntry("Dlay", "Acme", "Known Delay")}));
+    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+    system.alerts.answerWith({"Use"});
+    QList<QVariantList> savedWhileShown;
+    system.alerts.whileShown = [&] { savedWhileShown.append(system.readPropertyList(auDatabase).toList()); };
+    QList<int> keyboardAskedWhileTried;
+    system.processes.handler = [&](const ChildProcessRequest &) {
+        keyboardAskedWhileTried.append(system.keyboard.asked);
+        return ChildProcessResult{};
+    };
+    HostsManager().validate();
+    QCOMPARE(savedWhileShown.size(), 2);
+    QVERIFY(savedWhileShown[0].isEmpty());                                   // the question, before the record is kept
+    QCOMPARE(savedWhileShown[1].front().toMap()["ignore"], QVariant(false)); // the failure, before it counts
+    QCOMPARE(keyboardAskedWhileTried, QList<int>{1});
 }
 
 void tst_QWAUManager::graylistedUnitCanBeIgnored()

@@ -120,6 +120,7 @@ private Q_SLOTS:
     void vanishedBundleIsForgotten();
     void unchangedMachineWritesNothing();
     void shippedGraylistWarns();
+    void hostWithoutGraylistHasNone();
     void graylistedBundleCanBeIgnoredOrUsed_data();
     void graylistedBundleCanBeIgnoredOrUsed();
     void oddGraylistsAreHarmless_data();
@@ -196,8 +197,8 @@ void tst_QWVSTManager::walksBothFoldersAtAnyDepth()
 {
     FakeSystem system;
     System::Scope current(system);
-    const QStringList paths{systemFolder + "/Echo.vst", systemFolder + "/Acme/Delays/Tape/Deep.vst", userFolder + "/Echo.vst",
-                            userFolder + "/Acme/Other.vst"};
+    const QStringList paths{systemFolder + "/Echo.vst", systemFolder + "/Acme/Delays/Tape/Deep.vst",
+                            userFolder + "/Echo.vst", userFolder + "/Acme/Other.vst"};
     for (const QString &path : paths)
         system.addVSTBundle(path);
     system.processes.handler = acceptingValidator(system, vstHandOff);
@@ -270,7 +271,8 @@ void tst_QWVSTManager::linksAreFollowedButNeverInCircles()
     system.processes.handler = acceptingValidator(system, vstHandOff);
     QWVSTManager manager;
     manager.validate();
-    QCOMPARE(sorted(pathsOf(manager)), (QStringList{systemFolder + "/Folder/Inside.vst", systemFolder + "/Linked.vst"}));
+    QCOMPARE(sorted(pathsOf(manager)),
+             (QStringList{systemFolder + "/Folder/Inside.vst", systemFolder + "/Linked.vst"}));
 }
 
 void tst_QWVSTManager::foldersThatCannotBeReadAreSkipped()
@@ -366,7 +368,8 @@ void tst_QWVSTManager::oddNamesGoAllTheWay()
 {
     FakeSystem system;
     System::Scope current(system);
-    const QStringList names{"A & B", "a:b", "🎛", "שלום", QString(60, QChar(0x20AC)), "x\x01y\rz", "tab\tnew\nline", "<i>&amp;<i>"};
+    const QStringList names{"A & B",          "a:b",        "🎛", "שלום", QString(60, QChar(0x20AC)), "x\x01y\rz",
+                            "tab\tnew\nline", "<i>&amp;<i>"};
     for (const QString &name : names)
         system.addVSTBundle(systemFolder + '/' + name + ".vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
@@ -387,8 +390,9 @@ void tst_QWVSTManager::validatorGetsTheExpandedPath()
     system.processes.handler = acceptingValidator(system, vstHandOff);
     QWVSTManager().validate();
     const ChildProcessRequest &run = system.processes.runs.at(0);
-    QVERIFY2(run.launchPath.endsWith("/QWUtilities.framework/Versions/A/VST Validator.app/Contents/MacOS/VST Validator"),
-             qPrintable(run.launchPath));
+    QVERIFY2(
+        run.launchPath.endsWith("/QWUtilities.framework/Versions/A/VST Validator.app/Contents/MacOS/VST Validator"),
+        qPrintable(run.launchPath));
     QCOMPARE(run.arguments, QStringList{system.real(userFolder + "/A b.vst")});
 }
 
@@ -490,7 +494,8 @@ void tst_QWVSTManager::changedBundleIsTriedAgainAndMovesToTheEnd()
     }
     touch(system, systemFolder + "/A.vst", 500'000'000);
     manager.validate();
-    QCOMPARE(pathsOf(manager), (QStringList{systemFolder + "/B.vst", systemFolder + "/C.vst", systemFolder + "/A.vst"}));
+    QCOMPARE(pathsOf(manager),
+             (QStringList{systemFolder + "/B.vst", systemFolder + "/C.vst", systemFolder + "/A.vst"}));
     QCOMPARE(pathsOf(QWVSTManager()), pathsOf(manager));
     QCOMPARE(system.processes.runs.size(), std::size_t(4));
 }
@@ -552,6 +557,17 @@ void tst_QWVSTManager::shippedGraylistWarns()
     QCOMPARE(system.alerts.alerts.front().informativeText,
              "Would you like to ignore this VST or would you like to continue to validate it and use it?");
     QCOMPARE(system.alerts.alerts.front().buttons, (QStringList{"Ignore", "Use"}));
+}
+
+void tst_QWVSTManager::hostWithoutGraylistHasNone()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.addVSTBundle(systemFolder + "/Own Name.vst", "com.glimmerfrog.wobbledelay"); // on the framework's own list
+    system.processes.handler = acceptingValidator(system, vstHandOff);
+    HostsManager().validate();
+    QVERIFY(system.alerts.shown.isEmpty());
+    QCOMPARE(system.processes.runs.size(), std::size_t(1));
 }
 
 void tst_QWVSTManager::graylistedBundleCanBeIgnoredOrUsed_data()
@@ -680,7 +696,8 @@ void tst_QWVSTManager::menuMirrorsTheFolders_data()
     QTest::newRow("folder before the plug-in of its name")
         << QStringList{s + "Acme/Echo.vst", s + "Acme.vst", s + "Acme/B.vst"} << "Acme [B, Echo], Acme";
     QTest::newRow("deeper plug-in in the way") << QStringList{s + "A/B.vst", s + "A/B/C.vst"} << "A [B]";
-    QTest::newRow("case tells folders apart") << QStringList{s + "acme/A.vst", s + "ACME/B.vst"} << "acme [A], ACME [B]";
+    QTest::newRow("case tells folders apart")
+        << QStringList{s + "acme/A.vst", s + "ACME/B.vst"} << "acme [A], ACME [B]";
     QTest::newRow("same name twice") << QStringList{s + "Echo.vst", u + "Echo.vst"} << "Echo, Echo";
     QTest::newRow("ampersands") << QStringList{s + "R & B/A & C.vst"} << "R & B [A & C]";
 }
