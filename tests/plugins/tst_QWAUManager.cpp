@@ -68,6 +68,7 @@ private Q_SLOTS:
     void handOffWithoutPermissionCountsAsSuccessAndIsDeleted();
     void handOffMayIgnoreTheUnit();
     void handOffMayNameAnotherUnit();
+    void hostMayGiveARecordAnotherUnit();
     void staleHandOffIsTakenForTheNextUnit();
     void unitThatFailsIsTriedOnceAndLeftOutOfMenus_data();
     void unitThatFailsIsTriedOnceAndLeftOutOfMenus();
@@ -313,6 +314,22 @@ void tst_QWAUManager::handOffMayNameAnotherUnit()
     manager.validate(); // the record is not that of an installed unit, and the unit has none
     QCOMPARE(system.processes.runs.size(), std::size_t(2));
     QCOMPARE(manager.database().size(), std::size_t(1));
+}
+
+void tst_QWAUManager::hostMayGiveARecordAnotherUnit()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+    system.processes.handler = acceptingValidator(system, auHandOff);
+    QWAUManager manager;
+    manager.validate();
+    const auto other = system.components.add("aufx", "Revb", "Acme", "Acme: Reverb");
+    manager.database().front()->setComponentDescription(QWComponentDescription(other));
+    manager.validate(); // the first unit has no record now, and the other one has
+    QCOMPARE(system.processes.runs.size(), std::size_t(2));
+    QCOMPARE(system.processes.runs.back().arguments, system.processes.runs.front().arguments);
+    QCOMPARE(manager.database().size(), std::size_t(2));
 }
 
 void tst_QWAUManager::staleHandOffIsTakenForTheNextUnit()
