@@ -4,12 +4,13 @@
 
 #include <QWPlatform/appkit/MenuItem.h>
 
-#include <QDirIterator>
 #include <QFile>
 #include <QMenu>
 #include <QObject>
 
+#include <linux/capability.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 inline const QString auDatabase = "~/Library/Application Support/Quorwell/au_db.plist";
@@ -65,25 +66,22 @@ inline auto acceptingValidator(const FakeSystem &system, const QString &path, co
     };
 }
 
-/// While it lives, the program runs as a user who owns the disk of @p system but may not do everything, as root may.
+/// While it lives, permissions count for this thread as for anyone; root may otherwise do everything.
 class OrdinaryUser
 {
 public:
-    explicit OrdinaryUser(const FakeSystem &system)
+    OrdinaryUser()
     {
-        const QString disk = QFileInfo(system.real("~")).path();
-        QDirIterator entries(disk, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
-                             QDirIterator::Subdirectories);
-        isReady = _hand(disk);
-        while (entries.hasNext())
-            isReady = _hand(entries.next()) && isReady;
-        isReady = ::seteuid(nobody) == 0 && isReady;
+        m_isKnown = ::syscall(SYS_capget, &m_header, m_before) == 0;
+        __user_cap_data_struct less[] = {m_before[0], m_before[1]};
+        less[0].effective &= ~(CAP_TO_MASK(CAP_DAC_OVERRIDE) | CAP_TO_MASK(CAP_DAC_READ_SEARCH));
+        isReady = m_isKnown && ::syscall(SYS_capset, &m_header, less) == 0;
     }
 
     ~OrdinaryUser()
     {
-        if (::seteuid(m_before) != 0)
-            qFatal("The test's own user cannot be restored");
+        if (m_isKnown && ::syscall(SYS_capset, &m_header, m_before) != 0)
+            qFatal("What root may do cannot be restored");
     }
 
     OrdinaryUser(const OrdinaryUser &) = delete;
@@ -92,13 +90,9 @@ public:
     bool isReady = false;
 
 private:
-    bool _hand(const QString &path) const
-    {
-        return m_before != 0 || ::lchown(QFile::encodeName(path).constData(), nobody, static_cast<gid_t>(-1)) == 0;
-    }
-
-    const uid_t m_before = ::geteuid();
-    const uid_t nobody = m_before == 0 ? 65534 : m_before;
+    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct m_before[2] = {};
+    bool m_isKnown = false;
 };
 
 /// Takes away or gives back every permission for the file or folder at @p path of @p system.

@@ -281,7 +281,7 @@ void tst_QWAUManager::handOffWithoutPermissionCountsAsSuccessAndIsDeleted()
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.writePropertyList(auHandOff, QVariantMap{{"ignore", true}});
     QVERIFY(setForbidden(system, auHandOff, true));
-    const OrdinaryUser user(system);
+    const OrdinaryUser user;
     QVERIFY(user.isReady);
     QWAUManager manager; // its validator does nothing
     manager.validate();
@@ -567,8 +567,7 @@ void tst_QWAUManager::componentFolderWithoutPermissionAddsNothing()
     const QString folder = "/Library/Audio/Plug-Ins/Components";
     addComponentBundle(system, folder + "/A.component", {{"CFBundleIdentifier", "com.acme.delay"}});
     QVERIFY(setForbidden(system, folder, true));
-    system.makeDirectory("~/Library/Application Support/Quorwell");
-    const OrdinaryUser user(system);
+    const OrdinaryUser user;
     QVERIFY(user.isReady);
     QCOMPARE(scannedIdentifier(system), "none");
     QVERIFY(system.alerts.shown.isEmpty());

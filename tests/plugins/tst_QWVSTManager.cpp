@@ -299,7 +299,7 @@ void tst_QWVSTManager::foldersWithoutPermissionAreSkipped()
     system.processes.handler = acceptingValidator(system, vstHandOff);
     QWVSTManager manager;
     {
-        const OrdinaryUser user(system);
+        const OrdinaryUser user;
         QVERIFY(user.isReady);
         manager.validate();
         QCOMPARE(pathsOf(manager), QStringList{systemFolder + "/Open/Seen.vst"});
@@ -320,7 +320,7 @@ void tst_QWVSTManager::bundleWithoutPermissionIsAPlugin()
     system.addVSTBundle(systemFolder + "/Echo.vst", "com.acme.echo");
     QVERIFY(setForbidden(system, systemFolder + "/Echo.vst", true));
     HostsManager manager; // the validator, which cannot read it either, leaves nothing
-    const OrdinaryUser user(system);
+    const OrdinaryUser user;
     QVERIFY(user.isReady);
     manager.validate();
     manager.validate();
@@ -338,7 +338,7 @@ void tst_QWVSTManager::databaseWithoutPermissionIsAnEmptyCatalogAndStays()
     QVERIFY(setForbidden(system, vstDatabase, true));
     system.processes.handler = acceptingValidator(system, vstHandOff);
     {
-        const OrdinaryUser user(system);
+        const OrdinaryUser user;
         QVERIFY(user.isReady);
         QWVSTManager manager;
         QVERIFY(manager.database().empty());
