@@ -21,7 +21,8 @@ extern char **environ;
 using platform::ChildProcessRequest;
 using platform::System;
 
-namespace {
+namespace
+{
 constexpr int folderCount = 50;
 constexpr int bundlesAFolder = 20;
 
