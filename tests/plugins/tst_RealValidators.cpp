@@ -1,3 +1,4 @@
+#include "MenuTestSupport.h"
 #include "PluginTestSupport.h"
 #include "fakes/QWTestMain.h"
 
