@@ -106,7 +106,7 @@ private:
         return takesEvents && lilv_port_supports_event(plugin, port, m_midi.get());
     }
 
-    /// Asks the plug-in's own statement: the class tree of the core specification is not loaded.
+    /// Asks the plug-in's own statement: the class tree of LV2 itself is not loaded.
     bool isOfClass(const LilvPlugin *plugin, const char *uri)
     {
         const LilvNodesPointer classes(lilv_plugin_get_value(plugin, m_type.get()));
