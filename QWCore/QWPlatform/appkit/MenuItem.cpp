@@ -1,9 +1,10 @@
 #include "MenuItem.h"
 
+#include "FirstResponder.h"
 #include "KeyEquivalent.h"
+#include "MenuTitleFlash.h"
 #include "ResponderChain.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -32,28 +33,25 @@ QString shortened(const QString &text)
     return text.left(left) + QChar(0x2026) + text.mid(right);
 }
 
-bool isTypingText()
-{
-    const QWidget *const focus = QApplication::focusWidget();
-    return focus && focus->inputMethodQuery(Qt::ImEnabled).toBool();
-}
-
-bool performItem(MenuItem &item, const QKeyEvent &event)
+/// @p menu is null for an item of the menu bar itself.
+bool performItem(MenuItem &item, QMenu *menu, const QKeyEvent &event)
 {
     if (!item.isVisible() || !item.matches(event) || !item.validate())
         return false;
+    if (menu)
+        flashMenuTitle(*menu);
     item.setEnabled(true);
     item.trigger();
     return true;
 }
 
-bool performFirst(const QList<QAction *> &actions, const QKeyEvent &event)
+bool performFirst(const QList<QAction *> &actions, QMenu *menu, const QKeyEvent &event)
 {
     for (QAction *const action : actions) {
         if (QMenu *const submenu = action->menu(); submenu && performKeyEquivalent(*submenu, event))
             return true;
         auto *const item = qobject_cast<MenuItem *>(action);
-        if (item && performItem(*item, event))
+        if (item && performItem(*item, menu, event))
             return true;
     }
     return false;
@@ -94,6 +92,8 @@ void MenuItem::setTarget(QObject *target)
 
 void MenuItem::setKeyEquivalent(const QString &character, quint32 modifierMask)
 {
+    if (m_keyEquivalent == character && m_keyEquivalentModifiers == modifierMask)
+        return;
     m_keyEquivalent = character;
     m_keyEquivalentModifiers = modifierMask;
     _showText();
@@ -199,12 +199,12 @@ QString shownTitle(const QString &title)
 bool performKeyEquivalent(const QKeyEvent &event)
 {
     QMenuBar *const bar = mainMenuBar();
-    return bar && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), event);
+    return bar && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), nullptr, event);
 }
 
 bool performKeyEquivalent(QMenu &menu, const QKeyEvent &event)
 {
-    return performFirst(menu.actions(), event);
+    return performFirst(menu.actions(), &menu, event);
 }
 
 } // namespace platform

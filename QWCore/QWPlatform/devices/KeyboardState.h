@@ -6,6 +6,8 @@
 
 #include <array>
 
+class QKeyEvent;
+
 namespace platform {
 
 /// Key map by key code: bit n of byte k is set while the key with code 8k + n is down. Codes 0 to 7 are the physical
@@ -20,6 +22,10 @@ public:
 
     /// X11 is asked directly; elsewhere, what the application's windows were last told.
     virtual KeyMap keyMap() = 0;
+
+    /// What the key of @p event types in the user's layout with Shift as it is held and no other modifier; 0 when the
+    /// machine knows no more than the event itself.
+    virtual char16_t characterOf(const QKeyEvent &event);
 };
 
 } // namespace platform

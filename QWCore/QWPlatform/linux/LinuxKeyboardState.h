@@ -17,6 +17,7 @@ public:
     ~LinuxKeyboardState() override;
 
     KeyMap keyMap() override;
+    char16_t characterOf(const QKeyEvent &event) override;
 
 private:
     HeldKeys &_heldKeys();

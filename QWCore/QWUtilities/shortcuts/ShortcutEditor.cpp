@@ -1,0 +1,7 @@
+#include "ShortcutEditor.h"
+
+namespace qw {
+
+ShortcutEditor::~ShortcutEditor() = default;
+
+} // namespace qw
