@@ -6,6 +6,7 @@
 #include <QColumnView>
 #include <QInputMethodQueryEvent>
 #include <QKeySequenceEdit>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -43,6 +44,9 @@ FirstResponder kindOfClass(const QWidget *widget)
 
 bool takesInput(const QWidget *widget)
 {
+    const auto *const label = qobject_cast<const QLabel *>(widget);
+    if (label && label->textInteractionFlags() & (Qt::TextEditable | Qt::TextSelectableByKeyboard))
+        return true;
     return widget->inputMethodQuery(Qt::ImEnabled).toBool();
 }
 

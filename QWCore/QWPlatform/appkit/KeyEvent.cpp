@@ -86,7 +86,8 @@ char16_t characterUnderCommand(const QKeyEvent &event)
 {
     if (const char16_t character = System::current().keyboardState().characterOf(event))
         return character;
-    const auto code = static_cast<char32_t>(event.key());
+    const auto key = static_cast<char32_t>(event.key()); // of a letter: the capital
+    const char32_t code = event.modifiers() & Qt::ShiftModifier ? key : QChar::toLower(key);
     return QChar::requiresSurrogates(code) ? QChar::highSurrogate(code) : static_cast<char16_t>(code);
 }
 

@@ -27,7 +27,7 @@ QByteArray textOf(const QVariantList &array)
 
 bool overwrite(QFile &file, const QByteArray &data)
 {
-    return file.seek(0) && file.write(data) == data.size() && file.flush() && file.resize(data.size());
+    return file.seek(0) && file.write(data) == data.size() && file.resize(data.size());
 }
 } // namespace
 
@@ -41,7 +41,7 @@ bool writeArray(const QString &path, const QVariantList &array)
 {
     QFile file(path);
     const bool isUsable = !QFileInfo::exists(path) || QFileInfo(path).isFile(); // a device would never end
-    if (!isUsable || !file.open(QIODevice::ReadWrite))
+    if (!isUsable || !file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return false;
     const QByteArray before = file.readAll();
     if (overwrite(file, textOf(array)))
