@@ -18,7 +18,8 @@
 
 #include <chrono>
 
-namespace {
+namespace
+{
 constexpr int many = 5'000;
 constexpr int changed = 2'000;
 constexpr int groupSize = 50;

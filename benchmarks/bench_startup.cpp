@@ -53,7 +53,8 @@ double median(std::vector<double> values)
 }
 
 /// Medians of the host and of the bare application, run in turn so that both see the same machine.
-std::array<double, 2> compare(const std::array<std::string, 2> &programs, double (*measure)(const std::string &), int count)
+std::array<double, 2> compare(const std::array<std::string, 2> &programs, double (*measure)(const std::string &),
+                              int count)
 {
     std::array<std::vector<double>, 2> values;
     for (int round = 0; round < count; ++round)
@@ -62,10 +63,12 @@ std::array<double, 2> compare(const std::array<std::string, 2> &programs, double
     return {median(values[0]), median(values[1])};
 }
 
-void print(const char *name, const std::array<double, 2> &values, const char *end)
+/// As the benchmark library would: times with their unit, other figures as a value.
+void print(const char *name, const char *figure, const std::array<double, 2> &values, const char *end)
 {
-    std::printf("{\"name\": \"%s/ours\", \"value\": %f},\n{\"name\": \"%s/baseline\", \"value\": %f}%s\n", name, values[0],
-                name, values[1], end);
+    constexpr const char *sides[] = {"ours", "baseline"};
+    for (std::size_t i = 0; i < values.size(); ++i)
+        std::printf("{\"name\": \"%s/%s\", %s: %f}%s\n", name, sides[i], figure, values[i], i == 0 ? "," : end);
 }
 } // namespace
 
@@ -75,6 +78,6 @@ int main(int, char **argv)
     const std::array<std::string, 2> programs{folder + "startup_host", folder + "startup_bare"};
     compare(programs, millisecondsOf, 3); // warms the file cache
     std::printf("{\"benchmarks\": [\n");
-    print("startup-time", compare(programs, millisecondsOf, rounds), ",");
-    print("startup-memory", compare(programs, megabytesOf, 5), "]}");
+    print("startup-time", "\"time_unit\": \"ms\", \"real_time\"", compare(programs, millisecondsOf, rounds), ",");
+    print("startup-memory", "\"value\"", compare(programs, megabytesOf, 5), "]}");
 }

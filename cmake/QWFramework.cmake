@@ -29,6 +29,7 @@ function(qw_add_framework name)
         SOVERSION A
         BUILD_WITH_INSTALL_RPATH ON
         INSTALL_RPATH "$ORIGIN;$ORIGIN/..;$ORIGIN/../../.."
+        UNITY_BUILD ${QW_UNITY}
         UNITY_BUILD_MODE BATCH
         EXPORT_NAME ${name})
     add_custom_command(TARGET ${name} POST_BUILD

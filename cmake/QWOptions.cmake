@@ -1,6 +1,7 @@
 option(QW_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 option(QW_BUILD_EXAMPLES "Build the demo host and the simulators" ON)
 option(QW_BUILD_BENCH "Build the benchmarks" ON)
+option(QW_UNITY "Build each framework in a few large pieces: quicker from scratch" OFF)
 set(QW_SANITIZER "" CACHE STRING "Sanitizer to build with: empty, address or thread")
 include(CTest)
 
@@ -34,6 +35,6 @@ endif()
 
 add_library(qw_warnings INTERFACE)
 target_compile_options(qw_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
     $<$<BOOL:${QW_WARNINGS_AS_ERRORS}>:-Werror>)
 target_compile_definitions(qw_warnings INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH QT_USE_QSTRINGBUILDER)

@@ -68,5 +68,7 @@ has_display() { [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }
 # What a program needs where there is no display, or where root runs it.
 headless_environment() {
     has_display || export QT_QPA_PLATFORM=offscreen
+    # The browser engine tells at length that it paints without a graphics card.
+    has_display || export QT_LOGGING_RULES="qt.webenginecontext*=false;${QT_LOGGING_RULES:-}" QTWEBENGINE_CHROMIUM_FLAGS="--log-level=3"
     [ "$(id -u)" != 0 ] || export QTWEBENGINE_DISABLE_SANDBOX=1
 }

@@ -11,7 +11,8 @@
 
 #include <limits>
 
-namespace {
+namespace
+{
 std::optional<quint32> codeOf(const QString &text)
 {
     bool isNumber = false;

@@ -11,7 +11,8 @@
 
 using platform::AudioPlugin;
 
-namespace {
+namespace
+{
 constexpr double sampleRate = 48000;
 constexpr int frames = 512;
 constexpr int silentBlocks = 4;

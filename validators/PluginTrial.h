@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace platform {
+namespace platform
+{
 class AudioPlugin;
 }
 class Watchdog;

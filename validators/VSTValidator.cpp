@@ -8,7 +8,8 @@
 #include <QWPlatform/plugins/AudioPlugin.h>
 #include <QWPlatform/plugins/PluginLoader.h>
 
-namespace {
+namespace
+{
 QVariantMap stateOf(const QString &path, const platform::AudioPlugin &plugin)
 {
     const auto description = QWVSTDescription::descriptionWithPath(path);

@@ -11,10 +11,13 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cstdio>
 
-namespace {
+namespace
+{
 constexpr double usualPatience = 30; // seconds
+constexpr double longestPatience = 7 * 24 * 3600;
 constexpr auto defaultsPath = "~/Library/Preferences/com.quorwell.validators.plist";
 constexpr auto patienceKey = "QWValidatorWatchdog";
 
@@ -50,16 +53,23 @@ ValidatorStatus answerWithoutPlugin(const Validator &validator, const ValidatorO
     return options.help || options.version ? ValidatorStatus::Passed : ValidatorStatus::WrongUsage;
 }
 
+/// What all sentences about the plug-in begin with: the command line, to be tried again.
+QByteArray subjectOf(const Validator &validator, const ValidatorOptions &options)
+{
+    return QByteArray(validator.name) + ": " + options.arguments.join(' ').toUtf8();
+}
+
 /// Ends the process, so that nothing of the plug-in runs afterwards.
 [[noreturn]] void tryAndEnd(const Validator &validator, const ValidatorOptions &options)
 {
-    Watchdog watchdog{std::chrono::duration<double>(patience(options))};
+    const QByteArray subject = subjectOf(validator, options);
+    Watchdog watchdog{std::chrono::duration<double>(std::min(patience(options), longestPatience)), subject};
     QString error;
     const QVariantMap state = validator.validate(options.arguments, watchdog, &error);
     if (error.isEmpty() && !writeHandOff(validator.handOffPath, state))
         error = QStringLiteral("The result cannot be written.");
     if (!error.isEmpty())
-        std::fprintf(stderr, "%s: %s\n", validator.name, qUtf8Printable(error));
+        std::fprintf(stderr, "%s: %s\n", subject.constData(), qUtf8Printable(error));
     endProcess(error.isEmpty() ? ValidatorStatus::Passed : ValidatorStatus::Failed);
 }
 } // namespace

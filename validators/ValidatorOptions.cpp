@@ -2,7 +2,8 @@
 
 #include <cmath>
 
-namespace {
+namespace
+{
 double seconds(const QString &text, QString &error)
 {
     bool isNumber = false;

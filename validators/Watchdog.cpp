@@ -4,9 +4,11 @@
 
 #include <cstdio>
 #include <thread>
+#include <unistd.h>
 
-Watchdog::Watchdog(std::chrono::duration<double> patience)
-    : m_patience(std::chrono::duration_cast<Clock::duration>(patience))
+Watchdog::Watchdog(std::chrono::duration<double> patience, const QByteArray &subject)
+    : m_subject(subject)
+    , m_patience(std::chrono::duration_cast<Clock::duration>(patience))
     , m_deadline(Clock::now() + m_patience)
 {
     std::thread([this] { _watch(); }).detach();
@@ -22,6 +24,7 @@ void Watchdog::_watch() const
 {
     for (Clock::time_point deadline = m_deadline; Clock::now() < deadline; deadline = m_deadline)
         std::this_thread::sleep_until(deadline);
-    std::fprintf(stderr, "The plug-in hangs (%s).\n", m_step.load());
-    endProcess(ValidatorStatus::NoProgress);
+    // Past the streams: the plug-in may hang while it holds one of their locks.
+    ::dprintf(STDERR_FILENO, "%s: The plug-in hangs (%s).\n", m_subject.constData(), m_step.load());
+    ::_exit(static_cast<int>(ValidatorStatus::NoProgress));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+
 #include <atomic>
 #include <chrono>
 
@@ -10,7 +12,8 @@ class Watchdog
 public:
     using Clock = std::chrono::steady_clock;
 
-    explicit Watchdog(std::chrono::duration<double> patience);
+    /// @p subject begins the sentence that is printed at the end.
+    Watchdog(std::chrono::duration<double> patience, const QByteArray &subject);
     Watchdog(const Watchdog &) = delete;
     Watchdog &operator=(const Watchdog &) = delete;
 
@@ -20,6 +23,7 @@ public:
 private:
     [[noreturn]] void _watch() const;
 
+    const QByteArray m_subject;
     const Clock::duration m_patience;
     std::atomic<const char *> m_step{"starting"};
     std::atomic<Clock::time_point> m_deadline;

@@ -8,6 +8,7 @@
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/appkit/Selector.h>
 #include <QWPlatform/appkit/Theme.h>
+#include <QWPlatform/devices/KeyboardState.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Locations.h>
 
@@ -23,7 +24,8 @@
 
 using platform::System;
 
-namespace {
+namespace
+{
 QWApplication *theApplication = nullptr;
 
 /// In order of registration, outermost first.
@@ -170,6 +172,7 @@ bool QWApplication::usesSingleInstance() const
 void QWApplication::finishLaunching()
 {
     m_handlesGetUrl = true;
+    System::current().keyboardState().startWatching(); // plug-in scans ask what was held when the user started the host
     _finishLaunchingInside(registeredCategories());
 }
 

@@ -4,14 +4,15 @@
 
 #include <algorithm>
 
-namespace {
+namespace
+{
 class MapWriter : public QWStateWriter
 {
 public:
     void setString(QLatin1StringView key, const QString &value) override { map.insert(key, value); }
     void setBoolean(QLatin1StringView key, bool value) override { map.insert(key, value); }
     void setInteger(QLatin1StringView key, qint64 value) override { map.insert(key, value); }
-    void setData(QLatin1StringView key, const QByteArray &value) override { map.insert(key, value); }
+    void setData(QLatin1StringView key, QByteArrayView value) override { map.insert(key, value.toByteArray()); }
 
     QVariantMap map;
 };

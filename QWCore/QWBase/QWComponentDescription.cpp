@@ -11,7 +11,8 @@
 using platform::AudioComponent;
 using platform::fourCharCode;
 
-namespace {
+namespace
+{
 constexpr quint32 effectTypes[] = {fourCharCode("aufx"), fourCharCode("aumf")};
 constexpr quint32 playerSubtypes[] = {fourCharCode("afpl"), fourCharCode("sspl")};
 
@@ -48,12 +49,15 @@ std::optional<QWComponentDescription> QWComponentDescription::descriptionWithSta
     return QWComponentDescription(words[0], words[1], words[2], words[3], words[4]);
 }
 
-QByteArray QWComponentDescription::state() const
+std::array<char, QWComponentDescription::StateSize> QWComponentDescription::stateBytes() const
 {
-    const std::array<quint32, 5> words{type(), subtype(), manufacturer(), flags(), flagsMask()};
-    QByteArray state(StateSize, Qt::Uninitialized);
-    qToBigEndian<quint32>(words.data(), words.size(), state.data());
-    return state;
+    std::array<char, StateSize> bytes;
+    char *at = bytes.data();
+    for (const quint32 word : {type(), subtype(), manufacturer(), flags(), flagsMask()}) {
+        qToBigEndian(word, at);
+        at += sizeof word;
+    }
+    return bytes;
 }
 
 bool QWComponentDescription::isInstrument() const

@@ -7,6 +7,7 @@
 #include <QHashFunctions>
 #include <QMetaType>
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -31,7 +32,10 @@ public:
     static std::optional<QWComponentDescription> descriptionWithState(const QByteArray &state);
 
     /// Type, subtype, manufacturer, flags and flags mask, most significant byte first.
-    QByteArray state() const;
+    QByteArray state() const { return QByteArrayView(stateBytes()).toByteArray(); }
+
+    /// The same without a byte array.
+    std::array<char, StateSize> stateBytes() const;
 
     quint32 type() const { return m_component.type; }
     quint32 subtype() const { return m_component.subtype; }

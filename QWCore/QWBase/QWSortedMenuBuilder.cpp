@@ -66,6 +66,8 @@ void QWSortedMenuBuilder::build()
     for (const auto &builder : m_submenus)
         builder->build();
     const auto items = std::exchange(m_items, {});
+    if (items.empty())
+        return; // merging nothing would still ask every item for its key
     if (m_menu.isEmpty())
         _append(items);
     else

@@ -2,9 +2,9 @@
 
 #include <QWBase/qwbase_export.h>
 
+#include <QByteArrayView>
 #include <QLatin1StringView>
 
-class QByteArray;
 class QString;
 
 /// Takes the entries of one state dictionary, so that a record lists them once, whatever becomes of them.
@@ -17,5 +17,5 @@ public:
     virtual void setString(QLatin1StringView key, const QString &value) = 0;
     virtual void setBoolean(QLatin1StringView key, bool value) = 0;
     virtual void setInteger(QLatin1StringView key, qint64 value) = 0;
-    virtual void setData(QLatin1StringView key, const QByteArray &value) = 0;
+    virtual void setData(QLatin1StringView key, QByteArrayView value) = 0;
 };

@@ -2,10 +2,13 @@
 #include "app/HostOptions.h"
 
 #include <QDir>
+#include <QFile>
 
+#include <algorithm>
 #include <cstdio>
 
-namespace {
+namespace
+{
 // The home must be in place before anything asks for a folder; children inherit it.
 void useHome(const QString &home)
 {
@@ -25,6 +28,20 @@ void passOn(QtMsgType type, const QMessageLogContext &context, const QString &me
         passedOn(type, context, message);
 }
 
+// A display without a screen of its own is given one on which all windows fit at that scale.
+void useScreen(const QString &folder, int scale)
+{
+    QFile file(folder + "/screen.json");
+    if (!QDir().mkpath(folder) || !file.open(QIODevice::WriteOnly))
+        return;
+    file.write(QString(R"({"screens": [{"name": "tour", "x": 0, "y": 0, "width": %1, "height": %2, )"
+                       R"("logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
+                   .arg(1600 * scale)
+                   .arg(1000 * scale)
+                   .toUtf8());
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(file.fileName()));
+}
+
 void prepareEnvironment(const demo::HostOptions &options)
 {
     if (!options.realHome)
@@ -34,6 +51,8 @@ void prepareEnvironment(const demo::HostOptions &options)
     const bool hasDisplay = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
     if (!options.tour.isEmpty() && !hasDisplay && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!options.tour.isEmpty() && qgetenv("QT_QPA_PLATFORM") == "offscreen")
+        useScreen(qEnvironmentVariable("HOME") + "/Library/Caches", std::max(options.scale, 1));
 }
 } // namespace
 

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void longNamesStayInAPanelOfOrdinarySize();
     void textsTakeNoMoreRoomThanTheyNeed();
     void alertStandsAboveTheFrontWindow();
+    void lastWindowIsTheFrontOneWhenNoneIsActive();
     void alertOutlivesTheWindowBelow();
     void responderAnswersOrLeavesItToTheUser();
 };
@@ -181,6 +182,26 @@ void tst_LinuxAlerts::alertStandsAboveTheFrontWindow()
     });
     runAlert(crashAlert());
     QVERIFY(driver.hasDriven());
+}
+
+/// As while a host launches: none of its windows is active yet.
+void tst_LinuxAlerts::lastWindowIsTheFrontOneWhenNoneIsActive()
+{
+    std::vector<std::unique_ptr<QWidget>> windows;
+    for (int i = 0; i < 6; ++i) {
+        windows.push_back(std::make_unique<QWidget>(nullptr, Qt::Window));
+        windows.back()->show();
+    }
+    for (; !windows.empty(); windows.pop_back()) {
+        QApplication::setActiveWindow(nullptr);
+        const QWindow *below = nullptr;
+        PanelDriver driver([&](QWidget &panel) {
+            below = panel.windowHandle()->transientParent();
+            panel.close();
+        });
+        runAlert(crashAlert());
+        QCOMPARE(below, windows.back()->windowHandle());
+    }
 }
 
 void tst_LinuxAlerts::alertOutlivesTheWindowBelow()

@@ -1,6 +1,7 @@
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 
+#include <QDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -51,6 +52,9 @@ private Q_SLOTS:
     void keyEquivalentMatches();
     void firstEnabledItemPerformsAKey();
     void repeatsAndTextFocusPerformNothing();
+    void menusBehindModalPanelsPerformNothing_data();
+    void menusBehindModalPanelsPerformNothing();
+    void menusOfAModalWindowItselfPerform();
     void submenusAreSearched();
     void makingMenusIsCheap();
 };
@@ -325,6 +329,49 @@ void tst_MenuItem::repeatsAndTextFocusPerformNothing()
     QCOMPARE(target.senders.size(), 1);
 }
 
+void tst_MenuItem::menusBehindModalPanelsPerformNothing_data()
+{
+    QTest::addColumn<Qt::WindowModality>("modality");
+    QTest::addColumn<bool>("isOnTheWindow");
+    QTest::addColumn<bool>("performs");
+    QTest::newRow("alert") << Qt::ApplicationModal << false << false;
+    QTest::newRow("sheet") << Qt::WindowModal << true << false;
+    QTest::newRow("sheet of another window") << Qt::WindowModal << false << true;
+    QTest::newRow("panel") << Qt::NonModal << true << true;
+}
+
+void tst_MenuItem::menusBehindModalPanelsPerformNothing()
+{
+    QFETCH(const Qt::WindowModality, modality);
+    QFETCH(const bool, isOnTheWindow);
+    Target target;
+    QMainWindow window;
+    QWidget other;
+    addMenuItem(*window.menuBar()->addMenu("File"), "Save", "choose:", "s")->setTarget(&target);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QDialog panel(isOnTheWindow ? static_cast<QWidget *>(&window) : &other);
+    panel.setWindowModality(modality);
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowActive(&panel));
+
+    const QKeyEvent press(QEvent::KeyPress, Qt::Key_S, Qt::ControlModifier);
+    QTEST(platform::performKeyEquivalent(press), "performs");
+    panel.hide();
+    QVERIFY(platform::performKeyEquivalent(press));
+}
+
+void tst_MenuItem::menusOfAModalWindowItselfPerform()
+{
+    Target target;
+    QMainWindow window;
+    addMenuItem(*window.menuBar()->addMenu("File"), "Save", "choose:", "s")->setTarget(&target);
+    window.setWindowModality(Qt::ApplicationModal);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(platform::performKeyEquivalent(QKeyEvent(QEvent::KeyPress, Qt::Key_S, Qt::ControlModifier)));
+}
+
 void tst_MenuItem::submenusAreSearched()
 {
     Target target;
@@ -334,6 +381,8 @@ void tst_MenuItem::submenusAreSearched()
     QCOMPARE(platform::titleOf(*menu.actions().first()), QString("A & B"));
     QVERIFY(platform::performKeyEquivalent(menu, QKeyEvent(QEvent::KeyPress, Qt::Key_D, Qt::ControlModifier)));
     QCOMPARE(target.senders.size(), 1);
+    menu.actions().first()->setEnabled(false);
+    QVERIFY(!platform::performKeyEquivalent(menu, QKeyEvent(QEvent::KeyPress, Qt::Key_D, Qt::ControlModifier)));
 }
 
 namespace

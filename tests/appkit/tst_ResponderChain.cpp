@@ -60,6 +60,7 @@ private Q_SLOTS:
     void orderIsFocusParentsWindowDelegateApplicationDelegate();
     void nearestResponderTakesTheAction();
     void mainWindowIsAskedBehindAPanel();
+    void mainWindowIsAskedBehindAWindowWithoutTitleBar();
     void mainWindowIsNotAskedBehindAnotherWindow();
     void explicitTargetIsAskedAlone();
     void nobodyTakesAnUnknownAction();
@@ -114,6 +115,18 @@ void tst_ResponderChain::mainWindowIsAskedBehindAPanel()
     Panel panel;
     showActive(panel);
     QCOMPARE(platform::keyWindow(), &panel);
+    QCOMPARE(platform::mainWindow(), &window);
+    QVERIFY(sendAction("editThing:", nullptr, this));
+    QCOMPARE(window.inner.count + window.count, 1);
+}
+
+void tst_ResponderChain::mainWindowIsAskedBehindAWindowWithoutTitleBar()
+{
+    Window window;
+    showActive(window);
+    QWidget about(nullptr, Qt::Window | Qt::FramelessWindowHint);
+    showActive(about);
+    QCOMPARE(platform::keyWindow(), &about);
     QCOMPARE(platform::mainWindow(), &window);
     QVERIFY(sendAction("editThing:", nullptr, this));
     QCOMPARE(window.inner.count + window.count, 1);

@@ -21,7 +21,8 @@
 
 using platform::System;
 
-namespace {
+namespace
+{
 /// A machine and the command line of one host.
 struct Machine
 {
@@ -73,6 +74,7 @@ private slots:
     void delegateIsToldOfTheLaunch();
     void hooksAfterTheLaunchRunWhateverThrew_data();
     void hooksAfterTheLaunchRunWhateverThrew();
+    void heldKeysAreWatchedFromTheLaunchOn();
     void quitInsideTheLaunchEndsTheLoop();
     void lastClosedWindowDoesNotEndTheHost();
     void registeringACategoryTooLateIsFatal();
@@ -169,6 +171,17 @@ void tst_QWApplication::hooksAfterTheLaunchRunWhateverThrew()
     QFETCH(QStringList, expected);
     QCOMPARE(journal().entries, expected + QStringList{"tone://after"});
     QVERIFY2(machine.log().contains("no way"), machine.log().constData());
+}
+
+void tst_QWApplication::heldKeysAreWatchedFromTheLaunchOn()
+{
+    Machine machine;
+    RecordingHost host(machine.argc, machine.argv.data());
+    QVERIFY(!machine.system.keyboard.isWatched);
+    bool watchedDuringTheHostsWork = false;
+    journal().whileLaunching = [&] { watchedDuringTheHostsWork = machine.system.keyboard.isWatched; };
+    host.finishLaunching();
+    QVERIFY(watchedDuringTheHostsWork);
 }
 
 void tst_QWApplication::quitInsideTheLaunchEndsTheLoop()
@@ -481,7 +494,8 @@ void tst_QWApplication::sharedObjectsGoBeforeTheApplication()
     QVERIFY(!QWApplication::sharedApplication());
 }
 
-namespace {
+namespace
+{
 void registerLate(int argc, char **argv)
 {
     Machine machine;

@@ -6,6 +6,8 @@
 class FakeKeyboardState : public platform::KeyboardState
 {
 public:
+    void startWatching() override { isWatched = true; }
+
     platform::KeyMap keyMap() override
     {
         ++asked;
@@ -14,4 +16,5 @@ public:
 
     platform::KeyMap map{};
     int asked = 0;
+    bool isWatched = false;
 };

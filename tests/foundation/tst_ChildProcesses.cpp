@@ -55,6 +55,12 @@ private slots:
         QCOMPARE(result.output, "end\n");
     }
 
+    void noTerminalCanBeAsked()
+    {
+        const QList<QByteArray> status = run({"/bin/cat", {"/proc/self/stat"}, true}).output.split(' ');
+        QCOMPARE(status.value(5), status.value(0)); // a session of its own, which begins without one
+    }
+
     void homeAndLibraryRootAreHandedOn()
     {
         qputenv("QW_LIBRARY_ROOT", "/elsewhere");

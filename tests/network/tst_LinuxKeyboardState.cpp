@@ -8,7 +8,8 @@
 
 using namespace platform;
 
-namespace {
+namespace
+{
 KeyMap mapOf(std::initializer_list<int> codes)
 {
     KeyMap map{};
@@ -66,6 +67,7 @@ class tst_LinuxKeyboardState : public QObject
 
 private Q_SLOTS:
     void nothingIsHeldAtFirst();
+    void keysHeldBeforeTheWatchAreNotKnown();
     void eventsTellWhatIsHeld();
     void physicalKeyCountsWhereItIsKnown();
     void repeatsChangeNothing();
@@ -81,9 +83,22 @@ void tst_LinuxKeyboardState::nothingIsHeldAtFirst()
     QVERIFY(keyboard.keyMap() == KeyMap{});
 }
 
+void tst_LinuxKeyboardState::keysHeldBeforeTheWatchAreNotKnown()
+{
+    LinuxKeyboardState keyboard;
+    QWidget window;
+    QTest::keyPress(&window, Qt::Key_S);
+    QVERIFY(keyboard.keyMap() == KeyMap{}); // begins to watch
+    QTest::keyPress(&window, Qt::Key_X);
+    QVERIFY(keyboard.keyMap() == mapOf({7}));
+    keyboard.startWatching();
+    QVERIFY(keyboard.keyMap() == mapOf({7}));
+}
+
 void tst_LinuxKeyboardState::eventsTellWhatIsHeld()
 {
     LinuxKeyboardState keyboard;
+    keyboard.startWatching();
     QWidget window;
     QTest::keyPress(&window, Qt::Key_S);
     QVERIFY(keyboard.keyMap() == mapOf({1}));
@@ -99,6 +114,7 @@ void tst_LinuxKeyboardState::eventsTellWhatIsHeld()
 void tst_LinuxKeyboardState::physicalKeyCountsWhereItIsKnown()
 {
     LinuxKeyboardState keyboard;
+    keyboard.startWatching();
     QWidget window;
     // The key that is S on a US keyboard sends O on a Dvorak one: scan code 31 + 8.
     QKeyEvent press(QEvent::KeyPress, Qt::Key_O, Qt::NoModifier, 39, 0, 0, "o");
@@ -109,6 +125,7 @@ void tst_LinuxKeyboardState::physicalKeyCountsWhereItIsKnown()
 void tst_LinuxKeyboardState::repeatsChangeNothing()
 {
     LinuxKeyboardState keyboard;
+    keyboard.startWatching();
     QWidget window;
     QTest::keyPress(&window, Qt::Key_S);
     QKeyEvent release(QEvent::KeyRelease, Qt::Key_S, Qt::NoModifier, "s", true);
@@ -119,6 +136,7 @@ void tst_LinuxKeyboardState::repeatsChangeNothing()
 void tst_LinuxKeyboardState::keysAreForgottenWhenTheApplicationIsLeft()
 {
     LinuxKeyboardState keyboard;
+    keyboard.startWatching();
     QWidget window;
     QTest::keyPress(&window, Qt::Key_S);
     QEvent left(QEvent::ApplicationStateChange);
@@ -150,6 +168,7 @@ void tst_LinuxKeyboardState::codesOfTheKeys()
     QFETCH(int, key);
     QFETCH(int, code);
     LinuxKeyboardState keyboard;
+    keyboard.startWatching();
     QWidget window;
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &press);

@@ -4,8 +4,13 @@
 
 #include <QWPlatform/appkit/MenuItem.h>
 
+#include <QDirIterator>
+#include <QFile>
 #include <QMenu>
 #include <QObject>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 inline const QString auDatabase = "~/Library/Application Support/Quorwell/au_db.plist";
 inline const QString auHandOff = "~/Library/Application Support/Quorwell/validated_au.plist";
@@ -58,4 +63,46 @@ inline auto acceptingValidator(const FakeSystem &system, const QString &path, co
         system.writePropertyList(path, state);
         return platform::ChildProcessResult{.started = true, .exited = true, .status = 0, .output = {}};
     };
+}
+
+/// While it lives, the program runs as a user who owns the disk of @p system but may not do everything, as root may.
+class OrdinaryUser
+{
+public:
+    explicit OrdinaryUser(const FakeSystem &system)
+    {
+        const QString disk = QFileInfo(system.real("~")).path();
+        QDirIterator entries(disk, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                             QDirIterator::Subdirectories);
+        isReady = _hand(disk);
+        while (entries.hasNext())
+            isReady = _hand(entries.next()) && isReady;
+        isReady = ::seteuid(nobody) == 0 && isReady;
+    }
+
+    ~OrdinaryUser()
+    {
+        if (::seteuid(m_before) != 0)
+            qFatal("The test's own user cannot be restored");
+    }
+
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+    bool isReady = false;
+
+private:
+    bool _hand(const QString &path) const
+    {
+        return m_before != 0 || ::lchown(QFile::encodeName(path).constData(), nobody, static_cast<gid_t>(-1)) == 0;
+    }
+
+    const uid_t m_before = ::geteuid();
+    const uid_t nobody = m_before == 0 ? 65534 : m_before;
+};
+
+/// Takes away or gives back every permission for the file or folder at @p path of @p system.
+inline bool setForbidden(const FakeSystem &system, const QString &path, bool forbidden)
+{
+    return ::chmod(QFile::encodeName(system.real(path)).constData(), forbidden ? 0 : 0755) == 0;
 }

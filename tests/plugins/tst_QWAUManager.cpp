@@ -13,7 +13,8 @@ using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
 using platform::System;
 
-namespace {
+namespace
+{
 /// A host's own catalog: its graylist lies in the bundle of this program.
 class HostsManager : public QWAUManager
 {
@@ -79,10 +80,12 @@ private Q_SLOTS:
     void identifierFallsBack();
     void bundlesThatTellNothingAreSkipped_data();
     void bundlesThatTellNothingAreSkipped();
+    void componentFolderWithoutPermissionAddsNothing();
     void shippedGraylistWarns();
     void graylistedUnitCanBeIgnored();
     void graylistedUnitCanBeUsed();
     void graylistComparesSubtypeAndManufacturerOnly();
+    void graylistNumbersMayBeReal();
     void firstGraylistEntryWins();
     void oddGraylistsAreHarmless_data();
     void oddGraylistsAreHarmless();
@@ -91,6 +94,7 @@ private Q_SLOTS:
     void otherKeysDoNotSkip();
     void skipKeyIsSampledOncePerNewUnit();
     void exceptionsAreNotReportedDuringTheScan();
+    void scanGoesOnAfterOneThatAnExceptionEnded();
     void menusGroupByManufacturerInTitleOrder();
     void menusLeaveOutIgnoredAndPlayers();
     void emptyCatalogGivesEmptyMenus();
@@ -380,7 +384,6 @@ void tst_QWAUManager::unchangedMachineWritesNothing()
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = acceptingValidator(system, auHandOff);
     QWAUManager().validate();
-    const QFileInfo before(system.real(auDatabase));
     system.writeFile(auDatabase, *system.readFile(auDatabase) + " "); // would be gone after a save
     QWAUManager manager;
     manager.validate();
@@ -410,7 +413,8 @@ void tst_QWAUManager::changedDatabaseBehindTheBackIsRewritten()
     QCOMPARE(*system.readFile(auDatabase), platform::PropertyList::toXml(states));
 }
 
-namespace {
+namespace
+{
 void addComponentBundle(const FakeSystem &system, const QString &path, const QVariantMap &info,
                         const QByteArray &resources = resourceFileBytes())
 {
@@ -508,6 +512,20 @@ void tst_QWAUManager::bundlesThatTellNothingAreSkipped()
     QCOMPARE(scannedIdentifier(system), "none");
 }
 
+void tst_QWAUManager::componentFolderWithoutPermissionAddsNothing()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    const QString folder = "/Library/Audio/Plug-Ins/Components";
+    addComponentBundle(system, folder + "/A.component", {{"CFBundleIdentifier", "com.acme.delay"}});
+    QVERIFY(setForbidden(system, folder, true));
+    system.makeDirectory("~/Library/Application Support/Quorwell");
+    const OrdinaryUser user(system);
+    QVERIFY(user.isReady);
+    QCOMPARE(scannedIdentifier(system), "none");
+    QVERIFY(system.alerts.shown.isEmpty());
+}
+
 void tst_QWAUManager::shippedGraylistWarns()
 {
     FakeSystem system;
@@ -574,6 +592,24 @@ void tst_QWAUManager::graylistComparesSubtypeAndManufacturerOnly()
     QCOMPARE(system.alerts.shown.size(), 2);
     QVERIFY(system.alerts.shown[0].contains("'High Codes'"));
     QVERIFY(system.alerts.shown[1].contains("'Known Delay'"));
+}
+
+void tst_QWAUManager::graylistNumbersMayBeReal()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    QVariantMap fraction = graylistEntry("Dlay", "Acme", "Fraction");
+    fraction["subtype"] = fraction["subtype"].toDouble() + 0.75; // its whole part counts
+    QVariantMap huge = graylistEntry("Revb", "Acme", "Huge");
+    huge["subtype"] = 1e300;
+    writeOwnGraylist(platform::PropertyList::toXml(QVariantList{huge, fraction}));
+    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+    system.components.add("aufx", "Revb", "Acme", "Acme: Reverb");
+    system.components.add({platform::fourCharCode("aufx"), 0, platform::fourCharCode("Acme"), 0, 0}, "Acme: Zero");
+    system.processes.handler = acceptingValidator(system, auHandOff);
+    HostsManager().validate();
+    QCOMPARE(system.alerts.shown.size(), 1);
+    QVERIFY(system.alerts.shown[0].contains("'Fraction'"));
 }
 
 void tst_QWAUManager::firstGraylistEntryWins()
@@ -699,6 +735,25 @@ void tst_QWAUManager::exceptionsAreNotReportedDuringTheScan()
     QWAUManager().validate();
     QVERIFY(!handledDuringScan);
     QVERIFY(application->handlesExceptions());
+}
+
+void tst_QWAUManager::scanGoesOnAfterOneThatAnExceptionEnded()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.components.add("aufx", "Aaaa", "Acme", "Acme: A");
+    system.processes.handler = [](const ChildProcessRequest &) -> ChildProcessResult { throw std::bad_alloc(); };
+    QWAUManager manager;
+    QVERIFY_EXCEPTION_THROWN(manager.validate(), std::bad_alloc);
+    QVERIFY(QWApplication::sharedApplication()->handlesExceptions());
+    // Installed in between, with the bundle that tells its identifier.
+    addComponentBundle(system, "/Library/Audio/Plug-Ins/Components/D.component",
+                       {{"CFBundleIdentifier", "com.acme.delay"}});
+    system.components.add("aufx", "Dlay", "Acme", "Acme: D");
+    system.processes.handler = acceptingValidator(system, auHandOff);
+    manager.validate();
+    QCOMPARE(namesOf(manager), (QStringList{"A", "D"}));
+    QCOMPARE(manager.database().back()->identifier(), "com.acme.delay");
 }
 
 void tst_QWAUManager::menusGroupByManufacturerInTitleOrder()

@@ -104,6 +104,9 @@ private Q_SLOTS:
     void bundlesAreNeverWalkedInto();
     void linksAreFollowedButNeverInCircles();
     void foldersThatCannotBeReadAreSkipped();
+    void foldersWithoutPermissionAreSkipped();
+    void bundleWithoutPermissionIsAPlugin();
+    void databaseWithoutPermissionIsAnEmptyCatalogAndStays();
     void namesThatAreNoTextAreSkipped();
     void oddNamesGoAllTheWay();
     void validatorGetsTheExpandedPath();
@@ -123,6 +126,7 @@ private Q_SLOTS:
     void oddGraylistsAreHarmless();
     void skipKeyStopsValidationForGood();
     void exceptionsAreNotReportedDuringTheScan();
+    void scanGoesOnAfterOneThatAnExceptionEnded();
     void menuMirrorsTheFolders_data();
     void menuMirrorsTheFolders();
     void menusLeaveOutIgnoredAndTheOtherKind();
@@ -274,12 +278,73 @@ void tst_QWVSTManager::foldersThatCannotBeReadAreSkipped()
     FakeSystem system;
     System::Scope current(system);
     system.makeDirectory(systemFolder);
-    // Root reads any folder; a link that leads nowhere and one to itself read for nobody.
     QCOMPARE(::symlink("Self", QFile::encodeName(system.real(systemFolder + "/Self")).constData()), 0);
     system.writeFile(userFolder, "a file where a folder should be");
     QWVSTManager manager;
     manager.validate();
     QVERIFY(manager.database().empty());
+}
+
+void tst_QWVSTManager::foldersWithoutPermissionAreSkipped()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.addVSTBundle(systemFolder + "/Locked/Hidden.vst");
+    system.addVSTBundle(systemFolder + "/Open/Seen.vst");
+    system.addVSTBundle(userFolder + "/Hidden.vst");
+    QVERIFY(setForbidden(system, systemFolder + "/Locked", true));
+    QVERIFY(setForbidden(system, userFolder, true));
+    system.processes.handler = acceptingValidator(system, vstHandOff);
+    QWVSTManager manager;
+    {
+        const OrdinaryUser user(system);
+        QVERIFY(user.isReady);
+        manager.validate();
+        QCOMPARE(pathsOf(manager), QStringList{systemFolder + "/Open/Seen.vst"});
+        QVERIFY(system.alerts.shown.isEmpty());
+        QVERIFY(setForbidden(system, systemFolder + "/Locked", false));
+        QVERIFY(setForbidden(system, userFolder, false));
+        manager.validate();
+    }
+    QCOMPARE(pathsOf(manager), (QStringList{systemFolder + "/Open/Seen.vst", systemFolder + "/Locked/Hidden.vst",
+                                            userFolder + "/Hidden.vst"}));
+}
+
+void tst_QWVSTManager::bundleWithoutPermissionIsAPlugin()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    writeOwnGraylist(platform::PropertyList::toXml(QVariantList{"com.acme.echo"}));
+    system.addVSTBundle(systemFolder + "/Echo.vst", "com.acme.echo");
+    QVERIFY(setForbidden(system, systemFolder + "/Echo.vst", true));
+    HostsManager manager; // the validator, which cannot read it either, leaves nothing
+    const OrdinaryUser user(system);
+    QVERIFY(user.isReady);
+    manager.validate();
+    manager.validate();
+    QCOMPARE(system.alerts.shown, QStringList{"The 'Echo' VST failed to validate and will be ignored."});
+    QCOMPARE(system.processes.runs.size(), std::size_t(1));
+}
+
+void tst_QWVSTManager::databaseWithoutPermissionIsAnEmptyCatalogAndStays()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    writeCatalog(system, {systemFolder + "/Old.vst"});
+    system.addVSTBundle(systemFolder + "/New.vst");
+    const auto before = system.readFile(vstDatabase);
+    QVERIFY(setForbidden(system, vstDatabase, true));
+    system.processes.handler = acceptingValidator(system, vstHandOff);
+    {
+        const OrdinaryUser user(system);
+        QVERIFY(user.isReady);
+        QWVSTManager manager;
+        QVERIFY(manager.database().empty());
+        manager.validate();
+        QCOMPARE(pathsOf(manager), QStringList{systemFolder + "/New.vst"});
+    }
+    QCOMPARE(system.readFile(vstDatabase), before);
+    QVERIFY(system.alerts.shown.isEmpty());
 }
 
 void tst_QWVSTManager::namesThatAreNoTextAreSkipped()
@@ -294,13 +359,14 @@ void tst_QWVSTManager::namesThatAreNoTextAreSkipped()
     QWVSTManager manager;
     manager.validate();
     QCOMPARE(pathsOf(manager), QStringList{systemFolder + "/Good.vst"});
+    QCOMPARE(::rmdir(broken.constData()), 0); // the fake disk could not
 }
 
 void tst_QWVSTManager::oddNamesGoAllTheWay()
 {
     FakeSystem system;
     System::Scope current(system);
-    const QStringList names{"A & B", "a:b", "🎛", "שלום", QString(60, QChar(0x20AC)), "x\x01y\rz", "tab\tnew\nline", "<i>&amp;</i>"};
+    const QStringList names{"A & B", "a:b", "🎛", "שלום", QString(60, QChar(0x20AC)), "x\x01y\rz", "tab\tnew\nline", "<i>&amp;<i>"};
     for (const QString &name : names)
         system.addVSTBundle(systemFolder + '/' + name + ".vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
@@ -323,7 +389,7 @@ void tst_QWVSTManager::validatorGetsTheExpandedPath()
     const ChildProcessRequest &run = system.processes.runs.at(0);
     QVERIFY2(run.launchPath.endsWith("/QWUtilities.framework/Versions/A/VST Validator.app/Contents/MacOS/VST Validator"),
              qPrintable(run.launchPath));
-    QCOMPARE(run.arguments, QStringList{system.locations().home() + "/Library/Audio/Plug-Ins/VST/A b.vst"});
+    QCOMPARE(run.arguments, QStringList{system.real(userFolder + "/A b.vst")});
 }
 
 void tst_QWVSTManager::recordKeepsItsTildeWhateverIsHandedOff()
@@ -577,6 +643,21 @@ void tst_QWVSTManager::exceptionsAreNotReportedDuringTheScan()
     QWVSTManager().validate();
     QVERIFY(!handledDuringScan);
     QVERIFY(application->handlesExceptions());
+}
+
+void tst_QWVSTManager::scanGoesOnAfterOneThatAnExceptionEnded()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.addVSTBundle(systemFolder + "/Acme/A.vst");
+    system.processes.handler = [](const ChildProcessRequest &) -> ChildProcessResult { throw std::bad_alloc(); };
+    QWVSTManager manager;
+    QVERIFY_EXCEPTION_THROWN(manager.validate(), std::bad_alloc);
+    QVERIFY(QWApplication::sharedApplication()->handlesExceptions());
+    system.addVSTBundle(systemFolder + "/Acme/B.vst");
+    system.processes.handler = acceptingValidator(system, vstHandOff);
+    manager.validate();
+    QCOMPARE(pathsOf(manager), (QStringList{systemFolder + "/Acme/A.vst", systemFolder + "/Acme/B.vst"}));
 }
 
 void tst_QWVSTManager::menuMirrorsTheFolders_data()

@@ -27,7 +27,8 @@
 using namespace std::chrono_literals;
 using platform::System;
 
-namespace {
+namespace
+{
 QByteArray pageWithVersion(const QByteArray &version)
 {
     return "<html><head><meta charset=\"utf-8\"><meta name=\"qw_manual_version\" content=\"" + version +
@@ -65,6 +66,15 @@ QByteArray archiveOf(const QByteArray &script)
     if (!python.waitForFinished() || python.exitCode() != 0)
         qFatal("%s", python.readAllStandardError().constData());
     return contentsOf(path);
+}
+
+/// The archive with its entries marked as encrypted.
+QByteArray encrypted(QByteArray archive)
+{
+    for (const auto &[signature, flags] : {std::pair("PK\x03\x04", 6), std::pair("PK\x01\x02", 8)})
+        for (auto at = archive.indexOf(signature); at >= 0; at = archive.indexOf(signature, at + 1))
+            archive[at + flags] = static_cast<char>(archive[at + flags] | 1);
+    return archive;
 }
 
 QByteArray goodArchive(const QByteArray &version)
@@ -171,6 +181,7 @@ void tst_QWManualReal::brokenArchiveDoesNoHarm_data()
     QByteArray damaged = good;
     damaged.replace(40, 40, QByteArray(40, '\xff'));
     QTest::newRow("damaged in the middle") << damaged;
+    QTest::newRow("asking for a password") << encrypted(good);
     QTest::newRow("without an index page") << archiveOf("z.writestr('other.html','b')");
 }
 

@@ -11,7 +11,8 @@
 #include <QSignalSpy>
 #include <QTimer>
 
-namespace {
+namespace
+{
 /// A host that shows a splash screen when the test says so.
 class Host : public QWApplication
 {
@@ -70,7 +71,7 @@ private Q_SLOTS:
     void wordsOfTheVersionAreLocalized();
     void isPaintedWhenOpenReturns();
     void actionIsPaintedWhileTheMainThreadIsBusy();
-    void openingDeliversNoTimersAndNoPostedUserInput();
+    void timersWaitUntilTheLaunchIsOver();
     void windowIsBorderlessCentredAndAsLargeAsItsView();
     void secondOpeningChangesNothing();
     void closingFadesThenForgets();
@@ -183,16 +184,16 @@ void tst_QWSplashScreen::actionIsPaintedWhileTheMainThreadIsBusy()
     QVERIFY(counter.paintings > 0);
 }
 
-void tst_QWSplashScreen::openingDeliversNoTimersAndNoPostedUserInput()
+void tst_QWSplashScreen::timersWaitUntilTheLaunchIsOver()
 {
     bool fired = false;
-    QTimer::singleShot(0, this, [&] { fired = true; });
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&] { fired = true; });
+    timer.start(0);
     QWSplashScreen::splashScreen().open();
     QWSplashScreen::setAction("Locating");
-    const bool firedDuringLaunch = fired;
+    QVERIFY(!fired);
     QTRY_VERIFY(fired);
-    if (QGuiApplication::platformName() == "xcb")
-        QVERIFY(!firedDuringLaunch);
 }
 
 void tst_QWSplashScreen::windowIsBorderlessCentredAndAsLargeAsItsView()
@@ -324,6 +325,6 @@ int main(int argc, char **argv)
     Host application(argc, argv);
     tst_QWSplashScreen test;
     QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
+    return qwtest::run(test, argc, argv);
 }
 #include "tst_QWSplashScreen.moc"

@@ -8,7 +8,8 @@
 
 #include <stdexcept>
 
-namespace {
+namespace
+{
 /// A host whose launch work the test writes.
 class Host : public QWApplication
 {
@@ -115,6 +116,6 @@ int main(int argc, char **argv)
     Host application(argc, argv);
     tst_SplashScreenExtension test;
     QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
+    return qwtest::run(test, argc, argv);
 }
 #include "tst_SplashScreenExtension.moc"

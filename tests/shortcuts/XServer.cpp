@@ -7,7 +7,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
+namespace
+{
 bool run(const QString &program, const QStringList &arguments)
 {
     QProcess tool;

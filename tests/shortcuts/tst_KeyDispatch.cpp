@@ -20,7 +20,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-namespace {
+namespace
+{
 constexpr quint32 command = 0x100000;
 
 /// How a key comes to the program.
@@ -495,7 +496,8 @@ void tst_KeyDispatch::registryReloadedByAShortcut()
     QCOMPARE(m_receiver->sent, (QStringList{"play 0", "play 1"}));
 }
 
-namespace {
+namespace
+{
 enum class WindowKind
 {
     Plain,

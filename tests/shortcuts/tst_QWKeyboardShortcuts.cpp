@@ -15,7 +15,8 @@
 #include <random>
 #include <sys/resource.h>
 
-namespace {
+namespace
+{
 constexpr quint32 command = 0x100000;
 constexpr quint32 shift = 0x20000;
 

@@ -11,7 +11,8 @@
 using platform::addMenuItem;
 using platform::MenuItem;
 
-namespace {
+namespace
+{
 constexpr quint32 command = 0x100000;
 constexpr quint32 shift = 0x20000;
 

@@ -5,7 +5,8 @@
 
 #include <QMenuBar>
 
-namespace {
+namespace
+{
 std::shared_ptr<QWShortcutGroup> transport()
 {
     return QWShortcutGroup::shortcutGroupWithState(

@@ -9,7 +9,8 @@
 
 using platform::KeyEvent;
 
-namespace {
+namespace
+{
 constexpr quint32 shift = 0x20000;
 constexpr quint32 control = 0x40000;
 constexpr quint32 option = 0x80000;
@@ -111,7 +112,8 @@ void tst_QWShortcutKey::spaceIsLocalized()
     QCOMPARE(QWShortcutKey(' ', shift).displayString(), QString("⇧Leertaste"));
 }
 
-namespace {
+namespace
+{
 struct Reserved
 {
     char16_t character;

@@ -21,7 +21,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-namespace {
+namespace
+{
 using Make = std::function<QWidget *()>;
 
 template <class Widget>

@@ -13,9 +13,11 @@
 #include <QTextEdit>
 #include <QTreeView>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// The engine's own widget has the focus, inside its view. By name: the engine is a module loaded on demand.
 bool isInWebView(const QWidget *widget)
 {

@@ -2,7 +2,8 @@
 
 #include <QWPlatform/qwplatform_export.h>
 
-namespace platform {
+namespace platform
+{
 
 /// What has the keyboard focus, as far as it matters for keys.
 enum class FirstResponder

@@ -9,9 +9,11 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 struct FlagPair
 {
     Qt::KeyboardModifier modifier;

@@ -4,7 +4,8 @@
 
 #include <QEvent>
 
-namespace platform {
+namespace platform
+{
 
 /// What an event says about keys, in the desktop platform's terms: one character that names the key, and the event
 /// modifier bits. A value; made from a Qt event or, in a test, field by field.

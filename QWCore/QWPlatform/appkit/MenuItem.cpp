@@ -5,11 +5,14 @@
 #include "MenuTitleFlash.h"
 #include "ResponderChain.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMetaMethod>
 #include <QSet>
+
+#include <algorithm>
 
 namespace platform
 {
@@ -33,6 +36,23 @@ QString shortened(const QString &text)
     return text.left(left) + QChar(0x2026) + text.mid(right);
 }
 
+bool isWithin(const QWidget *inner, const QWidget &outer)
+{
+    while (inner && inner != &outer)
+        inner = inner->parentWidget();
+    return inner;
+}
+
+/// Whether a modal panel, or a sheet on the window, keeps the user from it.
+bool isBlocked(const QWidget &window)
+{
+    const QWidgetList panels = QApplication::topLevelWidgets();
+    return std::any_of(panels.begin(), panels.end(), [&](const QWidget *panel) {
+        const bool reaches = panel->windowModality() == Qt::ApplicationModal || isWithin(panel, window);
+        return panel->isVisible() && panel->isModal() && reaches && !isWithin(&window, *panel);
+    });
+}
+
 /// @p menu is null for an item of the menu bar itself.
 bool performItem(MenuItem &item, QMenu *menu, const QKeyEvent &event)
 {
@@ -48,7 +68,8 @@ bool performItem(MenuItem &item, QMenu *menu, const QKeyEvent &event)
 bool performFirst(const QList<QAction *> &actions, QMenu *menu, const QKeyEvent &event)
 {
     for (QAction *const action : actions) {
-        if (QMenu *const submenu = action->menu(); submenu && performKeyEquivalent(*submenu, event))
+        QMenu *const submenu = action->isEnabled() ? action->menu() : nullptr;
+        if (submenu && performKeyEquivalent(*submenu, event))
             return true;
         auto *const item = qobject_cast<MenuItem *>(action);
         if (item && performItem(*item, menu, event))
@@ -199,7 +220,8 @@ QString shownTitle(const QString &title)
 bool performKeyEquivalent(const QKeyEvent &event)
 {
     QMenuBar *const bar = mainMenuBar();
-    return bar && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), nullptr, event);
+    const bool isReachable = bar && !isBlocked(*bar->window());
+    return isReachable && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), nullptr, event);
 }
 
 bool performKeyEquivalent(QMenu &menu, const QKeyEvent &event)

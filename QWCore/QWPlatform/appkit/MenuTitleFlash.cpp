@@ -14,9 +14,11 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr int flashMilliseconds = 120;
 
 /// Paints one title as chosen over what the menu bar painted; child of the bar while it does.

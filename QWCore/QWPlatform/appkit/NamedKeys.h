@@ -4,7 +4,8 @@
 
 #include <array>
 
-namespace platform {
+namespace platform
+{
 
 struct NamedKey
 {

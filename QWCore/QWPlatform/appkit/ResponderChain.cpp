@@ -16,7 +16,7 @@ namespace
 {
 constexpr auto delegateProperty = "_qw_delegate";
 
-/// The window that was last active and is no panel.
+/// The window that was last active of those that can be main.
 QPointer<QWidget> lastMainWindow;
 
 QWidget *widgetOf(const QWindow *window)
@@ -27,10 +27,11 @@ QWidget *widgetOf(const QWindow *window)
     return found == widgets.end() ? nullptr : *found;
 }
 
+/// Panels never are, and neither is a window without title bar, such as a splash screen.
 bool canBeMain(const QWidget *window)
 {
-    const Qt::WindowType type = window->windowType();
-    return type == Qt::Window && !isPanel(window);
+    const bool isBorderless = window->windowFlags() & Qt::FramelessWindowHint;
+    return window->windowType() == Qt::Window && !isBorderless && !isPanel(window);
 }
 
 void noteActiveWindow(QWindow *window)
@@ -57,10 +58,13 @@ void appendWindow(QList<QObject *> &chain, QWidget *window)
 
 QWidget *firstVisibleMainWindow()
 {
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    const auto found =
-        std::find_if(widgets.begin(), widgets.end(), [](QWidget *w) { return w->isVisible() && canBeMain(w); });
-    return found == widgets.end() ? nullptr : *found;
+    const QWindowList windows = QGuiApplication::topLevelWindows(); // in the order in which they were made
+    for (const QWindow *const window : windows) {
+        QWidget *const widget = window->isVisible() ? widgetOf(window) : nullptr;
+        if (widget && canBeMain(widget))
+            return widget;
+    }
+    return nullptr;
 }
 
 QMenuBar *menuBarOf(const QWidget *window)
@@ -119,7 +123,7 @@ QList<QObject *> responderChain()
     if (key)
         appendWindow(chain, key);
     QWidget *const main = mainWindow();
-    if (main && main != key && (!key || isPanel(key)))
+    if (main && main != key && (!key || !canBeMain(key)))
         appendWindow(chain, main);
     chain.append(QCoreApplication::instance());
     chain.append(delegateOf(QCoreApplication::instance()));

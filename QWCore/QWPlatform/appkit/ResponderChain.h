@@ -15,7 +15,7 @@ namespace platform
 /// The window that keys go to, or null.
 QWPLATFORM_EXPORT QWidget *keyWindow();
 
-/// The window that was last active and is no panel, while it shows; null when there is none.
+/// The window that was last active, while it shows; panels and windows without title bar are never main. Or null.
 QWPLATFORM_EXPORT QWidget *mainWindow();
 
 /// The menu bar of the key window, else of the main window, else of the first window that has one; or null.
@@ -26,7 +26,7 @@ QWPLATFORM_EXPORT void setDelegate(QObject *object, QObject *delegate);
 QWPLATFORM_EXPORT QObject *delegateOf(const QObject *object);
 
 /// Who is asked to take an action, in order: focus widget, its parents, its window, the window's delegate; when the key
-/// window is a panel, or there is none, the same of the main window; the application, its delegate.
+/// window cannot be main, or there is none, the same of the main window; the application, its delegate.
 QWPLATFORM_EXPORT QList<QObject *> responderChain();
 
 /// Who receives @p action: @p target when it responds, for a null target the first of the chain that does; or null.

@@ -8,7 +8,8 @@
 
 class QKeyEvent;
 
-namespace platform {
+namespace platform
+{
 
 /// Key map by key code: bit n of byte k is set while the key with code 8k + n is down. Codes 0 to 7 are the physical
 /// keys A S D F H G Z X of a US keyboard.
@@ -20,7 +21,12 @@ class QWPLATFORM_EXPORT KeyboardState
 public:
     virtual ~KeyboardState();
 
-    /// X11 is asked directly; elsewhere, what the application's windows were last told.
+    /// From now on keyMap() knows what goes down. The application asks for it when it launches; asking again changes
+    /// nothing, and it costs next to nothing.
+    virtual void startWatching() = 0;
+
+    /// X11 is asked directly; elsewhere, what the application's windows were told since
+    /// startWatching(), which this calls when nobody did.
     virtual KeyMap keyMap() = 0;
 
     /// What the key of @p event types in the user's layout with Shift as it is held and no other modifier; 0 when the

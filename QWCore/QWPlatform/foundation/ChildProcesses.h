@@ -23,8 +23,8 @@ struct ChildProcessResult
     QByteArray output;    ///< What was captured; may hold anything.
 };
 
-/// Runs programs. The child gets an empty standard input, the default signal mask, HOME and the library root of the
-/// System, and no descriptor of the parent but the three standard ones.
+/// Runs programs. The child gets an empty standard input and no terminal, the default signal mask, HOME and the library
+/// root of the System, and no descriptor of the parent but the three standard ones.
 class QWPLATFORM_EXPORT ChildProcesses
 {
 public:

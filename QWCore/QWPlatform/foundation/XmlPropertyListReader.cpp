@@ -92,9 +92,9 @@ bool XmlPropertyListReader::_dictionary(int depth, QVariant &value)
     QVariantMap map;
     QString key;
     Token token = m_scanner.nextTag();
-    for (; token == Token::Start && m_scanner.text() == "key"; token = m_scanner.nextTag()) {
+    for (; (token == Token::Start || token == Token::Empty) && m_scanner.text() == "key"; token = m_scanner.nextTag()) {
         QVariant item;
-        if (!_key(key) || !_value(m_scanner.nextTag(), depth, item))
+        if (!_key(token, key) || !_value(m_scanner.nextTag(), depth, item))
             return false;
         map.insert(map.cend(), key, std::move(item)); // keys come ascending: the hint makes it linear
     }
@@ -106,27 +106,27 @@ bool XmlPropertyListReader::_dictionary(int depth, QVariant &value)
 
 bool XmlPropertyListReader::_scalar(std::string_view name, std::string_view content, QVariant &value) const
 {
-    if (name == "string")
+    if (name == "string") {
         value = textOf(content);
-    else if (name == "true" || name == "false")
+        return true;
+    }
+    if (name == "true" || name == "false") {
         value = name == "true";
-    else if (name == "integer")
+        return XmlPropertyListScanner::isBlank(content);
+    }
+    if (name == "integer")
         return assign(value, PropertyListScalars::integer(content));
-    else if (name == "real")
+    if (name == "real")
         return assign(value, PropertyListScalars::real(content));
-    else if (name == "date")
+    if (name == "date")
         return assign(value, PropertyListScalars::date(content));
-    else if (name == "data")
-        return assign(value, PropertyListScalars::data(content));
-    else
-        return false;
-    return name[0] == 's' || XmlPropertyListScanner::isBlank(content); // nothing stands in "true"
+    return name == "data" && assign(value, PropertyListScalars::data(content));
 }
 
-bool XmlPropertyListReader::_key(QString &key)
+bool XmlPropertyListReader::_key(Token token, QString &key)
 {
     std::string_view raw;
-    if (!_content("key", raw))
+    if (token == Token::Start && !_content("key", raw))
         return false;
     if (raw.data() == m_buffer.data() || raw.empty()) { // not in the data, so it cannot be kept
         key = textOf(raw);

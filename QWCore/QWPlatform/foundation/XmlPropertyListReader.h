@@ -35,7 +35,7 @@ private:
     bool _array(int depth, QVariant &value);
     bool _dictionary(int depth, QVariant &value);
     bool _scalar(std::string_view name, std::string_view content, QVariant &value) const;
-    bool _key(QString &key);
+    bool _key(Token token, QString &key);
     bool _content(std::string_view name, std::string_view &content);
     bool _appendText();
 

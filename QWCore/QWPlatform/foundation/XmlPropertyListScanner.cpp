@@ -65,8 +65,8 @@ char *putReference(char *out, std::string_view name)
     const int base = name.starts_with("#x") ? 16 : 10;
     name.remove_prefix(base == 16 ? 2 : 1);
     uint32_t code = 0;
-    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), code, base);
-    return error == std::errc() && end == name.data() + name.size() ? putCharacter(out, code) : nullptr;
+    const auto [last, error] = std::from_chars(name.data(), name.data() + name.size(), code, base);
+    return error == std::errc() && last == name.data() + name.size() ? putCharacter(out, code) : nullptr;
 }
 
 /// Writes the character that entity @p name (without "&" and ";") stands for; null when there is none.

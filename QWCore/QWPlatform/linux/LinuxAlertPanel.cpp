@@ -35,11 +35,12 @@ QWidget *frontWindow(const QWidget *except)
         return modal;
     if (QWidget *const active = QApplication::activeWindow(); active && active != except)
         return active;
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    const auto found = std::find_if(windows.rbegin(), windows.rend(), [&](QWidget *w) {
-        return w != except && w->isVisible() && w->windowType() != Qt::Popup && w->windowType() != Qt::ToolTip;
+    const QWindowList windows = QGuiApplication::topLevelWindows(); // in the order in which they were made
+    const auto found = std::find_if(windows.rbegin(), windows.rend(), [&](const QWindow *window) {
+        const bool standsAlone = window->type() != Qt::Popup && window->type() != Qt::ToolTip;
+        return window->isVisible() && standsAlone && QWidget::find(window->winId()) != except;
     });
-    return found == windows.rend() ? nullptr : *found;
+    return found == windows.rend() ? nullptr : QWidget::find((*found)->winId());
 }
 
 /// The host's icon, else a quiet mark in the text colour.

@@ -11,9 +11,11 @@
 #include <unordered_set>
 #include <utility>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr auto supportFolder = "~/Library/Application Support/Quorwell/";
 constexpr auto cacheName = "component_cache";
 constexpr auto codesName = "component_codes.plist";
@@ -33,11 +35,19 @@ QStringList watchedPaths(const QString &path)
     return isLv2(path) ? QStringList{path, path + "/manifest.ttl"} : ComponentBundle::watchedPaths(path);
 }
 
+/// "Author: Name", the registry's custom. The colon and blank between them is the only one, so that readers can split
+/// it: one inside ("Matrix: MS to Stereo") becomes a dash.
+QString registryName(const QString &author, const QString &name)
+{
+    const auto dashed = [](QString text) -> QString { return text.replace(": ", " - "); };
+    return author.isEmpty() ? dashed(name) : QString(dashed(author) + ": " + dashed(name));
+}
+
 InstalledComponent installed(const Lv2Description &plugin)
 {
     InstalledComponent component;
     component.component.type = plugin.type;
-    component.name = (plugin.author.isEmpty() ? plugin.name : QString(plugin.author + ": " + plugin.name)).toUtf8();
+    component.name = registryName(plugin.author, plugin.name).toUtf8();
     component.author = plugin.author;
     component.uri = plugin.uri;
     return component;
@@ -61,6 +71,23 @@ std::vector<InstalledComponent> lv2Components(const QString &path)
 std::vector<InstalledComponent> componentsOfBundle(const QString &path)
 {
     return isLv2(path) ? lv2Components(path) : ComponentBundle::components(path);
+}
+
+/// The bundles that are there now, without their components.
+std::vector<InstalledBundle> foundBundles(const Locations &locations)
+{
+    std::vector<InstalledBundle> bundles;
+    for (const QString &path : PluginFolders::componentBundles(locations) + PluginFolders::lv2Bundles(locations)) {
+        std::vector<qint64> stamps = PluginFolders::stamps(watchedPaths(path));
+        if (isBundle(path, stamps))
+            bundles.push_back({path, std::move(stamps), {}});
+    }
+    return bundles;
+}
+
+bool isSameState(const InstalledBundle &a, const InstalledBundle &b)
+{
+    return a.path == b.path && a.stamps == b.stamps;
 }
 } // namespace
 
@@ -124,23 +151,19 @@ void LinuxComponentRegistry::_scan(Files files)
     if (!m_cacheRead)
         _readCache();
     m_scanned = true;
+    std::vector<InstalledBundle> found = foundBundles(m_locations);
+    if (std::equal(found.begin(), found.end(), m_bundles.begin(), m_bundles.end(), isSameState))
+        return; // the usual case, which must cost next to nothing
     std::unordered_map<QString, InstalledBundle> known;
-    const std::size_t knownCount = m_bundles.size();
     for (InstalledBundle &bundle : std::exchange(m_bundles, {}))
         known.emplace(bundle.path, std::move(bundle));
-    bool changed = false;
-    for (const QString &path : PluginFolders::componentBundles(m_locations) + PluginFolders::lv2Bundles(m_locations)) {
-        std::vector<qint64> stamps = PluginFolders::stamps(watchedPaths(path));
-        const auto before = known.find(path);
-        if (before != known.end() && before->second.stamps == stamps) {
-            m_bundles.push_back(std::move(before->second));
-        } else if (isBundle(path, stamps)) {
-            m_bundles.push_back({path, std::move(stamps), componentsOfBundle(path)});
-            changed = true;
-        }
+    for (InstalledBundle &bundle : found) {
+        const auto before = known.find(bundle.path);
+        const bool isKnown = before != known.end() && isSameState(bundle, before->second);
+        bundle.components = isKnown ? std::move(before->second.components) : componentsOfBundle(bundle.path);
     }
-    if (changed || m_bundles.size() != knownCount)
-        _update(files);
+    m_bundles = std::move(found);
+    _update(files);
     _index();
 }
 

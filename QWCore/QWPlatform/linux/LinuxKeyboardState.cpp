@@ -11,9 +11,11 @@
 #include <xcb/xcb.h>
 #include <xkbcommon/xkbcommon.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// Qt's own connection to the X server, or null on other window systems.
 xcb_connection_t *xConnection()
 {
@@ -36,13 +38,14 @@ KeyMap askServer(xcb_connection_t *connection)
 }
 } // namespace
 
-LinuxKeyboardState::LinuxKeyboardState()
+LinuxKeyboardState::LinuxKeyboardState() = default;
+LinuxKeyboardState::~LinuxKeyboardState() = default;
+
+void LinuxKeyboardState::startWatching()
 {
-    if (QCoreApplication::instance() && !xConnection())
+    if (!xConnection())
         _heldKeys();
 }
-
-LinuxKeyboardState::~LinuxKeyboardState() = default;
 
 KeyMap LinuxKeyboardState::keyMap()
 {

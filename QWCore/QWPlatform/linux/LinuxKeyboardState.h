@@ -4,7 +4,8 @@
 
 #include <memory>
 
-namespace platform {
+namespace platform
+{
 
 class HeldKeys;
 
@@ -12,10 +13,10 @@ class HeldKeys;
 class QWPLATFORM_EXPORT LinuxKeyboardState : public KeyboardState
 {
 public:
-    /// Without an X server, starts to remember, when there is an application object already.
     LinuxKeyboardState();
     ~LinuxKeyboardState() override;
 
+    void startWatching() override;
     KeyMap keyMap() override;
     char16_t characterOf(const QKeyEvent &event) override;
 

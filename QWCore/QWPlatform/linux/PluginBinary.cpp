@@ -70,6 +70,10 @@ void *load(const QString &path, QString *error)
 {
     // Where it really is: plug-ins look for their resources beside themselves, and wrappers hold links.
     const QString real = QFileInfo(path).canonicalFilePath();
+    if (real.isEmpty()) {
+        *error = QStringLiteral("The library is missing.");
+        return nullptr;
+    }
     void *library = ::dlopen(QFile::encodeName(real).constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!library)
         *error = QString::fromLocal8Bit(::dlerror());

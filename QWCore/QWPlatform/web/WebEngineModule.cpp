@@ -3,40 +3,66 @@
 #include <QWPlatform/appkit/WebViewModule.h>
 
 #include <QGuiApplication>
+#include <QOpenGLContext>
 #include <QPalette>
 
-namespace {
-/// Tells the engine the theme that pages ask for with "prefers-color-scheme". It takes that once, when it starts, from
-/// the environment, which is put back afterwards: child processes of the host are not meant.
-class ThemeSwitch
+namespace
+{
+/// A variable that the engine takes from the environment once, when it starts. It is put back afterwards: child
+/// processes of the host are not meant.
+class VariableForTheEngine
 {
 public:
-    ThemeSwitch()
+    VariableForTheEngine(const char *name, const QByteArray &value)
+        : m_name(name)
+        , m_wasSet(qEnvironmentVariableIsSet(name))
+        , m_before(qgetenv(name))
     {
-        const bool dark = QGuiApplication::palette().color(QPalette::Base).lightnessF() < 0.5;
-        if (dark)
-            qputenv(variable, m_before + " --blink-settings=preferredColorScheme=0");
+        qputenv(m_name, value);
     }
 
-    ~ThemeSwitch()
+    ~VariableForTheEngine()
     {
         if (m_wasSet)
-            qputenv(variable, m_before);
+            qputenv(m_name, m_before);
         else
-            qunsetenv(variable);
+            qunsetenv(m_name);
     }
 
+    VariableForTheEngine(const VariableForTheEngine &) = delete;
+    VariableForTheEngine &operator=(const VariableForTheEngine &) = delete;
+
 private:
-    static constexpr auto variable = "QTWEBENGINE_CHROMIUM_FLAGS";
-    const bool m_wasSet = qEnvironmentVariableIsSet(variable);
-    const QByteArray m_before = qgetenv(variable);
+    const char *const m_name;
+    const bool m_wasSet;
+    const QByteArray m_before;
 };
+
+constexpr auto flagsVariable = "QTWEBENGINE_CHROMIUM_FLAGS";
+constexpr auto sceneVariable = "QT_QUICK_BACKEND";
+
+/// With the theme that pages ask for by "prefers-color-scheme".
+QByteArray flags()
+{
+    const bool dark = QGuiApplication::palette().color(QPalette::Base).lightnessF() < 0.5;
+    return qgetenv(flagsVariable) + (dark ? " --blink-settings=preferredColorScheme=0" : "");
+}
+
+/// Where there is no OpenGL, as off screen, the software painter at once: the engine would try, fail and complain.
+QByteArray sceneBackend()
+{
+    const QByteArray chosen = qgetenv(sceneVariable);
+    const QOpenGLContext *const shared = QOpenGLContext::globalShareContext();
+    const bool hasOpenGL = shared && shared->isValid();
+    return chosen.isEmpty() && !hasOpenGL ? "software" : chosen;
+}
 } // namespace
 
 /// What the framework asks the module for; see WebViewModule.h.
 extern "C" Q_DECL_EXPORT platform::WebView *qwMakeWebView(QWidget *parent)
 {
-    const ThemeSwitch forTheFirstView;
+    const VariableForTheEngine withFlags(flagsVariable, flags());
+    const VariableForTheEngine withScene(sceneVariable, sceneBackend());
     return new platform::WebEngineView(parent);
 }
 

@@ -12,7 +12,8 @@
 #include <unistd.h>
 #include <utility>
 
-namespace {
+namespace
+{
 /// An open file.
 class Descriptor
 {
@@ -41,6 +42,31 @@ private:
 bool same(const timespec &a, const timespec &b)
 {
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+/// A piece of the text that fits the processor's cache: written while it is still there.
+constexpr std::size_t pieceSize = 128 * 1024;
+
+/// Writes what @p writer holds at @p at, empties it and moves @p at behind.
+bool writePiece(int file, CatalogXmlWriter &writer, off_t &at)
+{
+    std::string_view text = writer.text();
+    while (!text.empty()) {
+        const ssize_t count = ::pwrite(file, text.data(), text.size(), at);
+        if (count < 0 && errno != EINTR)
+            return false;
+        const auto written = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+        text.remove_prefix(written);
+        at += static_cast<off_t>(written);
+    }
+    writer.clear();
+    return true;
+}
+
+bool cutTo(int file, off_t size)
+{
+    struct stat status;
+    return ::fstat(file, &status) == 0 && (status.st_size == size || ::ftruncate(file, size) == 0);
 }
 
 /// Bytes up to the end of the file, however long it is by now.
@@ -115,7 +141,7 @@ int CatalogFile::_open() const
     return ::open(m_path.constData(), flags, 0666);
 }
 
-/// Writes the records from the first that changed, and cuts the file to length.
+/// Writes the records from the first that changed, piece by piece, and cuts the file to length.
 bool CatalogFile::_save(int file, std::size_t count, std::size_t firstChanged, const RecordAt &recordAt)
 {
     const bool wasEmpty = m_offsets.size() < 2;
@@ -123,28 +149,17 @@ bool CatalogFile::_save(int file, std::size_t count, std::size_t firstChanged, c
     CatalogXmlWriter writer;
     if (first == 0)
         writer.append(count ? CatalogXmlWriter::head() : CatalogXmlWriter::emptyCatalog());
-    const off_t from = first == 0 ? 0 : m_offsets[first];
+    off_t at = first == 0 ? 0 : m_offsets[first]; // where the writer's text goes
     m_offsets.resize(first);
+    m_offsets.reserve(count + 1);
     for (std::size_t i = first; i < count; ++i) {
-        m_offsets.push_back(from + static_cast<off_t>(writer.size()));
+        m_offsets.push_back(at + static_cast<off_t>(writer.size()));
         writer.appendRecord(recordAt(i));
+        if (writer.size() >= pieceSize && !writePiece(file, writer, at))
+            return false;
     }
-    m_offsets.push_back(from + static_cast<off_t>(writer.size()));
+    m_offsets.push_back(at + static_cast<off_t>(writer.size()));
     if (count)
         writer.append(CatalogXmlWriter::tail());
-    return _write(file, writer.text(), from);
-}
-
-bool CatalogFile::_write(int file, std::string_view text, off_t from)
-{
-    while (!text.empty()) {
-        const ssize_t count = ::pwrite(file, text.data(), text.size(), from);
-        if (count < 0 && errno != EINTR)
-            return false;
-        const auto written = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-        text.remove_prefix(written);
-        from += static_cast<off_t>(written);
-    }
-    struct stat status;
-    return ::fstat(file, &status) == 0 && (status.st_size == from || ::ftruncate(file, from) == 0);
+    return writePiece(file, writer, at) && cutTo(file, at);
 }

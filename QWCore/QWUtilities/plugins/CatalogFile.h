@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <optional>
-#include <string_view>
 #include <sys/stat.h>
 #include <vector>
 
@@ -46,7 +45,6 @@ private:
 
     int _open() const;
     bool _save(int file, std::size_t count, std::size_t firstChanged, const RecordAt &recordAt);
-    static bool _write(int file, std::string_view text, off_t from);
 
     QByteArray m_path;
     std::optional<Identity> m_left; ///< The file after the last save; none: nothing is known about it.

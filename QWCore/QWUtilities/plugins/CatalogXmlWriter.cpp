@@ -2,14 +2,13 @@
 
 #include <QWBase/QWCatalogRecord.h>
 
-#include <QStringEncoder>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstring>
 
-namespace {
+namespace
+{
 constexpr std::string_view prolog = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                                     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
                                     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
@@ -18,8 +17,8 @@ constexpr std::string_view prolog = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\
 /// Room that an entry needs beside its key and value: tabs, tags, line ends, or the longest number.
 constexpr std::size_t entryOverhead = 96;
 
-/// Columns of one line of data at the depth of a record's values: 76 less two tabs of 8.
-constexpr qsizetype dataLine = 60;
+/// Bytes of data on one line: 76 columns less two tabs of 8 hold 60 digits.
+constexpr qsizetype dataLine = 45;
 
 std::string_view escapeOf(char c)
 {
@@ -46,6 +45,24 @@ constexpr std::array<bool, 256> makeEscapedBytes()
 }
 constexpr std::array<bool, 256> escapedBytes = makeEscapedBytes();
 constexpr std::size_t longestEscape = 5;
+
+/// Writes @p c as it stands in text; returns where the next byte goes.
+char *put(char *at, char c)
+{
+    if (!escapedBytes[static_cast<unsigned char>(c)]) {
+        *at = c;
+        return at + 1;
+    }
+    const std::string_view escape = escapeOf(c);
+    return std::copy(escape.begin(), escape.end(), at);
+}
+
+char *putEscaped(char *at, const QByteArray &utf8)
+{
+    for (const char c : utf8)
+        at = put(at, c);
+    return at;
+}
 } // namespace
 
 std::string_view CatalogXmlWriter::head()
@@ -68,6 +85,14 @@ std::string_view CatalogXmlWriter::emptyCatalog()
 CatalogXmlWriter::CatalogXmlWriter() = default;
 CatalogXmlWriter::~CatalogXmlWriter() = default;
 
+/// Room was reserved. Texts whose size is known come down to a few moves.
+template <std::size_t Size>
+void CatalogXmlWriter::_put(const char (&text)[Size])
+{
+    std::memcpy(m_at, text, Size - 1);
+    m_at += Size - 1;
+}
+
 void CatalogXmlWriter::append(std::string_view text)
 {
     _reserve(text.size());
@@ -84,8 +109,9 @@ void CatalogXmlWriter::appendRecord(const QWCatalogRecord &record)
 void CatalogXmlWriter::setString(QLatin1StringView key, const QString &value)
 {
     _reserve(entryOverhead + static_cast<std::size_t>(key.size()) +
-             longestEscape * static_cast<std::size_t>(value.size()) + 4);
-    _putKey(key, "<string>");
+             longestEscape * static_cast<std::size_t>(value.size()));
+    _putKey(key);
+    _put("<string>");
     _putEscaped(value);
     _put("</string>\n");
 }
@@ -93,26 +119,30 @@ void CatalogXmlWriter::setString(QLatin1StringView key, const QString &value)
 void CatalogXmlWriter::setBoolean(QLatin1StringView key, bool value)
 {
     _reserve(entryOverhead + static_cast<std::size_t>(key.size()));
-    _putKey(key, value ? "<true/>\n" : "<false/>\n");
+    _putKey(key);
+    if (value)
+        _put("<true/>\n");
+    else
+        _put("<false/>\n");
 }
 
 void CatalogXmlWriter::setInteger(QLatin1StringView key, qint64 value)
 {
     _reserve(entryOverhead + static_cast<std::size_t>(key.size()));
-    _putKey(key, "<integer>");
+    _putKey(key);
+    _put("<integer>");
     m_at = std::to_chars(m_at, m_end, value).ptr;
     _put("</integer>\n");
 }
 
-void CatalogXmlWriter::setData(QLatin1StringView key, const QByteArray &value)
+void CatalogXmlWriter::setData(QLatin1StringView key, QByteArrayView value)
 {
-    const QByteArray encoded = value.toBase64();
-    _reserve(entryOverhead + static_cast<std::size_t>(key.size() + encoded.size() * 2));
-    _putKey(key, "<data>\n");
-    for (qsizetype at = 0; at < encoded.size(); at += dataLine) {
-        const qsizetype size = std::min(dataLine, encoded.size() - at);
+    _reserve(entryOverhead + static_cast<std::size_t>(key.size() + value.size() * 2));
+    _putKey(key);
+    _put("<data>\n");
+    for (qsizetype at = 0; at < value.size(); at += dataLine) {
         _put("\t\t");
-        _put({encoded.constData() + at, static_cast<std::size_t>(size)});
+        _putBase64(value.sliced(at, std::min(dataLine, value.size() - at)));
         _put("\n");
     }
     _put("\t\t</data>\n");
@@ -139,32 +169,40 @@ void CatalogXmlWriter::_put(std::string_view text)
     m_at += text.size();
 }
 
-void CatalogXmlWriter::_putKey(QLatin1StringView key, std::string_view opening)
+void CatalogXmlWriter::_putKey(QLatin1StringView key)
 {
     _put("\t\t<key>");
-    _put({key.data(), static_cast<std::size_t>(key.size())});
+    _put(std::string_view(key.data(), static_cast<std::size_t>(key.size())));
     _put("</key>\n\t\t");
-    _put(opening);
 }
 
 /// Room was reserved for the longest form.
 void CatalogXmlWriter::_putEscaped(const QString &text)
 {
-    QStringEncoder encode(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
-    char *const begin = m_at;
-    char *end = encode.appendToBuffer(begin, text);
-    if (encode.hasError()) { // half a character: written as QString does
-        const QByteArray utf8 = text.toUtf8();
-        end = std::copy(utf8.begin(), utf8.end(), begin);
+    char *at = m_at; // a local: bytes written through a member might be the member's own
+    for (const QChar character : text) {
+        const char16_t code = character.unicode();
+        if (code >= 0x80) {
+            m_at = putEscaped(m_at, text.toUtf8());
+            return;
+        }
+        at = put(at, static_cast<char>(code));
     }
-    m_at = std::find_if(begin, end, [](char c) { return escapedBytes[static_cast<unsigned char>(c)]; });
-    if (m_at == end)
-        return;
-    const std::string rest(m_at, end);
-    for (const char c : rest) {
-        if (escapedBytes[static_cast<unsigned char>(c)])
-            _put(escapeOf(c));
-        else
-            *m_at++ = c;
+    m_at = at;
+}
+
+/// Room was reserved.
+void CatalogXmlWriter::_putBase64(QByteArrayView data)
+{
+    static constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    char *out = m_at;
+    for (qsizetype at = 0; at < data.size(); at += 3) {
+        const auto byte = [&](qsizetype i) { return i < data.size() ? static_cast<unsigned char>(data[i]) : 0u; };
+        const unsigned bits = byte(at) << 16 | byte(at + 1) << 8 | byte(at + 2);
+        *out++ = digits[bits >> 18];
+        *out++ = digits[bits >> 12 & 63];
+        *out++ = at + 1 < data.size() ? digits[bits >> 6 & 63] : '=';
+        *out++ = at + 2 < data.size() ? digits[bits & 63] : '=';
     }
+    m_at = out;
 }

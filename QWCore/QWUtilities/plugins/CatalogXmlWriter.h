@@ -3,6 +3,8 @@
 #include <QWBase/QWStateWriter.h>
 #include <QWUtilities/qwutilities_export.h>
 
+#include <QByteArray>
+
 #include <memory>
 #include <string_view>
 
@@ -24,20 +26,24 @@ public:
     void append(std::string_view text);
     void appendRecord(const QWCatalogRecord &record);
 
-    /// All that was appended.
+    /// All that was appended since clear().
     std::string_view text() const { return {m_begin.get(), size()}; }
     std::size_t size() const { return static_cast<std::size_t>(m_at - m_begin.get()); }
+    void clear() { m_at = m_begin.get(); }
 
     void setString(QLatin1StringView key, const QString &value) override;
     void setBoolean(QLatin1StringView key, bool value) override;
     void setInteger(QLatin1StringView key, qint64 value) override;
-    void setData(QLatin1StringView key, const QByteArray &value) override;
+    void setData(QLatin1StringView key, QByteArrayView value) override;
 
 private:
     void _reserve(std::size_t bytes);
     void _put(std::string_view text);
-    void _putKey(QLatin1StringView key, std::string_view opening);
+    template <std::size_t Size>
+    void _put(const char (&text)[Size]);
+    void _putKey(QLatin1StringView key);
     void _putEscaped(const QString &text);
+    void _putBase64(QByteArrayView data);
 
     std::unique_ptr<char[]> m_begin;
     char *m_at = nullptr;

@@ -12,7 +12,8 @@
 #include <array>
 #include <cstring>
 
-namespace {
+namespace
+{
 /// The unit that a 'thng' resource registers. Flags and flags mask stay zero, which is how units are registered.
 std::optional<QWComponentDescription> descriptionOfResource(const QByteArray &data)
 {

@@ -6,7 +6,8 @@
 #include <memory>
 #include <sys/stat.h>
 
-namespace {
+namespace
+{
 FolderEntries::Kind kindOf(const dirent &entry)
 {
     switch (entry.d_type) {

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace qw {
+namespace qw
+{
 
 /// The extension of a file name, without its dot; "" for none. A leading dot begins a name, not an extension.
 inline QStringView pathExtension(QStringView name)

@@ -19,7 +19,8 @@ using platform::formatted;
 using platform::localized;
 using platform::System;
 
-namespace {
+namespace
+{
 /// First byte of the key map while the key with code 1 ("S") is down and its seven neighbours there are not.
 constexpr quint8 skipKeyAlone = 0x02;
 

@@ -5,7 +5,8 @@
 #include <QWPlatform/devices/ComponentRegistry.h>
 #include <QWPlatform/foundation/Localization.h>
 
-namespace {
+namespace
+{
 /// "Manufacturer: Name" in its two pieces; anything else stays one.
 QStringList piecesOf(const QString &text)
 {
@@ -85,7 +86,7 @@ bool QWAUDescription::loadInfo()
 
 void QWAUDescription::writeState(QWStateWriter &writer) const
 {
-    writer.setData(QLatin1StringView("componentDescription"), m_componentDescription.state());
+    writer.setData(QLatin1StringView("componentDescription"), m_componentDescription.stateBytes());
     writeIfSet(writer, "identifier", m_identifier);
     writer.setBoolean(QLatin1StringView("ignore"), ignore());
     writeIfSet(writer, "manufacturer", m_manufacturer);

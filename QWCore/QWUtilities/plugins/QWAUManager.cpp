@@ -11,12 +11,17 @@
 #include <QWPlatform/foundation/PropertyList.h>
 
 #include <QMenu>
+#include <QScopeGuard>
 #include <QSet>
+
+#include <cmath>
+#include <limits>
 
 using platform::fourCharCode;
 using platform::localized;
 
-namespace {
+namespace
+{
 constexpr quint32 scannedTypes[] = {fourCharCode("aufx"), fourCharCode("aumf"), fourCharCode("aumu"),
                                     fourCharCode("augn")};
 
@@ -40,8 +45,11 @@ std::optional<qint32> signedWord(const QVariant &value)
     switch (value.typeId()) {
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
-    case QMetaType::Double:
         return static_cast<qint32>(value.toLongLong());
+    case QMetaType::Double:
+        if (const double number = value.toDouble(); std::abs(number) <= std::numeric_limits<quint32>::max())
+            return static_cast<qint32>(static_cast<qint64>(number));
+        return std::nullopt;
     default:
         return std::nullopt;
     }
@@ -67,12 +75,12 @@ QWAUManager::~QWAUManager() = default;
 void QWAUManager::validate()
 {
     const PluginValidation::Scan scan(audioUnitFormat);
+    const auto forgetIdentifiers = qScopeGuard([this] { m_identifiers.reset(); });
     const auto installed = installedUnits();
     _dropStaleRecords(installed);
     for (const QWComponentDescription &unit : installed)
         if (!_descriptionWithComponentDescription(unit))
             _addNewUnit(unit);
-    m_identifiers.reset();
 }
 
 void QWAUManager::_dropStaleRecords(const std::vector<QWComponentDescription> &installed)
@@ -166,7 +174,7 @@ std::unique_ptr<QMenu> QWAUManager::_menuWithTargetActionIsInstrument(QObject *t
         if (record->ignore() || record->isPlayer() || record->isInstrument() != isInstrument)
             continue;
         PluginMenu::Folder *folder = menu.folder(menu.top(), record->manufacturer());
-        menu.addItem(*folder, record->name(), QVariant::fromValue(record->componentDescription()));
+        PluginMenu::addItem(*folder, record->name(), QVariant::fromValue(record->componentDescription()));
     }
     return menu.take();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QWPlatform/appkit/Selector.h>
 #include <QWUtilities/plugins/PluginCatalog.h>
 #include <QWUtilities/plugins/PluginValidation.h>
 #include <QWUtilities/plugins/QWAUDescription.h>
@@ -9,10 +10,6 @@
 
 class QMenu;
 class QObject;
-
-namespace platform {
-class Selector;
-}
 
 /// Catalog of the installed Audio Units. Main thread only; validate() blocks until every new unit was tried.
 class QWUTILITIES_EXPORT QWAUManager

@@ -18,7 +18,8 @@
 
 using platform::System;
 
-namespace {
+namespace
+{
 /// The user's folder keeps its tilde, and so do the paths of the records found there.
 constexpr const char *pluginFolders[] = {"/Library/Audio/Plug-Ins/VST", "~/Library/Audio/Plug-Ins/VST"};
 
@@ -57,8 +58,10 @@ void QWVSTManager::validate()
 {
     const PluginValidation::Scan scan(vstFormat);
     _dropStaleRecords();
-    for (const char *folder : pluginFolders)
-        _loadDescriptionsForDirectory(folder);
+    for (const char *folder : pluginFolders) {
+        OpenFolders open; // the scan's own: an exception may end it anywhere
+        _loadDescriptionsForDirectory(folder, open);
+    }
 }
 
 void QWVSTManager::_dropStaleRecords()
@@ -71,23 +74,22 @@ void QWVSTManager::_dropStaleRecords()
         _saveDatabase();
 }
 
-void QWVSTManager::_loadDescriptionsForDirectory(const QString &folder)
+void QWVSTManager::_loadDescriptionsForDirectory(const QString &folder, OpenFolders &open)
 {
     const FolderEntries listing(System::current().locations().mapped(folder));
-    if (listing.entries().empty() ||
-        std::find(m_openFolders.begin(), m_openFolders.end(), listing.identity()) != m_openFolders.end())
+    if (listing.entries().empty() || std::find(open.begin(), open.end(), listing.identity()) != open.end())
         return;
-    m_openFolders.push_back(listing.identity());
+    open.push_back(listing.identity());
     for (const FolderEntries::Entry &entry : listing.entries()) {
         const QString path = folder + QLatin1Char('/') + entry.name;
         if (qw::pathExtension(entry.name) == QLatin1StringView("vst")) {
             if (!_descriptionForPath(path))
                 _addNewBundle(path, entry.name);
         } else if (_isFolder(path, entry.kind)) {
-            _loadDescriptionsForDirectory(path);
+            _loadDescriptionsForDirectory(path, open);
         }
     }
-    m_openFolders.pop_back();
+    open.pop_back();
 }
 
 bool QWVSTManager::_isFolder(const QString &path, FolderEntries::Kind kind)
@@ -157,7 +159,7 @@ std::unique_ptr<QMenu> QWVSTManager::_menuWithTargetActionIsInstrument(QObject *
         if (record->ignore() || record->isInstrument() != isInstrument)
             continue;
         if (auto *folder = folderOf(record->path(), menu))
-            menu.addItem(*folder, QWPathStrings::filename(record->path()), QVariant::fromValue(record));
+            PluginMenu::addItem(*folder, QWPathStrings::filename(record->path()), QVariant::fromValue(record));
     }
     return menu.take(platform::localized("No plug-ins found"));
 }

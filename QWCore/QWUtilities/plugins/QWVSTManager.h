@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QWPlatform/appkit/Selector.h>
 #include <QWUtilities/plugins/FolderEntries.h>
 #include <QWUtilities/plugins/PluginCatalog.h>
 #include <QWUtilities/plugins/PluginValidation.h>
@@ -13,10 +14,6 @@
 
 class QMenu;
 class QObject;
-
-namespace platform {
-class Selector;
-}
 
 /// Catalog of the installed VST plug-ins. Main thread only; validate() blocks until every new bundle was tried.
 class QWUTILITIES_EXPORT QWVSTManager
@@ -46,8 +43,10 @@ private:
         static const QString &of(const QWVSTDescription &record) { return record.path(); }
     };
 
+    using OpenFolders = std::vector<FolderEntries::Identity>; ///< Outermost first: a link may lead back.
+
     void _dropStaleRecords();
-    void _loadDescriptionsForDirectory(const QString &folder);
+    void _loadDescriptionsForDirectory(const QString &folder, OpenFolders &open);
     static bool _isFolder(const QString &path, FolderEntries::Kind kind);
     void _addNewBundle(const QString &path, const QString &entryName);
     void _saveDatabase();
@@ -60,5 +59,4 @@ private:
     PluginCatalog<QWVSTDescription, PathKey> m_catalog;
     std::optional<QSet<QString>> m_graylist; ///< Bundle identifiers, read at first use: the bundle of a subclass is
                                              ///< not known earlier.
-    std::vector<FolderEntries::Identity> m_openFolders; ///< Those being walked, outermost first: a link may lead back.
 };

@@ -3,19 +3,31 @@
 #include <QWPlatform/appkit/Compositing.h>
 
 #include <QApplication>
+#include <QBitmap>
+#include <QPainter>
 #include <QPropertyAnimation>
 #include <QScreen>
 #include <QStyle>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 constexpr int fadeMilliseconds = 200;
 
 QScreen *screenOfUser()
 {
     QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
     return screen ? screen : QGuiApplication::primaryScreen();
+}
+
+QBitmap roundedMask(const QSize &size)
+{
+    QBitmap mask(size);
+    mask.clear();
+    QPainter(&mask).fillPath(roundedPanel(size), Qt::color1);
+    return mask;
 }
 } // namespace
 
@@ -54,7 +66,7 @@ void BorderlessWindow::makeKeyAndOrderFront()
     if (platform::isCompositing())
         clearMask();
     else
-        setMask(QRegion(roundedPanel(size()).toFillPolygon().toPolygon()));
+        setMask(roundedMask(size()));
     show();
     raise();
     activateWindow();

@@ -5,9 +5,11 @@
 #include <QWPlatform/foundation/Clock.h>
 #include <QWPlatform/foundation/Localization.h>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 struct Mark
 {
     const char *text;

@@ -3,7 +3,8 @@
 #include <QPainter>
 #include <QStyle>
 
-namespace qw {
+namespace qw
+{
 
 ElidedLabel::ElidedLabel(QWidget *parent)
     : QLabel(parent)
@@ -21,10 +22,9 @@ QSize ElidedLabel::minimumSizeHint() const
     return {0, QLabel::minimumSizeHint().height()};
 }
 
-void ElidedLabel::paintEvent(QPaintEvent *event)
+void ElidedLabel::paintEvent(QPaintEvent *)
 {
     const QString shown = fontMetrics().elidedText(text().simplified(), Qt::ElideMiddle, contentsRect().width());
-    Q_UNUSED(event)
     QPainter painter(this);
     style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(), isEnabled(), shown,
                           foregroundRole());

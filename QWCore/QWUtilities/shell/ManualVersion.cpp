@@ -9,9 +9,11 @@
 #include <algorithm>
 #include <limits>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 constexpr QLatin1String tagOpening("<meta name=\"qw_manual_version\" content=\"");
 constexpr QLatin1String tagClosing("\">");
 

@@ -6,9 +6,11 @@
 
 #include <QPainter>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 constexpr double upwards = 90;
 
 QColor white(double brightness)

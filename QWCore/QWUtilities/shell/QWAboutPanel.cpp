@@ -18,7 +18,8 @@
 
 using platform::System;
 
-namespace {
+namespace
+{
 constexpr int quietRoundBezel = 1200;
 }
 

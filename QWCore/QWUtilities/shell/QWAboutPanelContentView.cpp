@@ -5,9 +5,11 @@
 
 #include <QWBase/QWGradient.h>
 
+#include <QMouseEvent>
 #include <QPainter>
 
-namespace {
+namespace
+{
 constexpr double lineHeight = 49.5; ///< From the bottom; on the middle of a pixel, so that the line is one pixel wide.
 constexpr double lineMargin = 20;
 } // namespace
@@ -20,16 +22,17 @@ QWAboutPanelContentView::QWAboutPanelContentView(QWidget *parent)
 
 QWAboutPanelContentView::~QWAboutPanelContentView() = default;
 
-void QWAboutPanelContentView::mousePressEvent(QMouseEvent *)
+void QWAboutPanelContentView::mousePressEvent(QMouseEvent *event)
 {
-    QWAboutPanel::aboutPanel().close();
+    if (event->button() == Qt::LeftButton)
+        QWAboutPanel::aboutPanel().close();
 }
 
 void QWAboutPanelContentView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     qw::fillPanel(painter, *m_background, size());
-    painter.setPen(QColor::fromRgbF(1.F / 3, 1.F / 3, 1.F / 3));
+    painter.setPen(QPen(QColor::fromRgbF(1.F / 3, 1.F / 3, 1.F / 3), 1, Qt::SolidLine, Qt::FlatCap));
     const double y = height() - lineHeight;
     painter.drawLine(QPointF(lineMargin, y), QPointF(width() - lineMargin, y));
 }

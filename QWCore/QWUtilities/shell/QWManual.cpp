@@ -31,8 +31,9 @@ using platform::formatted;
 using platform::localized;
 using platform::System;
 
-namespace {
-Q_LOGGING_CATEGORY(log, "quorwell.manual")
+namespace
+{
+Q_LOGGING_CATEGORY(manualLog, "quorwell.manual")
 
 constexpr int barSteps = 1000; ///< Of the whole progress bar.
 
@@ -105,7 +106,7 @@ QWManual::~QWManual() = default;
 void QWManual::_openManual()
 {
     if (!m_window) {
-        if (!_loadNib())
+        if (!QWApplication::sharedApplication() || !_loadNib())
             return;
         if (QWFile::fileExistsAtPath(m_manualIndexPath)) {
             home();
@@ -318,6 +319,6 @@ void QWManual::savePanelDidEnd(int returnCode, const QString &path)
         return;
     m_contentView->printToPdf(path, [path](bool ok) {
         if (!ok)
-            qCWarning(log) << "The manual could not be written to" << path;
+            qCWarning(manualLog) << "The manual could not be written to" << path;
     });
 }

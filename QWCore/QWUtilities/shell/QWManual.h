@@ -30,6 +30,7 @@ class QWUTILITIES_EXPORT QWManual : public QObject,
 public:
     static QWManual &manual();
 
+    /// Each of these needs a QWApplication and the interface file "QWManual"; without, nothing opens.
     static void openManual();
     static void openLegal();
     static void openAcknowledgements();

@@ -21,7 +21,8 @@
 using platform::Toolbar;
 using platform::ToolbarItem;
 
-namespace {
+namespace
+{
 struct Item
 {
     const char *identifier;

@@ -20,7 +20,8 @@
 
 using platform::System;
 
-namespace {
+namespace
+{
 /// The main thread is in the middle of its work: nothing but the window system may be heard.
 void pump()
 {

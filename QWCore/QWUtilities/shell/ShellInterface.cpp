@@ -11,9 +11,11 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 bool registerClasses()
 {
     using platform::InterfaceFile;

@@ -5,9 +5,11 @@
 
 #include <cmath>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 constexpr double barWidth = 2;
 constexpr double barStep = 5;
 

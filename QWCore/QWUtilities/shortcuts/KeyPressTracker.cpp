@@ -2,7 +2,8 @@
 
 #include <QKeyEvent>
 
-namespace qw {
+namespace qw
+{
 
 KeyPressTracker::Sight KeyPressTracker::see(const QObject &receiver, const QKeyEvent &event)
 {

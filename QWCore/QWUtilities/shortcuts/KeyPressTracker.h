@@ -5,7 +5,8 @@
 class QKeyEvent;
 class QObject;
 
-namespace qw {
+namespace qw
+{
 
 /// One press of a key comes by several times: as ShortcutOverride to the window and to the focus widget, as KeyPress to
 /// both, and again when a widget hands it on; sent by a program, the KeyPress may come first and hold a

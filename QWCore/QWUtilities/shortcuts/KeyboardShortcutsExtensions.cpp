@@ -8,7 +8,8 @@
 #include <QKeyEvent>
 #include <QThread>
 
-namespace {
+namespace
+{
 using Sight = qw::KeyPressTracker::Sight;
 
 bool isConsumed(QObject &receiver, const QKeyEvent &event)

@@ -6,9 +6,11 @@
 #include <QWPlatform/foundation/PropertyList.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
-namespace qw::LegacyShortcuts {
+namespace qw::LegacyShortcuts
+{
 
-namespace {
+namespace
+{
 constexpr auto key = "Keyboard Shortcuts Custom";
 
 /// Stored as an array, or as data that holds one.

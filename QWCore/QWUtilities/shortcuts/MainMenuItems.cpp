@@ -8,9 +8,11 @@
 
 #include <algorithm>
 
-namespace qw::MainMenuItems {
+namespace qw::MainMenuItems
+{
 
-namespace {
+namespace
+{
 Batch *currentBatch = nullptr;
 
 QList<QAction *> mainMenu()

@@ -7,14 +7,17 @@
 class QAction;
 class QMenu;
 
-namespace platform {
+namespace platform
+{
 class MenuItem;
 }
 
-namespace qw {
+namespace qw
+{
 
 /// Finds items of the host's main menu by their titles.
-namespace MainMenuItems {
+namespace MainMenuItems
+{
 
 /// The item below the first top-level item from which all @p titles lead down; null when there is none.
 platform::MenuItem *itemAtPath(const QStringList &titles);

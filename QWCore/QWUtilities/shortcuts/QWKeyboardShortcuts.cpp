@@ -29,7 +29,8 @@ namespace ShortcutFiles = qw::ShortcutFiles;
 using platform::localized;
 using platform::System;
 
-namespace {
+namespace
+{
 constexpr auto openKey = "Keyboard Shortcuts Open";
 constexpr auto folderName = "Keyboard Shortcuts";
 constexpr auto exchangeType = "qwshortcuts";

@@ -14,7 +14,8 @@
 
 class QEvent;
 
-namespace qw {
+namespace qw
+{
 class ShortcutEditor;
 class ShortcutIndex;
 } // namespace qw

@@ -16,7 +16,8 @@
 
 using platform::MenuItem;
 
-namespace {
+namespace
+{
 constexpr char16_t f35 = 0xf726; ///< On no keyboard.
 } // namespace
 

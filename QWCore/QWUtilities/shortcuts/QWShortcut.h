@@ -13,7 +13,8 @@
 
 class QWShortcutGroup;
 
-namespace qw {
+namespace qw
+{
 class ShortcutIndex;
 }
 

@@ -5,7 +5,8 @@
 
 #include <algorithm>
 
-namespace {
+namespace
+{
 template <class Matches>
 std::shared_ptr<QWShortcut> firstWhere(const QWShortcutGroup::Shortcuts &shortcuts, Matches matches)
 {

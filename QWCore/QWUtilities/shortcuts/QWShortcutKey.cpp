@@ -9,7 +9,8 @@
 
 using platform::KeyEvent;
 
-namespace {
+namespace
+{
 constexpr quint32 storedModifiers = KeyEvent::Shift | KeyEvent::Control | KeyEvent::Option | KeyEvent::Command;
 
 char16_t lowerCase(char16_t character)

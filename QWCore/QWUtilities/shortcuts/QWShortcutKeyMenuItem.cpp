@@ -4,7 +4,8 @@
 
 #include <QWPlatform/appkit/MenuItem.h>
 
-namespace QWShortcutKeyMenuItem {
+namespace QWShortcutKeyMenuItem
+{
 
 void setShortcutKey(platform::MenuItem &item, const QWShortcutKey &key)
 {

@@ -4,12 +4,14 @@
 
 class QWShortcutKey;
 
-namespace platform {
+namespace platform
+{
 class MenuItem;
 }
 
 /// Shortcut keys as key equivalents of menu items.
-namespace QWShortcutKeyMenuItem {
+namespace QWShortcutKeyMenuItem
+{
 
 /// The menu shows the key without an implied Shift; a clear key shows nothing.
 QWUTILITIES_EXPORT void setShortcutKey(platform::MenuItem &item, const QWShortcutKey &key);

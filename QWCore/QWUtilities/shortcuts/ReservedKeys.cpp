@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <array>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 struct ReservedKey
 {
     char16_t character;

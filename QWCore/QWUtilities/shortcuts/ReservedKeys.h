@@ -2,7 +2,8 @@
 
 #include <QtGlobal>
 
-namespace qw {
+namespace qw
+{
 
 /// Whether the desktop keeps the combination for itself; @p modifiers holds no bits but Shift, Control, Option and
 /// Command.

@@ -1,6 +1,7 @@
 #include "ShortcutEditor.h"
 
-namespace qw {
+namespace qw
+{
 
 ShortcutEditor::~ShortcutEditor() = default;
 

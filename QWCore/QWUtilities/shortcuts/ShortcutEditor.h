@@ -8,7 +8,8 @@
 class QMenu;
 class QWidget;
 
-namespace qw {
+namespace qw
+{
 
 /// What the registry needs of the editor's windows. Main thread.
 class QWUTILITIES_EXPORT ShortcutEditor

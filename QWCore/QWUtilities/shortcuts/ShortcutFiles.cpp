@@ -5,9 +5,11 @@
 #include <QFile>
 #include <QFileInfo>
 
-namespace qw::ShortcutFiles {
+namespace qw::ShortcutFiles
+{
 
-namespace {
+namespace
+{
 QVariantList withoutRepresentedObjects(const QVariantList &array)
 {
     QVariantList plain;

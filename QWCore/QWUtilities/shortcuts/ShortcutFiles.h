@@ -5,11 +5,13 @@
 
 #include <optional>
 
-namespace qw {
+namespace qw
+{
 
 /// Files of shortcut dictionaries: the factory definition, current changes, presets and exchange files. Paths are real
 /// ones.
-namespace ShortcutFiles {
+namespace ShortcutFiles
+{
 
 /// The array in the file; none when there is no such file, it cannot be read, or holds something else.
 std::optional<QVariantList> readArray(const QString &path);

@@ -7,11 +7,13 @@
 
 #include <QApplication>
 
-namespace qw {
+namespace qw
+{
 
 using platform::FirstResponder;
 
-namespace {
+namespace
+{
 /// Save and open panels are panels that never float.
 bool keepsItsKeys(const QWidget &window)
 {

@@ -6,11 +6,13 @@
 #include <algorithm>
 #include <array>
 
-namespace qw {
+namespace qw
+{
 
 using platform::KeyEvent;
 
-namespace {
+namespace
+{
 struct ModifierGlyph
 {
     quint32 modifier;

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace qw {
+namespace qw
+{
 
 /// "⌃⌥⇧⌘", those of @p modifiers in this order.
 QString modifierGlyphs(quint32 modifiers);

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 quint64 numberOf(const QWShortcutKey &key)
 {
     return quint64(key.modifiers()) << 16 | key.character();

@@ -5,7 +5,8 @@
 #include <QHash>
 #include <QVarLengthArray>
 
-namespace qw {
+namespace qw
+{
 
 /// Answers look-ups in a list of groups as a walk through it would at that moment, without the walk. Shortcuts and
 /// groups in it tell it of their changes: a changed key moves, any other change makes it start anew at the next

@@ -2,9 +2,11 @@
 
 #include <cmath>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 constexpr double limit = 9.2e18;
 
 qlonglong cut(double value)

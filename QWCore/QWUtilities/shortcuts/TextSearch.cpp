@@ -1,8 +1,10 @@
 #include "TextSearch.h"
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 /// Decomposed, without the marks, in folded case.
 QString plain(const QString &text)
 {

@@ -19,11 +19,13 @@
 #include <QIcon>
 #include <QUrl>
 
-namespace demo {
+namespace demo
+{
 
 using platform::System;
 
-namespace {
+namespace
+{
 constexpr int iconSizes[] = {16, 24, 32, 48, 64, 128, 256, 512};
 }
 
@@ -63,6 +65,8 @@ void DemoApplication::applicationDidFinishLaunching()
     _openWindow();
     if (m_tour)
         m_tour->start(makeTourSteps(*m_tour));
+    if (m_options.quit)
+        quit();
 }
 
 void DemoApplication::_validate()

@@ -9,7 +9,8 @@
 class QWAUManager;
 class QWVSTManager;
 
-namespace demo {
+namespace demo
+{
 
 class AudioDocument;
 class HostMenus;

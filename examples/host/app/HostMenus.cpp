@@ -10,13 +10,16 @@
 #include <QMainWindow>
 #include <QMenuBar>
 
-namespace demo {
+namespace demo
+{
 
 using platform::localized;
 using platform::MenuItem;
 
-namespace {
+namespace
+{
 constexpr QChar f1(0xF704);
+constexpr qsizetype longestInline = 20; // items
 
 struct Entry
 {
@@ -115,11 +118,17 @@ void HostMenus::_fill(QMenu &menu, std::unique_ptr<QMenu> units, std::unique_ptr
     addItem(menu, m_application, {"Look for New Plug-ins", "validatePlugIns:", {}});
 }
 
-void HostMenus::_addCatalog(QMenu &menu, const QString &section, std::unique_ptr<QMenu> catalog)
+// A short catalog stands in the menu itself, a long one in a submenu.
+void HostMenus::_addCatalog(QMenu &menu, const QString &title, std::unique_ptr<QMenu> catalog)
 {
-    if (!catalog->isEmpty())
-        menu.addSection(section);
-    menu.addActions(catalog->actions());
+    if (catalog->isEmpty())
+        return;
+    if (catalog->actions().size() > longestInline) {
+        platform::addSubmenu(menu, title)->addActions(catalog->actions());
+    } else {
+        menu.addSection(title);
+        menu.addActions(catalog->actions());
+    }
     m_catalogs.push_back(std::move(catalog));
 }
 

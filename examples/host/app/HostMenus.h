@@ -11,7 +11,8 @@ class QObject;
 class QWAUManager;
 class QWVSTManager;
 
-namespace demo {
+namespace demo
+{
 
 /// The menu bar of the host. The plug-in menus are filled from the two catalogs.
 class HostMenus
@@ -29,7 +30,7 @@ public:
 
 private:
     void _fill(QMenu &menu, std::unique_ptr<QMenu> units, std::unique_ptr<QMenu> vst);
-    void _addCatalog(QMenu &menu, const QString &section, std::unique_ptr<QMenu> catalog);
+    void _addCatalog(QMenu &menu, const QString &title, std::unique_ptr<QMenu> catalog);
 
     QObject &m_actions;
     QObject &m_application;

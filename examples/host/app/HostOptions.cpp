@@ -1,12 +1,15 @@
 #include "HostOptions.h"
 
 #include <QFileInfo>
+#include <QUrl>
 
 #include <functional>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 using platform::ThemeChoice;
 
 QString absolute(const QString &path)
@@ -53,6 +56,8 @@ const std::vector<Option> &options()
         {"--scale", "1|2", "pixels for each unit of length (default: the desktop's)", setScale},
         {"--support-site", "URL", "base address of the support site",
          [](HostOptions &o, const QString &v) { return setText(o.supportSite, v); }},
+        {"--quit", nullptr, "quit as soon as the launch is over, to time it",
+         [](HostOptions &o, const QString &) { return o.quit = true; }},
         {"--help", nullptr, "show this text", [](HostOptions &o, const QString &) { return o.help = true; }},
     };
     return table;
@@ -85,6 +90,15 @@ bool takeOption(HostOptions &result, const QString &argument, QStringList &rest,
     return false;
 }
 
+// A path, or the path of a file's address; none for other addresses, which the application object delivers.
+QStringList fileOf(const QString &argument)
+{
+    const QUrl url(argument);
+    if (url.isLocalFile())
+        return {url.toLocalFile()};
+    return argument.contains(QLatin1String("://")) ? QStringList() : QStringList{absolute(argument)};
+}
+
 QString contradictionIn(const HostOptions &options)
 {
     if (options.realHome && !options.home.isEmpty())
@@ -103,7 +117,7 @@ std::optional<HostOptions> HostOptions::parse(const QStringList &arguments, QStr
     while (!rest.isEmpty()) {
         const QString argument = rest.takeFirst();
         if (!argument.startsWith(QLatin1String("--")))
-            result.files += argument.contains(QLatin1String("://")) ? argument : absolute(argument);
+            result.files += fileOf(argument);
         else if (!takeOption(result, argument, rest, error))
             return std::nullopt;
     }

@@ -6,7 +6,8 @@
 
 #include <optional>
 
-namespace demo {
+namespace demo
+{
 
 /// What the command line asks for.
 struct HostOptions
@@ -17,8 +18,9 @@ struct HostOptions
     platform::ThemeChoice theme = platform::ThemeChoice::System;
     int scale = 0; ///< 1 or 2; 0: the desktop's.
     QString supportSite;
+    bool quit = false; ///< As soon as the launch is over.
     bool help = false;
-    QStringList files; ///< Absolute paths, and URLs as they were given.
+    QStringList files; ///< Absolute paths.
 
     /// @p arguments without the program's name; none, and a sentence in @p error, when they make no sense.
     static std::optional<HostOptions> parse(const QStringList &arguments, QString *error);

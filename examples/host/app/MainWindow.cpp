@@ -23,11 +23,13 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-namespace demo {
+namespace demo
+{
 
 using platform::localized;
 
-namespace {
+namespace
+{
 constexpr QSize usualSize(1080, 680);
 
 QStringList localFilesIn(const QMimeData &data)
@@ -81,6 +83,7 @@ QPushButton *MainWindow::_makeButton(const QString &icon, const QString &title)
 {
     auto *button = new QPushButton(title, this);
     button->setIcon(lineIcon(icon));
+    button->setMinimumSize(button->sizeHint() + QSize(12, 4));
     return button;
 }
 
@@ -130,6 +133,8 @@ void MainWindow::setPlugInMenus(QMenu *effects, QMenu *instruments)
     m_effects->setMenu(effects);
     m_chain->addButton()->setMenu(effects);
     m_instruments->setMenu(instruments);
+    for (QPushButton *button : {m_effects, m_instruments})
+        button->setMinimumWidth(button->sizeHint().width() + 16); // the menu's arrow has been added
 }
 
 void MainWindow::_showDocument()

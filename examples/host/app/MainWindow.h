@@ -8,7 +8,8 @@ class QLabel;
 class QPushButton;
 class QStackedWidget;
 
-namespace demo {
+namespace demo
+{
 
 class AudioDocument;
 class ChainStrip;

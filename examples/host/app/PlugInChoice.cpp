@@ -6,9 +6,11 @@
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/plugins/PluginLoader.h>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 using VSTRecord = std::shared_ptr<QWVSTDescription>;
 
 PluginRenderer::Opener openerOf(const QWComponentDescription &description)

@@ -6,11 +6,13 @@
 
 #include <optional>
 
-namespace platform {
+namespace platform
+{
 class MenuItem;
 }
 
-namespace demo {
+namespace demo
+{
 
 /// The plug-in behind an item of the Effects or Instruments menu.
 struct PlugInChoice

@@ -15,13 +15,15 @@
 
 #include <QFileInfo>
 
-namespace demo {
+namespace demo
+{
 
 using platform::formatted;
 using platform::localized;
 using platform::MenuItem;
 
-namespace {
+namespace
+{
 constexpr auto saveFormatKey = "Save Format";
 constexpr double instrumentRate = 48000;
 const QStringList readableTypes{"wav",  "aif", "aiff", "aifc", "flac", "ogg", "oga",

@@ -7,11 +7,13 @@
 
 class QAction;
 
-namespace platform {
+namespace platform
+{
 class MenuItem;
 }
 
-namespace demo {
+namespace demo
+{
 
 class MainWindow;
 struct PlugInChoice;

@@ -8,9 +8,11 @@
 #include <exception>
 #include <new>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int pollMilliseconds = 40;
 
 WorkResult guarded(const SoundWork::Work &work, WorkProgress &progress)

@@ -9,7 +9,8 @@
 #include <functional>
 #include <memory>
 
-namespace demo {
+namespace demo
+{
 
 /// What a worker brings back.
 struct WorkResult

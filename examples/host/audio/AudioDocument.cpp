@@ -1,6 +1,7 @@
 #include "AudioDocument.h"
 
-namespace demo {
+namespace demo
+{
 
 AudioDocument::AudioDocument(QObject *parent)
     : QObject(parent)

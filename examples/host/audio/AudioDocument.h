@@ -7,7 +7,8 @@
 
 #include <vector>
 
-namespace demo {
+namespace demo
+{
 
 /// One plug-in that the sound went through.
 struct Step

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-namespace demo {
+namespace demo
+{
 
 ChannelPlan ChannelPlan::make(int soundChannels, int inputs, int outputs)
 {

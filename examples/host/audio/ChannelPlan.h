@@ -1,6 +1,7 @@
 #pragma once
 
-namespace demo {
+namespace demo
+{
 
 /// How the channels of a sound meet those of a plug-in.
 struct ChannelPlan

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace demo {
+namespace demo
+{
 
 Clip::Clip(Sound samples)
     : sound(std::move(samples))

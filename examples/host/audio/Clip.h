@@ -5,7 +5,8 @@
 
 #include <memory>
 
-namespace demo {
+namespace demo
+{
 
 /// A sound with what its pictures and read-outs need, made once by the worker that made the sound.
 struct Clip

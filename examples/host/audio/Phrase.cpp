@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 struct Note
 {
     double start;  ///< Seconds.

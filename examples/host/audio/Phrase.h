@@ -4,7 +4,8 @@
 
 #include <vector>
 
-namespace demo {
+namespace demo
+{
 
 /// A few bars of notes for instruments.
 struct Phrase

@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <cmath>
 
-namespace demo {
+namespace demo
+{
 
 using platform::AudioPlugin;
 
-namespace {
+namespace
+{
 constexpr float silence = 1.0e-4f;      // -80 dB
 constexpr double quietBeforeEnd = 0.25; // seconds
 constexpr double fadeOut = 0.05;        // seconds

@@ -10,7 +10,8 @@
 #include <memory>
 #include <optional>
 
-namespace demo {
+namespace demo
+{
 
 class WorkProgress;
 

@@ -4,7 +4,8 @@
 
 #include <vector>
 
-namespace demo {
+namespace demo
+{
 
 /// Samples in memory, one vector a channel, all of one length. Full scale is -1.0 to 1.0; louder is allowed.
 struct Sound

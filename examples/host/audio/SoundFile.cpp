@@ -12,9 +12,11 @@
 #include <filesystem>
 #include <memory>
 
-namespace demo::SoundFile {
+namespace demo::SoundFile
+{
 
-namespace {
+namespace
+{
 constexpr sf_count_t blockFrames = 16384;
 
 struct CloseFile

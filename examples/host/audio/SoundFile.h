@@ -6,12 +6,14 @@
 
 #include <optional>
 
-namespace demo {
+namespace demo
+{
 
 class WorkProgress;
 
 /// Reads and writes sound files. Any thread.
-namespace SoundFile {
+namespace SoundFile
+{
 
 enum class Format
 {

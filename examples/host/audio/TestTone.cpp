@@ -1,11 +1,14 @@
 #include "TestTone.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr double rate = 48000;
 constexpr double length = 4; // seconds
 
@@ -40,10 +43,25 @@ void play(Sound &sound, const Note &note)
 {
     const double left = std::cos(note.pan * std::numbers::pi / 2) * note.level;
     const double right = std::sin(note.pan * std::numbers::pi / 2) * note.level;
-    for (auto frame = static_cast<size_t>(note.start * rate); frame < sound.channels[0].size(); ++frame) {
+    const double end = note.start + 12 * note.decay; // by then it is 100 dB down
+    const auto last = std::min(sound.channels[0].size(), static_cast<size_t>(end * rate));
+    for (auto frame = static_cast<size_t>(note.start * rate); frame < last; ++frame) {
         const double value = pluck(note.frequency, note.decay, static_cast<double>(frame) / rate - note.start);
         sound.channels[0][frame] += static_cast<float>(left * value);
         sound.channels[1][frame] += static_cast<float>(right * value);
+    }
+}
+
+void setPeak(Sound &sound, float wanted)
+{
+    float peak = 0;
+    for (const auto &channel : sound.channels) {
+        for (const float sample : channel)
+            peak = std::max(peak, std::abs(sample));
+    }
+    for (auto &channel : sound.channels) {
+        for (float &sample : channel)
+            sample *= wanted / peak;
     }
 }
 
@@ -64,6 +82,7 @@ Sound makeTestTone()
     for (const Note &note : notes)
         play(sound, note);
     fadeOut(sound, 2400);
+    setPeak(sound, 0.79f);
     return sound;
 }
 

@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace demo {
+namespace demo
+{
 
 WaveformSummary::WaveformSummary(const Sound &sound)
 {

@@ -4,7 +4,8 @@
 
 #include <vector>
 
-namespace demo {
+namespace demo
+{
 
 struct Sound;
 

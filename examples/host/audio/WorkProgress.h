@@ -2,7 +2,8 @@
 
 #include <atomic>
 
-namespace demo {
+namespace demo
+{
 
 /// What a worker tells the main thread while it works, and the other way round. Any thread.
 class WorkProgress

@@ -7,7 +7,8 @@
 
 #include <cstdio>
 
-namespace {
+namespace
+{
 bool render(QSvgRenderer &picture, const QString &path, int size)
 {
     QImage image(size, size, QImage::Format_ARGB32_Premultiplied);

@@ -12,11 +12,13 @@
 
 #include <algorithm>
 
-namespace demo {
+namespace demo
+{
 
 using platform::MenuItem;
 
-namespace {
+namespace
+{
 void collect(const QMenu &menu, QList<MenuItem *> &items)
 {
     for (QAction *action : menu.actions()) {
@@ -47,7 +49,8 @@ void EffectStep::begin(DemoApplication &application)
 
 void EffectStep::_tryNext(DemoApplication &application)
 {
-    if (!m_candidates.isEmpty())
+    m_hasFailed = m_candidates.isEmpty();
+    if (!m_hasFailed)
         application.actions().applyEffect(m_candidates.takeFirst());
 }
 

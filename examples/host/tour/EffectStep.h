@@ -5,11 +5,13 @@
 #include <QList>
 #include <QStringList>
 
-namespace platform {
+namespace platform
+{
 class MenuItem;
 }
 
-namespace demo {
+namespace demo
+{
 
 /// The main window after effects were chosen from the menu, as a user would. It tries those it likes best first, and
 /// goes on with the next when a plug-in refuses.
@@ -22,6 +24,7 @@ public:
     QString name() const override { return m_name; }
     void begin(DemoApplication &application) override;
     std::optional<QImage> picture(DemoApplication &application) override;
+    bool hasFailed() const override { return m_hasFailed; }
 
 private:
     void _tryNext(DemoApplication &application);
@@ -30,6 +33,7 @@ private:
     QStringList m_favourites;
     size_t m_steps;
     QList<platform::MenuItem *> m_candidates;
+    bool m_hasFailed = false; ///< No plug-in is left.
 };
 
 } // namespace demo

@@ -8,10 +8,12 @@
 #include <QMenu>
 #include <QMenuBar>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
-constexpr int usualLength = 12; // items; a longer submenu hides the window
+namespace
+{
+constexpr int usualLength = 24; // items; a longer submenu hides the window
 } // namespace
 
 MenuStep::MenuStep(QString name)

@@ -8,7 +8,8 @@
 class QAction;
 class QMenu;
 
-namespace demo {
+namespace demo
+{
 
 /// The Effects menu, open down to its first plug-ins, over the main window.
 class MenuStep : public TourStep

@@ -12,9 +12,11 @@
 #include <QDir>
 #include <QFile>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr auto brokenName = "Cracked Bell";
 
 QString brokenBundle()

@@ -2,7 +2,8 @@
 
 #include "TourStep.h"
 
-namespace demo {
+namespace demo
+{
 
 /// The alert of a plug-in that fails its trial, above the splash screen. A bundle without a binary is installed for the
 /// time of one scan; a second scan forgets it again.

@@ -6,9 +6,11 @@
 #include <QPixmap>
 #include <QWidget>
 
-namespace demo::ScreenPicture {
+namespace demo::ScreenPicture
+{
 
-namespace {
+namespace
+{
 constexpr int margin = 48;
 constexpr int shadowReach = 24;
 constexpr int shadowDrop = 8;
@@ -23,14 +25,15 @@ QRect boundsOf(const QList<QWidget *> &windows)
     return bounds.marginsAdded(QMargins(margin, margin, margin, margin));
 }
 
-// Rounded rectangles of little ink each, one inside the other, add up to a soft edge.
+// Rounded rectangles of little ink, one inside the other and darker inwards, add up to a soft edge.
 void paintShadow(QPainter &painter, const QRect &window)
 {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, 3));
-    for (int reach = shadowReach; reach > 0; --reach)
-        painter.drawRoundedRect(window.translated(0, shadowDrop).marginsAdded(QMargins(reach, reach, reach, reach)),
-                                reach + 4, reach + 4);
+    for (int reach = shadowReach; reach > 0; reach -= 2) {
+        painter.setBrush(QColor(0, 0, 0, 1 + (shadowReach - reach) / 6));
+        const QMargins edge(reach, reach, reach, reach);
+        painter.drawRoundedRect(window.translated(0, shadowDrop).marginsAdded(edge), reach + 4, reach + 4);
+    }
 }
 
 QColor backdrop()

@@ -5,10 +5,12 @@
 
 class QWidget;
 
-namespace demo {
+namespace demo
+{
 
 /// Pictures of windows as a person would see them.
-namespace ScreenPicture {
+namespace ScreenPicture
+{
 
 /// One window alone, as it is.
 QImage of(QWidget &window);

@@ -2,7 +2,8 @@
 
 #include "Tour.h"
 
-namespace demo {
+namespace demo
+{
 
 SplashStep::SplashStep(const Tour &tour)
     : m_tour(tour)

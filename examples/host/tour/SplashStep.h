@@ -2,7 +2,8 @@
 
 #include "TourStep.h"
 
-namespace demo {
+namespace demo
+{
 
 class Tour;
 

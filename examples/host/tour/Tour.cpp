@@ -11,9 +11,11 @@
 
 #include <cstdio>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int pollMilliseconds = 25;
 constexpr qint64 patienceMilliseconds = 60000; ///< For one step.
 const QEvent::Type splashPainted = static_cast<QEvent::Type>(QEvent::registerEventType());
@@ -111,7 +113,7 @@ void Tour::_poll()
     m_inStep = false;
     if (picture)
         _endStep(_save(*picture, m_steps[m_current]->name()));
-    else if (m_sinceBegin.elapsed() > patienceMilliseconds)
+    else if (m_steps[m_current]->hasFailed() || m_sinceBegin.elapsed() > patienceMilliseconds)
         _endStep(false);
 }
 

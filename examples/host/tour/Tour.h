@@ -11,7 +11,8 @@
 #include <optional>
 #include <vector>
 
-namespace demo {
+namespace demo
+{
 
 /// Takes the pictures one after the other and ends the application: 0 when all were made, else 1. It also answers the
 /// alerts that nobody pictures, with their default button, and tells them.

@@ -1,6 +1,7 @@
 #include "TourStep.h"
 
-namespace demo {
+namespace demo
+{
 
 TourStep::~TourStep() = default;
 

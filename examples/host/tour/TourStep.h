@@ -6,11 +6,13 @@
 
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 struct Alert;
 }
 
-namespace demo {
+namespace demo
+{
 
 class DemoApplication;
 
@@ -27,6 +29,9 @@ public:
 
     /// Asked from the event loop, again and again, until there is one. May run event loops of its own.
     virtual std::optional<QImage> picture(DemoApplication &application) = 0;
+
+    /// True when there will be no picture, however long one waits.
+    virtual bool hasFailed() const { return false; }
 
     virtual void end(DemoApplication &) {}
 

@@ -12,9 +12,11 @@
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 QWidget *mainWindow(DemoApplication &application)
 {
     return &application.mainWindow();
@@ -28,6 +30,11 @@ QWidget *aboutPanel(DemoApplication &)
 QWidget *manualWindow(DemoApplication &)
 {
     return QWManual::manual().window();
+}
+
+platform::WebView *manualPage(DemoApplication &)
+{
+    return QWManual::manual().contentView();
 }
 
 void closeAboutPanel(DemoApplication &)
@@ -53,15 +60,15 @@ std::vector<std::unique_ptr<TourStep>> makeTourSteps(const Tour &tour)
     std::vector<std::unique_ptr<TourStep>> steps;
     add<SplashStep>(steps, tour);
     add<WindowStep>(steps, WindowStep::Window{"host-empty", nullptr, mainWindow, nullptr});
+    add<EffectStep>(steps, "effect-applied", QStringList{"ZamDelay", "MaFreeverb", "ZamVerb"}, 1);
     add<MenuStep>(steps, "effects-menu");
-    add<EffectStep>(steps, "effect-applied", QStringList{"ZamDelay", "DragonFly Hall", "stereoverb"}, 1);
-    add<EffectStep>(steps, "host", QStringList{"ZamDelay", "ZamTube", "ZamComp", "ZaMultiComp"}, 2);
+    add<EffectStep>(steps, "host", QStringList{"DragonflyHallReverb", "MVerb", "MaFreeverb", "ZamVerb"}, 2);
     add<WindowStep>(steps, WindowStep::Window{"about", [](App &app) { app.openAbout(nullptr); }, aboutPanel,
                                               closeAboutPanel, true});
-    add<WindowStep>(steps,
-                    WindowStep::Window{"manual", [](App &app) { app.openManual(nullptr); }, manualWindow, nullptr});
-    add<WindowStep>(
-        steps, WindowStep::Window{"manual-legal", [](App &app) { app.openLegal(nullptr); }, manualWindow, closeManual});
+    add<WindowStep>(steps, WindowStep::Window{"manual", [](App &app) { app.openManual(nullptr); }, manualWindow,
+                                              nullptr, false, manualPage});
+    add<WindowStep>(steps, WindowStep::Window{"manual-legal", [](App &app) { app.openLegal(nullptr); }, manualWindow,
+                                              closeManual, false, manualPage});
     add<ScanAlertStep>(steps);
     return steps;
 }

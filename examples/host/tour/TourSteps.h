@@ -5,7 +5,8 @@
 #include <memory>
 #include <vector>
 
-namespace demo {
+namespace demo
+{
 
 class Tour;
 

@@ -2,10 +2,19 @@
 
 #include "TourStep.h"
 
-namespace demo {
+#include <QObject>
+
+namespace platform
+{
+class WebView;
+}
+
+namespace demo
+{
 
 /// One window that is opened and left alone until it has come to rest: until it is fully opaque and several pictures in
-/// a row are the same. Pages are painted by another process, so a single look says nothing.
+/// a row are the same. A window that was open before must have changed. Pages are painted by another process, so they
+/// must also be loaded and show something.
 class WindowStep : public TourStep
 {
 public:
@@ -14,8 +23,9 @@ public:
         const char *name;
         void (*open)(DemoApplication &application); ///< Null: it is open already.
         QWidget *(*window)(DemoApplication &application);
-        void (*close)(DemoApplication &application); ///< Null: it stays open.
-        bool onBackdrop = false;                     ///< For windows whose corners are round.
+        void (*close)(DemoApplication &application);                        ///< Null: it stays open.
+        bool onBackdrop = false;                                            ///< For windows whose corners are round.
+        platform::WebView *(*page)(DemoApplication &application) = nullptr; ///< Null: the window shows no page.
     };
 
     explicit WindowStep(const Window &window);
@@ -26,7 +36,13 @@ public:
     void end(DemoApplication &application) override;
 
 private:
+    QImage _look(QWidget &window) const;
+    bool _isReady(DemoApplication &application) const;
+
     Window m_window;
+    QObject m_receiver; ///< Of the page's signal; goes with the step.
+    bool m_pageLoaded = false;
+    QImage m_before; ///< The window as it was when the step began; null when it was not open.
     QImage m_last;
     int m_alike = 0;
 };

@@ -7,9 +7,11 @@
 
 #include <algorithm>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int iconExtent = 20;
 constexpr int margin = 12;
 constexpr int gap = 10;

@@ -2,7 +2,8 @@
 
 #include <QAbstractButton>
 
-namespace demo {
+namespace demo
+{
 
 /// One station of the chain: an icon, a name and a quiet line below it. Checked when the waveforms show it.
 class ChainChip : public QAbstractButton

@@ -11,11 +11,12 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTimer>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int stripHeight = 50;
 
 QLabel *makeArrow(QWidget *parent)
@@ -47,6 +48,7 @@ ChainStrip::ChainStrip(QWidget *parent)
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(8);
     m_add->setIcon(lineIcon("add"));
+    m_add->setMinimumSize(m_add->sizeHint() + QSize(28, 4));
     connect(m_group, &QButtonGroup::idClicked, this, &ChainStrip::stationChosen);
 }
 
@@ -82,11 +84,19 @@ void ChainStrip::show(const AudioDocument &document, int station)
     m_layout->addWidget(makeArrow(m_row));
     m_layout->addWidget(m_add);
     m_layout->addStretch(1);
+    _place();
     if (QAbstractButton *shown = m_group->button(station)) {
         shown->setChecked(true);
-        // After the layout has placed the new chips.
-        QTimer::singleShot(0, this, [this] { ensureWidgetVisible(m_add); });
+        ensureWidgetVisible(m_add);
     }
+}
+
+// A layout shows what was added to it only in the next turn of the event loop; the strip would flicker.
+void ChainStrip::_place()
+{
+    for (QWidget *station : m_row->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+        station->show();
+    m_layout->activate();
 }
 
 } // namespace demo

@@ -6,7 +6,8 @@ class QButtonGroup;
 class QHBoxLayout;
 class QPushButton;
 
-namespace demo {
+namespace demo
+{
 
 class AudioDocument;
 
@@ -31,6 +32,7 @@ Q_SIGNALS:
 
 private:
     void _clear();
+    void _place();
     void _addChip(const QString &icon, const QString &title, const QString &note);
 
     QWidget *m_row;

@@ -10,9 +10,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int iconSize = 72;
 
 QLabel *makeLabel(const QString &text, qreal larger, QFont::Weight weight, QWidget *parent)

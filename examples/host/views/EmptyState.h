@@ -4,7 +4,8 @@
 
 class QPushButton;
 
-namespace demo {
+namespace demo
+{
 
 /// What the window shows while there is no sound: what to do, and the two buttons that do it.
 class EmptyState : public QWidget

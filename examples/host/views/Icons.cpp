@@ -9,9 +9,11 @@
 #include <QPixmap>
 #include <QSvgRenderer>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 QString pathOf(const QString &name)
 {
     return platform::System::current().mainBundle().pathForResource(name, "svg");
@@ -21,7 +23,7 @@ QString pathOf(const QString &name)
 QPixmap linePicture(const QString &name, const QColor &colour, int size, qreal devicePixelRatio)
 {
     QFile file(pathOf(name));
-    if (!file.open(QIODevice::ReadOnly))
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
     QSvgRenderer picture(file.readAll().replace("currentColor", colour.name(QColor::HexRgb).toLatin1()));
     QPixmap pixmap(QSize(size, size) * devicePixelRatio);
@@ -35,7 +37,8 @@ QPixmap linePicture(const QString &name, const QColor &colour, int size, qreal d
 
 QIcon lineIcon(const QString &name)
 {
-    return platform::tintedIcon(pathOf(name));
+    const QString path = pathOf(name);
+    return path.isEmpty() ? QIcon() : platform::tintedIcon(path);
 }
 
 } // namespace demo

@@ -2,7 +2,8 @@
 
 #include <QIcon>
 
-namespace demo {
+namespace demo
+{
 
 /// The line icon @p name from the host's resources, in the text colours of the moment; null when there is none.
 QIcon lineIcon(const QString &name);

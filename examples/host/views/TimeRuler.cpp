@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr double steps[] = {0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5,  1,    2,   5,
                             10,    15,    30,    60,   120,  300,  600, 900, 1800, 3600, 7200};
 constexpr int minorTicks = 5;

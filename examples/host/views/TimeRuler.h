@@ -2,7 +2,8 @@
 
 #include <QWidget>
 
-namespace demo {
+namespace demo
+{
 
 /// Seconds along the top of the waveforms.
 class TimeRuler : public QWidget

@@ -10,22 +10,17 @@
 #include <QProgressBar>
 #include <QPushButton>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int barSteps = 1000;
 
 void setQuiet(QLabel *label)
 {
     label->setForegroundRole(QPalette::PlaceholderText);
     label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-}
-
-void keepRoomWhenHidden(QWidget *widget)
-{
-    QSizePolicy policy = widget->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    widget->setSizePolicy(policy);
 }
 } // namespace
 
@@ -58,7 +53,7 @@ TransportLine::TransportLine(QWidget *parent)
     layout->addWidget(m_status, 1);
     layout->addWidget(m_bar);
     layout->addWidget(m_cancel);
-    keepRoomWhenHidden(m_cancel);
+    setFixedHeight(m_cancel->sizeHint().height() + 4); // whether or not work is shown
     m_bar->hide();
     m_cancel->hide();
     connect(m_cancel, &QPushButton::clicked, this, &TransportLine::cancelled);

@@ -6,7 +6,8 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 
-namespace demo {
+namespace demo
+{
 
 struct Clip;
 

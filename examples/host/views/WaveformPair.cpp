@@ -9,7 +9,8 @@
 
 #include <algorithm>
 
-namespace demo {
+namespace demo
+{
 
 WaveformPair::WaveformPair(QWidget *parent)
     : QWidget(parent)

@@ -4,7 +4,8 @@
 
 #include <QWidget>
 
-namespace demo {
+namespace demo
+{
 
 class TimeRuler;
 class WaveformView;

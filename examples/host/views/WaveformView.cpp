@@ -12,18 +12,37 @@
 #include <algorithm>
 #include <cmath>
 
-namespace demo {
+namespace demo
+{
 
-namespace {
+namespace
+{
 constexpr int headingRoom = 26;
 constexpr qreal radius = 6;
 constexpr qreal laneMargin = 6;
+constexpr double loudnessTime = 0.01; ///< Seconds around each moment that its effective level covers.
 const QColor clipped(0xd6, 0x45, 0x45);
 
 QColor withAlpha(QColor colour, float alpha)
 {
     colour.setAlphaF(alpha);
     return colour;
+}
+
+// A column can be shorter than a period of the sound; its effective level is that of the time around it.
+void smoothEffective(std::vector<WaveformSummary::Column> &columns, qint64 reach)
+{
+    std::vector<double> sums{0};
+    for (const auto &column : columns)
+        sums.push_back(sums.back() + static_cast<double>(column.effective) * column.effective);
+    const auto count = static_cast<qint64>(columns.size());
+    for (qint64 i = 0; i < count; ++i) {
+        const qint64 first = std::max(i - reach, qint64(0));
+        const qint64 last = std::min(i + reach + 1, count);
+        const double squares = sums[static_cast<size_t>(last)] - sums[static_cast<size_t>(first)];
+        columns[static_cast<size_t>(i)].effective =
+            static_cast<float>(std::sqrt(std::max(squares, 0.0) / static_cast<double>(last - first)));
+    }
 }
 
 // A closed shape from the upper values, left to right, and the lower ones back.
@@ -161,6 +180,7 @@ void WaveformView::_paintLane(QPainter &painter, int channel) const
     if (columns.empty())
         return;
     const QRectF used(lane.left(), lane.top(), lane.width() * static_cast<qreal>(length) / count, lane.height());
+    smoothEffective(columns, static_cast<qint64>(loudnessTime * count / m_duration));
     const bool strong = m_tone == Tone::Strong;
     const QColor colour =
         strong ? palette().color(QPalette::Active, QPalette::Highlight) : palette().color(QPalette::Text);
@@ -170,8 +190,7 @@ void WaveformView::_paintLane(QPainter &painter, int channel) const
         columns, used, [](auto &c) { return c.greatest; }, [](auto &c) { return c.least; }));
     painter.setBrush(withAlpha(colour, strong ? 1.0f : 0.5f));
     painter.drawPath(shapeOf(
-        columns, used, [](auto &c) { return std::min(c.effective, c.greatest); },
-        [](auto &c) { return std::max(-c.effective, c.least); }));
+        columns, used, [](auto &c) { return c.effective; }, [](auto &c) { return -c.effective; }));
     _paintClipping(painter, used, columns);
 }
 

@@ -5,7 +5,8 @@
 #include <QPixmap>
 #include <QWidget>
 
-namespace demo {
+namespace demo
+{
 
 /// One sound: a lane for each channel with the envelope of its peaks around a core of its effective level. The view
 /// can be clicked and takes the arrow keys; the position itself is kept by the owner.

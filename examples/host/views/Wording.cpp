@@ -9,7 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
-namespace demo::Wording {
+namespace demo::Wording
+{
 
 QString time(double seconds)
 {

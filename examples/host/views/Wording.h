@@ -2,12 +2,14 @@
 
 #include <QString>
 
-namespace demo {
+namespace demo
+{
 
 struct Clip;
 
 /// Figures as the windows write them.
-namespace Wording {
+namespace Wording
+{
 
 /// "0:04.250", "1:02:03.000".
 QString time(double seconds);

@@ -1,0 +1,229 @@
+#include "PluginDisk.h"
+
+#include <QWPlatform/linux/LinuxComponentRegistry.h>
+
+using platform::AudioComponent;
+using platform::fourCharCode;
+using platform::LinuxComponentRegistry;
+
+namespace {
+bool isLilvMapped()
+{
+    QFile maps("/proc/self/maps");
+    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("liblilv");
+}
+
+QStringList namesOfType(LinuxComponentRegistry &registry, const char (&type)[5])
+{
+    QStringList names;
+    for (const AudioComponent &component : registry.componentsOfType(fourCharCode(type)))
+        names += QString::fromUtf8(registry.nameOfComponent(component).mid(1));
+    return names;
+}
+
+QByteArray infoWithName(const QString &name)
+{
+    return ("<plist version=\"1.0\"><dict><key>AudioComponents</key><array><dict><key>type</key><string>aufx</string>"
+            "<key>subtype</key><string>Name</string><key>manufacturer</key><string>Acme</string><key>name</"
+            "key><string>" +
+            name.toHtmlEscaped() + "</string></dict></array></dict></plist>")
+        .toUtf8();
+}
+
+void setTime(const QString &path, int secondsFromNow)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(secondsFromNow), QFileDevice::FileModificationTime));
+}
+} // namespace
+
+class tst_LinuxComponentRegistry : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // First: what later tests load stays in the process.
+    void unchangedMachineIsReadFromTheCacheWithoutTheHostLibrary()
+    {
+        const PluginDisk disk;
+        disk.installLv2("Good");
+        // Another process fills the cache; asking it for a unit that is not there makes it scan, but it only reads, so
+        // the first scan here does, in a child.
+        if (qEnvironmentVariableIsSet("QW_TEST_FILL_CACHE")) {
+            const platform::Locations locations(qEnvironmentVariable("QW_TEST_FILL_CACHE"), "");
+            qputenv("LV2_PATH", qgetenv("QW_TEST_LV2_PATH"));
+            LinuxComponentRegistry registry(locations);
+            QCOMPARE(registry.componentsOfType(fourCharCode("aufx")).size(), std::size_t(1));
+            return;
+        }
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QW_TEST_FILL_CACHE", disk.home());
+        environment.insert("QW_TEST_LV2_PATH", disk.lv2Folder());
+        QProcess child;
+        child.setProcessEnvironment(environment);
+        child.start(QCoreApplication::applicationFilePath(), {QTest::currentTestFunction()});
+        QVERIFY(child.waitForFinished());
+        QCOMPARE(child.exitCode(), 0);
+        const platform::Locations locations(disk.home(), "");
+        QVERIFY(QFile::exists(disk.support("component_cache")));
+
+        LinuxComponentRegistry registry(locations);
+        QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Quorwell Tests: Test Good"});
+        QVERIFY(!isLilvMapped());
+        disk.installLv2("MusicEffect");
+        QCOMPARE(namesOfType(registry, "aumf"), QStringList{"Quorwell Tests: Test MusicEffect"});
+        QVERIFY(isLilvMapped()); // otherwise the check above says nothing
+    }
+
+    void typesFollowClassesAndPorts()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        for (const char *name : {"Good", "Instrument", "Generator", "MusicEffect"})
+            disk.installLv2(name);
+        LinuxComponentRegistry registry(locations);
+        QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Quorwell Tests: Test Good"});
+        QCOMPARE(namesOfType(registry, "aumf"), QStringList{"Quorwell Tests: Test MusicEffect"});
+        QCOMPARE(namesOfType(registry, "aumu"), QStringList{"Quorwell Tests: Test Instrument"});
+        QCOMPARE(namesOfType(registry, "augn"), QStringList{"Quorwell Tests: Test Generator"});
+    }
+
+    void bundlesOfBothFoldersAreListedOnce()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        const QString path = disk.installComponent("Good");
+        PluginDisk::install("Components", "Good.component", disk.root() + "/Library/Audio/Plug-Ins/Components");
+        LinuxComponentRegistry registry(locations);
+        const auto units = registry.componentsOfType(fourCharCode("aufx"));
+        QCOMPARE(units.size(), std::size_t(1));
+        QCOMPARE(units[0], (AudioComponent{fourCharCode("aufx"), fourCharCode("Good"), fourCharCode("QTst"), 0, 0}));
+        const auto location = registry.locationOfComponent(units[0]);
+        QVERIFY(location);
+        QCOMPARE(location->path, path); // the user's own
+        QCOMPARE(location->factoryFunction, QString("QWTestFactory"));
+        QCOMPARE(location->uri, QString());
+    }
+
+    void resourcesDescribeUnitsToo()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        const QByteArray file =
+            QByteArray::fromHex("00000100000001460000004600000046") + QByteArray(240, '\0') +
+            QByteArray::fromHex("0000002c61756678446c617941636d650000000000000000646c6c6503e853545220008053545220007f"
+                                "49434f4e0080000000121141636d653a2053757065722044656c6179"
+                                "00000000000000000000000000000000000000000000000000"
+                                "1c004600017468"
+                                "6e6700000012535452200000001e0080ffff000000000000000000"
+                                "80ffff0000003000000000");
+        const QString bundle = disk.home() + "/Library/Audio/Plug-Ins/Components/Old.component";
+        PluginDisk::write(bundle + "/Contents/Resources/Old.rsrc", file);
+        LinuxComponentRegistry registry(locations);
+        QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Acme: Super Delay"});
+    }
+
+    void strangeNamesSurvive_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("ampersand") << "A&B: C & D";
+        QTest::newRow("colons") << "A: B: C";
+        QTest::newRow("emoji") << QString("Acme: \U0001F3B9 Piano");
+        QTest::newRow("right to left") << QString("שלום: مرحبا");
+        QTest::newRow("1000 characters") << "Acme: " + QString(1000, u'é');
+    }
+
+    void strangeNamesSurvive()
+    {
+        QFETCH(QString, name);
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        PluginDisk::write(disk.home() + "/Library/Audio/Plug-Ins/Components/X.component/Contents/Info.plist",
+                          infoWithName(name));
+        LinuxComponentRegistry registry(locations);
+        const auto units = registry.componentsOfType(fourCharCode("aufx"));
+        QCOMPARE(units.size(), std::size_t(1));
+        const QByteArray pascal = registry.nameOfComponent(units[0]);
+        QCOMPARE(static_cast<unsigned char>(pascal.at(0)), std::min<qsizetype>(255, name.toUtf8().size()));
+        QCOMPARE(QString::fromUtf8(pascal.mid(1)), name);
+    }
+
+    void onlyOneColonDividesAuthorAndName()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        const QString pages = disk.installLv2("Good") + "/plugin.ttl";
+        QFile file(pages);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll().replace("Test Good", "Matrix: MS to Stereo");
+        file.close();
+        QVERIFY(QFile::remove(pages)); // may be a link into the build folder
+        PluginDisk::write(pages, text);
+        LinuxComponentRegistry registry(locations);
+        QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Quorwell Tests: Matrix - MS to Stereo"});
+    }
+
+    void changesAreSeenAtTheNextQuestion()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        LinuxComponentRegistry registry(locations);
+        QVERIFY(namesOfType(registry, "aufx").isEmpty());
+        const QString bundle = disk.installLv2("Good");
+        QCOMPARE(namesOfType(registry, "aufx").size(), 1);
+        setTime(bundle + "/manifest.ttl", 10);
+        PluginDisk::write(bundle + "/plugin.ttl", "");
+        QVERIFY(namesOfType(registry, "aufx").isEmpty()); // no ports any more
+        QVERIFY(QDir(bundle).removeRecursively());
+        disk.installLv2("Instrument");
+        QCOMPARE(namesOfType(registry, "aumu").size(), 1);
+    }
+
+    void codesAreTheSameForAnotherRegistryWithAndWithoutCache()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        disk.installLv2("Good");
+        const auto units = LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx"));
+        QCOMPARE(units.size(), std::size_t(1));
+        QCOMPARE(LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx")), units);
+        QVERIFY(QFile::remove(disk.support("component_cache")));
+        QVERIFY(LinuxComponentRegistry(locations).locationOfComponent(units[0]));
+        QVERIFY(!QFile::exists(disk.support("component_cache"))); // looking one up writes nothing
+        QCOMPARE(LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx")), units);
+    }
+
+    void damagedCacheIsMadeAnew()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        disk.installLv2("Good");
+        const auto units = LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx"));
+        QFile cache(disk.support("component_cache"));
+        QVERIFY(cache.open(QIODevice::ReadOnly));
+        const QByteArray whole = cache.readAll();
+        cache.close();
+        for (qsizetype size = 0; size < whole.size(); size += 7) {
+            PluginDisk::write(cache.fileName(), whole.left(size));
+            QCOMPARE(LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx")), units);
+        }
+        QVERIFY(cache.open(QIODevice::ReadOnly));
+        QCOMPARE(cache.readAll(), whole);
+    }
+
+    void bundleOfGarbageIsPassedOver()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        PluginDisk::write(disk.lv2Folder() + "/Bad.lv2/manifest.ttl", QByteArray("\xff\xfe<<<<garbage", 14));
+        PluginDisk::write(disk.home() + "/Library/Audio/Plug-Ins/Components/Bad.component/Contents/Info.plist", "{");
+        QVERIFY(QDir().mkpath(disk.home() + "/Library/Audio/Plug-Ins/Components/Empty.component"));
+        disk.installLv2("Good");
+        LinuxComponentRegistry registry(locations);
+        QCOMPARE(namesOfType(registry, "aufx").size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_LinuxComponentRegistry)
+#include "tst_LinuxComponentRegistry.moc"

@@ -1,0 +1,216 @@
+#include "ScriptedPlugin.h"
+#include "Sounds.h"
+
+#include <app/MainWindow.h>
+#include <app/SoundActions.h>
+#include <audio/WorkProgress.h>
+#include <fakes/FakeSystem.h>
+#include <fakes/QWTestMain.h>
+
+#include <QWBase/QWComponentDescription.h>
+#include <QWBase/QWVSTDescription.h>
+#include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/foundation/UserDefaults.h>
+
+#include <QTest>
+
+using platform::System;
+
+/// The host's actions on the fake machine.
+class tst_SoundActions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void effectOfAnAudioUnitIsApplied();
+    void effectOfAVSTIsApplied();
+    void effectWithoutASoundUsesTheTestTone();
+    void plugInThatRefusesIsTold();
+    void itemWithoutAPlugInDoesNothing();
+    void instrumentReplacesTheSound();
+    void fileThatIsNoSoundIsTold();
+    void resultIsSavedInTheChosenFormat();
+    void closingAsksForAnUnsavedResult();
+    void menuItemsFollowTheDocument();
+
+private:
+    void _open(const QString &name = "in.wav");
+    void _apply(const QVariant &plugIn);
+    void _waitForWork() { QTRY_VERIFY_WITH_TIMEOUT(!m_actions->work().isRunning(), 30000); }
+
+    std::unique_ptr<FakeSystem> m_system;
+    std::unique_ptr<System::Scope> m_scope;
+    std::unique_ptr<demo::AudioDocument> m_document;
+    std::unique_ptr<demo::MainWindow> m_window;
+    std::unique_ptr<demo::SoundActions> m_actions;
+    ScriptedPlugin::Report m_report;
+};
+
+static const QWComponentDescription unit(platform::fourCharCode("aufx"), 1, 2);
+
+void tst_SoundActions::init()
+{
+    m_report = {};
+    m_system = std::make_unique<FakeSystem>();
+    m_scope = std::make_unique<System::Scope>(*m_system);
+    m_document = std::make_unique<demo::AudioDocument>();
+    m_window = std::make_unique<demo::MainWindow>(*m_document);
+    m_actions = std::make_unique<demo::SoundActions>(*m_document, *m_window);
+    m_system->pluginLoader.makeComponent = [this](const platform::AudioComponent &component) {
+        return component == unit.component() ? std::make_unique<ScriptedPlugin>(ScriptedPlugin::Script{}, m_report)
+                                             : nullptr;
+    };
+}
+
+void tst_SoundActions::cleanup()
+{
+    m_actions.reset();
+    m_window.reset();
+    m_document.reset();
+    m_scope.reset();
+    m_system.reset();
+}
+
+void tst_SoundActions::_open(const QString &name)
+{
+    const QString path = m_system->real("~/" + name);
+    QString error;
+    QVERIFY(
+        demo::SoundFile::write(path, sounds::constant({0.5f, -0.5f}, 4800), demo::SoundFile::Format::WavFloat, &error));
+    m_actions->openFile(path);
+    _waitForWork();
+    QCOMPARE(m_document->title(), name);
+}
+
+void tst_SoundActions::_apply(const QVariant &plugIn)
+{
+    platform::MenuItem item("Echo & Co");
+    item.setRepresentedObject(plugIn);
+    m_actions->applyEffect(&item);
+    _waitForWork();
+}
+
+void tst_SoundActions::effectOfAnAudioUnitIsApplied()
+{
+    _open();
+    _apply(QVariant::fromValue(unit));
+    QCOMPARE(m_document->steps().size(), size_t(1));
+    QCOMPARE(m_document->steps()[0].name, "Echo & Co");
+    QCOMPARE(m_document->steps()[0].vendor, "Tests");
+    QCOMPARE(m_document->result()->sound.channels, m_document->source()->sound.channels);
+    QVERIFY(m_window->isWindowModified());
+}
+
+void tst_SoundActions::effectOfAVSTIsApplied()
+{
+    QString opened;
+    m_system->pluginLoader.makeVST = [&](const QString &path) {
+        opened = path;
+        return std::make_unique<ScriptedPlugin>(ScriptedPlugin::Script{}, m_report);
+    };
+    m_system->addVSTBundle("~/Library/Audio/Plug-Ins/VST/Echo.vst");
+    _open();
+    _apply(QVariant::fromValue(QWVSTDescription::descriptionWithPath("~/Library/Audio/Plug-Ins/VST/Echo.vst")));
+    QCOMPARE(opened, "~/Library/Audio/Plug-Ins/VST/Echo.vst");
+    QCOMPARE(m_document->steps().size(), size_t(1));
+}
+
+void tst_SoundActions::effectWithoutASoundUsesTheTestTone()
+{
+    _apply(QVariant::fromValue(unit));
+    QTRY_COMPARE_WITH_TIMEOUT(m_document->steps().size(), size_t(1), 30000);
+    QCOMPARE(m_document->title(), "Test Tone");
+}
+
+void tst_SoundActions::plugInThatRefusesIsTold()
+{
+    _open();
+    m_system->pluginLoader.makeComponent = nullptr;
+    _apply(QVariant::fromValue(unit));
+    QCOMPARE(m_system->alerts.shown, QStringList{"“Echo & Co” could not be applied."});
+    QCOMPARE(m_system->alerts.alerts[0].informativeText, "The plug-in refused.");
+    QVERIFY(m_document->steps().empty());
+}
+
+void tst_SoundActions::itemWithoutAPlugInDoesNothing()
+{
+    _open();
+    _apply({});
+    _apply(QVariant::fromValue(std::shared_ptr<QWVSTDescription>()));
+    m_actions->applyEffect(nullptr);
+    QVERIFY(m_document->steps().empty());
+    QVERIFY(m_system->alerts.shown.isEmpty());
+}
+
+void tst_SoundActions::instrumentReplacesTheSound()
+{
+    _open();
+    platform::MenuItem item("Piano");
+    item.setRepresentedObject(QVariant::fromValue(unit));
+    m_actions->playInstrument(&item);
+    _waitForWork();
+    QCOMPARE(m_document->title(), "Piano");
+    QVERIFY(!m_report.events.empty());
+    m_actions->undoChange(nullptr);
+    QCOMPARE(m_document->title(), "in.wav");
+}
+
+void tst_SoundActions::fileThatIsNoSoundIsTold()
+{
+    m_system->writeFile("~/words.wav", "no sound");
+    m_actions->openFile(m_system->real("~/words.wav"));
+    _waitForWork();
+    QCOMPARE(m_system->alerts.shown, QStringList{"“words.wav” could not be opened."});
+    QVERIFY(m_document->isEmpty());
+}
+
+void tst_SoundActions::resultIsSavedInTheChosenFormat()
+{
+    _open();
+    _apply(QVariant::fromValue(unit));
+    platform::MenuItem format;
+    format.setTag(static_cast<qlonglong>(demo::SoundFile::Format::Aiff24));
+    m_actions->chooseSaveFormat(&format);
+    const QString path = m_system->real("~/out.aiff");
+    m_actions->saveDocumentAs(nullptr);
+    QCOMPARE(m_system->filePanels.saves.back().suggestedName, "in Echo & Co");
+    QCOMPARE(m_system->filePanels.saves.back().requiredFileType, "aiff");
+    m_system->filePanels.endSave(platform::FilePanels::OK, path);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_document->isModified(), 30000);
+    demo::WorkProgress progress;
+    QString error;
+    const auto saved = demo::SoundFile::read(path, progress, &error);
+    QVERIFY(saved);
+    QCOMPARE(saved->frames(), 4800);
+    QVERIFY(m_system->readFile("~/out.aiff")->startsWith("FORM"));
+}
+
+void tst_SoundActions::closingAsksForAnUnsavedResult()
+{
+    _open();
+    _apply(QVariant::fromValue(unit));
+    m_window->show();
+    m_system->alerts.answerWith({"Cancel", "Don’t Save"});
+    QVERIFY(!m_window->close());
+    QVERIFY(m_window->close());
+    QCOMPARE(m_system->alerts.shown.size(), 2);
+}
+
+void tst_SoundActions::menuItemsFollowTheDocument()
+{
+    platform::MenuItem undo("Undo"), save("Save As…");
+    undo.setAction("undoChange:");
+    save.setAction("saveDocumentAs:");
+    QVERIFY(!m_actions->validateMenuItem(&undo));
+    QVERIFY(!m_actions->validateMenuItem(&save));
+    _open();
+    _apply(QVariant::fromValue(unit));
+    QVERIFY(m_actions->validateMenuItem(&undo));
+    QCOMPARE(undo.title(), "Undo Echo & Co");
+    QVERIFY(m_actions->validateMenuItem(&save));
+}
+
+QW_TEST_MAIN(tst_SoundActions)
+#include "tst_SoundActions.moc"

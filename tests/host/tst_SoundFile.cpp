@@ -1,0 +1,169 @@
+#include "Sounds.h"
+
+#include <audio/SoundFile.h>
+#include <audio/WorkProgress.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <limits>
+
+using demo::Sound;
+using demo::WorkProgress;
+namespace SoundFile = demo::SoundFile;
+
+Q_DECLARE_METATYPE(SoundFile::Format)
+
+class tst_SoundFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whatIsWrittenIsReadAgain_data();
+    void whatIsWrittenIsReadAgain();
+    void loudSamplesSurviveInFloatAndAreClippedIn24Bit();
+    void garbageIsRefusedInWords_data();
+    void garbageIsRefusedInWords();
+    void fileCutShortGivesWhatIsThereOrASentence();
+    void samplesThatAreNoNumbersAreReadAsSilence();
+    void failedWritingLeavesTheOldFileAlone();
+    void cancelledReadingEndsWithoutASentence();
+
+private:
+    QString _path(const QString &name) const { return m_folder.filePath(name); }
+    void _writeBytes(const QString &path, const QByteArray &bytes) const;
+    std::optional<Sound> _read(const QString &path);
+
+    QTemporaryDir m_folder;
+    QString m_error;
+};
+
+void tst_SoundFile::_writeBytes(const QString &path, const QByteArray &bytes) const
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+std::optional<Sound> tst_SoundFile::_read(const QString &path)
+{
+    WorkProgress progress;
+    m_error.clear();
+    return SoundFile::read(path, progress, &m_error);
+}
+
+void tst_SoundFile::whatIsWrittenIsReadAgain_data()
+{
+    QTest::addColumn<SoundFile::Format>("format");
+    QTest::addColumn<int>("channels");
+    QTest::addColumn<float>("tolerance");
+    QTest::newRow("WAV float stereo") << SoundFile::Format::WavFloat << 2 << 0.0f;
+    QTest::newRow("WAV 24 mono") << SoundFile::Format::Wav24 << 1 << 2.0e-7f;
+    QTest::newRow("AIFF float, six channels") << SoundFile::Format::AiffFloat << 6 << 0.0f;
+    QTest::newRow("AIFF 24 stereo") << SoundFile::Format::Aiff24 << 2 << 2.0e-7f;
+}
+
+void tst_SoundFile::whatIsWrittenIsReadAgain()
+{
+    QFETCH(SoundFile::Format, format);
+    QFETCH(int, channels);
+    QFETCH(float, tolerance);
+    const QString path = _path("Grün & \"wild\" 🎵." + SoundFile::extension(format));
+    const Sound sound = sounds::sine(440, 0.9f, channels, 40001, 44100);
+    QVERIFY2(SoundFile::write(path, sound, format, &m_error), qPrintable(m_error));
+    const auto read = _read(path);
+    QVERIFY2(read, qPrintable(m_error));
+    QCOMPARE(read->sampleRate, 44100.0);
+    QCOMPARE(read->channelCount(), channels);
+    QCOMPARE(read->frames(), sound.frames());
+    for (size_t i = 0; i < sound.channels[0].size(); ++i)
+        QVERIFY(std::abs(read->channels.back()[i] - sound.channels.back()[i]) <= tolerance);
+}
+
+void tst_SoundFile::loudSamplesSurviveInFloatAndAreClippedIn24Bit()
+{
+    const Sound sound = sounds::constant({1.5f, -1.5f}, 100);
+    QVERIFY(SoundFile::write(_path("loud.wav"), sound, SoundFile::Format::WavFloat, &m_error));
+    QCOMPARE(_read(_path("loud.wav"))->channels, sound.channels);
+    QVERIFY(SoundFile::write(_path("loud.wav"), sound, SoundFile::Format::Wav24, &m_error));
+    const auto clipped = _read(_path("loud.wav"));
+    QVERIFY(clipped->channels[0][50] > 0.999f && clipped->channels[0][50] <= 1);
+    QVERIFY(clipped->channels[1][50] >= -1 && clipped->channels[1][50] < -0.999f);
+}
+
+void tst_SoundFile::garbageIsRefusedInWords_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("sentence");
+    const QString notASound = "This is not a sound file that can be read here.";
+    QTest::newRow("empty") << QByteArray() << notASound;
+    QTest::newRow("text") << QByteArray("hello, this is no sound at all, just a few words\n").repeated(40) << notASound;
+    QTest::newRow("header only") << QByteArray("RIFF\x24\0\0\0WAVE", 12) << notASound;
+    QTest::newRow("no samples")
+        << QByteArray("RIFF\x24\0\0\0WAVEfmt \x10\0\0\0\x01\0\x01\0\x80\xbb\0\0\0\x77\x01\0\x02\0\x10\0data\0\0\0\0",
+                      44)
+        << "The file holds no sound.";
+}
+
+void tst_SoundFile::garbageIsRefusedInWords()
+{
+    QFETCH(QByteArray, bytes);
+    _writeBytes(_path("garbage.wav"), bytes);
+    QVERIFY(!_read(_path("garbage.wav")));
+    QTEST(m_error, "sentence");
+    QVERIFY(!_read(_path("nowhere.wav")));
+    QCOMPARE(m_error, "The file is not there any more.");
+}
+
+void tst_SoundFile::fileCutShortGivesWhatIsThereOrASentence()
+{
+    const QString whole = _path("whole.wav");
+    QVERIFY(SoundFile::write(whole, sounds::sine(440, 0.5f, 2, 500), SoundFile::Format::WavFloat, &m_error));
+    QFile file(whole);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    for (qsizetype length = 0; length < bytes.size(); length += 7) {
+        _writeBytes(_path("cut.wav"), bytes.first(length));
+        const auto sound = _read(_path("cut.wav"));
+        QVERIFY(sound ? sound->frames() > 0 && sound->frames() <= 500 : !m_error.isEmpty());
+    }
+}
+
+void tst_SoundFile::samplesThatAreNoNumbersAreReadAsSilence()
+{
+    Sound sound = sounds::constant({0.5f}, 10);
+    sound.channels[0][3] = std::numeric_limits<float>::quiet_NaN();
+    sound.channels[0][4] = std::numeric_limits<float>::infinity();
+    QVERIFY(SoundFile::write(_path("nan.wav"), sound, SoundFile::Format::WavFloat, &m_error));
+    const auto read = _read(_path("nan.wav"));
+    QVERIFY(read);
+    QCOMPARE(read->channels[0][3], 0.0f);
+    QCOMPARE(read->channels[0][4], 0.0f);
+    QCOMPARE(read->channels[0][5], 0.5f);
+}
+
+void tst_SoundFile::failedWritingLeavesTheOldFileAlone()
+{
+    const Sound old = sounds::constant({0.5f}, 10);
+    QVERIFY(SoundFile::write(_path("kept.wav"), old, SoundFile::Format::WavFloat, &m_error));
+    Sound impossible = sounds::constant({0.25f}, 10);
+    impossible.channels.assign(5000, impossible.channels[0]); // more channels than the format can hold
+    QVERIFY(!SoundFile::write(_path("kept.wav"), impossible, SoundFile::Format::WavFloat, &m_error));
+    QVERIFY(!m_error.isEmpty());
+    QCOMPARE(_read(_path("kept.wav"))->channels, old.channels);
+    QVERIFY(!QFile::exists(_path("kept.wav.part")));
+}
+
+void tst_SoundFile::cancelledReadingEndsWithoutASentence()
+{
+    QVERIFY(SoundFile::write(_path("long.wav"), sounds::constant({0.5f}, 10), SoundFile::Format::WavFloat, &m_error));
+    WorkProgress progress;
+    progress.cancel();
+    m_error.clear();
+    QVERIFY(!SoundFile::read(_path("long.wav"), progress, &m_error));
+    QCOMPARE(m_error, QString());
+}
+
+QTEST_APPLESS_MAIN(tst_SoundFile)
+#include "tst_SoundFile.moc"
