@@ -16,13 +16,14 @@
 #include <QMouseEvent>
 #include <QTest>
 
-#include <chrono>
+#include <algorithm>
+#include <deque>
 
 namespace
 {
 constexpr int many = 5'000;
 constexpr int changed = 2'000;
-constexpr int groupSize = 50;
+constexpr int largestGroup = 500;           // ten menus
 constexpr char16_t firstCharacter = 0x4e00; // letters without case, enough of them
 
 /// Takes every action, at once.
@@ -51,9 +52,9 @@ QVariantMap state(int index, int keyOffset = 0)
 QVariantList factory(int count, bool menus)
 {
     QVariantList groups;
-    for (int first = 0; first < count; first += groupSize) {
+    for (int first = 0; first < count; first += largestGroup) {
         QVariantList members;
-        for (int i = first; i < first + groupSize; ++i)
+        for (int i = first; i < std::min(first + largestGroup, count); ++i)
             members.append(state(i));
         groups.append(QVariantMap{{"name", QString("Group %1").arg(first)}, {"isMenu", menus}, {"shortcuts", members}});
     }
@@ -68,8 +69,8 @@ public:
     {
         m_system.addHostResource("shortcuts.plist", platform::PropertyList::toXml(factory(count, menus)));
         platform::setDelegate(qApp, &m_receiver);
-        for (int first = 0; menus && first < count; first += groupSize)
-            _addMenu(first);
+        for (int first = 0; menus && first < count; first += largestGroup)
+            _addMenu(first, count);
         m_window.menuBar();
         auto *const content = new QWidget;
         content->setFocusPolicy(Qt::StrongFocus);
@@ -88,10 +89,10 @@ public:
     QMainWindow &window() { return m_window; }
 
 private:
-    void _addMenu(int first)
+    void _addMenu(int first, int count)
     {
         QMenu *const menu = m_window.menuBar()->addMenu(QString("Group %1").arg(first));
-        for (int i = first; i < first + groupSize; ++i)
+        for (int i = first; i < std::min(first + largestGroup, count); ++i)
             platform::addMenuItem(*menu, QString("Shortcut %1").arg(i));
     }
 
@@ -101,18 +102,14 @@ private:
     QMainWindow m_window;
 };
 
-QKeyEvent press(char16_t character)
-{
-    return QKeyEvent(QEvent::KeyPress, character, Qt::NoModifier, QString(QChar(character)));
-}
-
 /// Keys spread over the whole set, so that no cache is warmer than in use.
-std::vector<QKeyEvent> presses(int count, bool hits)
+std::deque<QKeyEvent> presses(int count, bool hits)
 {
-    std::vector<QKeyEvent> events;
+    std::deque<QKeyEvent> events;
     for (int i = 0; i < 256; ++i) {
         const int index = static_cast<int>(qint64(i) * 7919 % count);
-        events.push_back(press(static_cast<char16_t>(hits ? firstCharacter + index : 0x3100 + i)));
+        const auto character = static_cast<char16_t>(hits ? firstCharacter + index : 0x3100 + i);
+        events.emplace_back(QEvent::KeyPress, character, Qt::NoModifier, QString(QChar(character)));
     }
     return events;
 }

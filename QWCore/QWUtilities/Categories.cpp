@@ -5,9 +5,11 @@
 
 #include <QWBase/QWApplication.h>
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 constexpr QWApplicationCategory categories[] = {
     {.name = "SplashScreenExtension",
      .willFinishLaunching = SplashScreenExtension::willFinishLaunching,

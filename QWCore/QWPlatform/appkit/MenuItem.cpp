@@ -151,7 +151,8 @@ QString titleOf(const QAction &item)
 {
     if (const auto *menuItem = qobject_cast<const MenuItem *>(&item))
         return menuItem->title();
-    QString text = item.text().section('\t', 0, 0);
+    QString text = item.text();
+    text.truncate(text.indexOf('\t') < 0 ? text.size() : text.indexOf('\t'));
     text.replace("&&", QString(QChar::Null)).remove('&').replace(QChar::Null, '&');
     return text;
 }

@@ -3,6 +3,7 @@
 #include "ResponderChain.h"
 
 #include <QAction>
+#include <QBasicTimer>
 #include <QEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -10,7 +11,6 @@
 #include <QPointer>
 #include <QStyle>
 #include <QStyleOptionMenuItem>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -25,18 +25,21 @@ constexpr int flashMilliseconds = 120;
 class LitTitle : public QObject
 {
 public:
-    LitTitle(QMenuBar &bar, QAction &title)
+    explicit LitTitle(QMenuBar &bar)
         : QObject(&bar)
         , m_bar(bar)
-        , m_title(&title)
     {
         bar.installEventFilter(this);
-        bar.update();
-        QTimer::singleShot(flashMilliseconds, this, [this] {
-            m_title = nullptr;
-            m_bar.update();
-            deleteLater();
-        });
+    }
+
+    QMenuBar &bar() const { return m_bar; }
+    bool isLit() const { return m_title; }
+
+    void light(QAction &title)
+    {
+        m_title = &title;
+        m_timer.start(flashMilliseconds, this);
+        m_bar.update();
     }
 
     bool eventFilter(QObject *watched, QEvent *event) override
@@ -48,6 +51,14 @@ public:
         m_isPainting = false;
         _paint();
         return true;
+    }
+
+protected:
+    void timerEvent(QTimerEvent *) override
+    {
+        m_title = nullptr;
+        m_bar.update();
+        deleteLater();
     }
 
 private:
@@ -68,6 +79,7 @@ private:
 
     QMenuBar &m_bar;
     QPointer<QAction> m_title;
+    QBasicTimer m_timer;
     bool m_isPainting = false;
 };
 
@@ -87,8 +99,13 @@ void flashMenuTitle(QMenu &menu)
     QMenuBar *const bar = mainMenuBar();
     if (!bar || !bar->isVisible())
         return;
-    if (QAction *const title = titleAbove(*bar, menu))
-        new LitTitle(*bar, *title);
+    QAction *const title = titleAbove(*bar, menu);
+    if (!title)
+        return;
+    static QPointer<LitTitle> lit; // a held key lights one title many times
+    if (!lit || &lit->bar() != bar || !lit->isLit())
+        lit = new LitTitle(*bar);
+    lit->light(*title);
 }
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "KeyboardState.h"
 
-namespace platform {
+namespace platform
+{
 
 KeyboardState::~KeyboardState() = default;
 

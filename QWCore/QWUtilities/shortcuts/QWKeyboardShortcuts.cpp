@@ -1,11 +1,13 @@
 #include "QWKeyboardShortcuts.h"
 
+#include "FactoryDefinition.h"
 #include "LegacyShortcuts.h"
 #include "MainMenuItems.h"
 #include "ShortcutEditor.h"
 #include "ShortcutFiles.h"
 #include "ShortcutFilter.h"
 #include "ShortcutIndex.h"
+#include "StateNumbers.h"
 #include "TextSearch.h"
 
 #include <QWBase/QWApplication.h>
@@ -41,19 +43,6 @@ QString supportDirectory()
 {
     const QWApplication *const application = QWApplication::sharedApplication();
     return application ? application->supportDirectory() : QString();
-}
-
-/// Read afresh each time: it says which shortcuts there are.
-QWKeyboardShortcuts::Groups factoryGroups()
-{
-    QWKeyboardShortcuts::Groups groups;
-    const QString path = System::current().mainBundle().pathForResource("shortcuts", "plist");
-    const QVariantList states = ShortcutFiles::readArray(path).value_or(QVariantList());
-    for (const QVariant &state : states) {
-        if (state.typeId() == QMetaType::QVariantMap)
-            groups.push_back(QWShortcutGroup::shortcutGroupWithState(state.toMap()));
-    }
-    return groups;
 }
 
 bool isHiddenName(const QString &name)
@@ -95,6 +84,7 @@ std::shared_ptr<QWShortcutGroup> matchingPart(const QWShortcutGroup &group, cons
 QWKeyboardShortcuts::QWKeyboardShortcuts()
     : m_shortcutsDirectory(supportDirectory() + '/' + folderName)
     , m_currentShortcutsPath(m_shortcutsDirectory + "/_current.plist")
+    , m_factory(std::make_unique<qw::FactoryDefinition>())
     , m_index(std::make_unique<qw::ShortcutIndex>(m_groups))
 {
     _makeDirectory();
@@ -147,7 +137,7 @@ std::shared_ptr<QWShortcut> QWKeyboardShortcuts::shortcutWithActionTag(const pla
 void QWKeyboardShortcuts::loadCurrentShortcuts()
 {
     m_index->invalidate();
-    m_groups = factoryGroups();
+    m_groups = _factoryGroups();
     const auto changes = ShortcutFiles::readArray(m_currentShortcutsPath);
     m_isCurrentFileUnreadable = !changes && QWFile::existsAtPath(m_currentShortcutsPath);
     {
@@ -165,7 +155,7 @@ void QWKeyboardShortcuts::loadCurrentShortcuts()
 QVariantList QWKeyboardShortcuts::changedShortcuts() const
 {
     QVariantList changes;
-    for (const auto &group : factoryGroups()) {
+    for (const auto &group : _factoryGroups()) {
         for (const auto &factory : group->shortcuts()) {
             const auto current = shortcutWithActionTag(factory->action(), factory->tag());
             if (current && current->key() != factory->key())
@@ -313,6 +303,18 @@ QWidget *QWKeyboardShortcuts::_setShortcutPanel() const
     return m_editor ? m_editor->setShortcutPanel() : nullptr;
 }
 
+/// Read afresh each time, since it says which shortcuts there are.
+QWKeyboardShortcuts::Groups QWKeyboardShortcuts::_factoryGroups() const
+{
+    Groups groups;
+    for (const QVariant &state :
+         m_factory->array(System::current().mainBundle().pathForResource("shortcuts", "plist"))) {
+        if (state.typeId() == QMetaType::QVariantMap)
+            groups.push_back(QWShortcutGroup::shortcutGroupWithState(state.toMap()));
+    }
+    return groups;
+}
+
 /// The first time, the host's factory presets come along.
 void QWKeyboardShortcuts::_makeDirectory() const
 {
@@ -338,13 +340,15 @@ void QWKeyboardShortcuts::_makeCurrentFile() const
 /// menu item of the shortcut that loses it shows it until its next refresh; both intended.
 void QWKeyboardShortcuts::_applyChange(const QVariantMap &state)
 {
-    QWShortcut change;
-    change.setState(state);
-    const auto holder = shortcutWithKey(change.key());
-    if (holder && holder->action() != change.action())
+    QWShortcutKey key;
+    key.setState(state);
+    const platform::Selector action(state.value("action").toString());
+    const auto tag = static_cast<qint32>(qw::integerOf(state.value("tag")));
+    const auto holder = shortcutWithKey(key);
+    if (holder && holder->action() != action)
         holder->key().clear();
-    if (const auto target = shortcutWithActionTag(change.action(), change.tag()))
-        target->setKey(change.key());
+    if (const auto target = shortcutWithActionTag(action, tag))
+        target->setKey(key);
 }
 
 void QWKeyboardShortcuts::_setCurrentShortcuts(const QVariantList &changes)

@@ -16,6 +16,7 @@ class QEvent;
 
 namespace qw
 {
+class FactoryDefinition;
 class ShortcutEditor;
 class ShortcutIndex;
 } // namespace qw
@@ -98,6 +99,7 @@ private:
     void _togglePanel();
     bool _performShortcut(const QEvent &event);
     QWidget *_setShortcutPanel() const;
+    Groups _factoryGroups() const;
     void _makeDirectory() const;
     void _makeCurrentFile() const;
     void _applyChange(const QVariantMap &state);
@@ -111,6 +113,7 @@ private:
     QString m_currentShortcutsPath;
     Groups m_groups;
     Groups m_displayResults;
+    std::unique_ptr<qw::FactoryDefinition> m_factory;
     std::unique_ptr<qw::ShortcutIndex> m_index;
     std::unique_ptr<qw::ShortcutEditor> m_editor;
     bool m_isCurrentFileUnreadable = false;

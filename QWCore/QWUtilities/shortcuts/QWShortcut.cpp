@@ -50,16 +50,8 @@ QVariantMap QWShortcut::state() const
 
 void QWShortcut::setState(const QVariantMap &state)
 {
-    const auto with = [&](const char *name, auto take) {
-        if (const auto entry = state.constFind(QLatin1String(name)); entry != state.cend())
-            take(*entry);
-    };
-    with("name", [this](const QVariant &value) { m_name = value.toString(); });
-    with("action", [this](const QVariant &value) { setAction(value.toString()); });
-    with("tag", [this](const QVariant &value) { setTag(static_cast<qint32>(qw::integerOf(value))); });
-    with("prohibitRepeats", [this](const QVariant &value) { m_prohibitRepeats = qw::integerOf(value) != 0; });
-    with("enabled", [this](const QVariant &value) { m_enabled = qw::integerOf(value) != 0; });
-    with("representedObject", [this](const QVariant &value) { m_representedObject = value; });
+    for (auto entry = state.cbegin(); entry != state.cend(); ++entry)
+        _setValueForKey(entry.key(), entry.value());
     m_key.setState(state);
 }
 
@@ -135,6 +127,22 @@ void QWShortcut::_identityDidChange()
 {
     if (m_index)
         m_index->invalidate();
+}
+
+void QWShortcut::_setValueForKey(const QString &key, const QVariant &value)
+{
+    if (key == u"name")
+        m_name = value.toString();
+    else if (key == u"action")
+        setAction(value.toString());
+    else if (key == u"tag")
+        setTag(static_cast<qint32>(qw::integerOf(value)));
+    else if (key == u"prohibitRepeats")
+        m_prohibitRepeats = qw::integerOf(value) != 0;
+    else if (key == u"enabled")
+        m_enabled = qw::integerOf(value) != 0;
+    else if (key == u"representedObject")
+        m_representedObject = value;
 }
 
 bool QWShortcut::_isInMenuGroup() const

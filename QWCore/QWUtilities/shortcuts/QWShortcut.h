@@ -80,6 +80,7 @@ private:
 
     void _keyDidChange(const QWShortcutKey &before);
     void _identityDidChange();
+    void _setValueForKey(const QString &key, const QVariant &value);
     bool _isInMenuGroup() const;
     bool _isValid();
     void _blinkMenu();

@@ -63,8 +63,10 @@ QVariantMap QWShortcutKey::state() const
 
 void QWShortcutKey::setState(const QVariantMap &state)
 {
-    const auto character = state.constFind("character");
-    const auto modifiers = state.constFind("modifiers");
+    static const QString characterKey = "character";
+    static const QString modifiersKey = "modifiers";
+    const auto character = state.constFind(characterKey);
+    const auto modifiers = state.constFind(modifiersKey);
     _set(character == state.cend() ? m_character : static_cast<char16_t>(qw::integerOf(*character)),
          modifiers == state.cend() ? m_modifiers : static_cast<quint32>(qw::integerOf(*modifiers)));
 }
