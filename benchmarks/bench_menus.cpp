@@ -14,7 +14,8 @@
 #include <chrono>
 #include <random>
 
-namespace {
+namespace
+{
 constexpr int pluginCount = 10'000;
 constexpr int makerCount = 500;
 

@@ -7,7 +7,8 @@
 #include <optional>
 #include <vector>
 
-namespace {
+namespace
+{
 #if defined(__x86_64__)
 constexpr int ownMachine = EM_X86_64;
 #elif defined(__aarch64__)

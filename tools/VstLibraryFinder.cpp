@@ -8,9 +8,11 @@
 
 #include <algorithm>
 
-namespace VstLibraryFinder {
+namespace VstLibraryFinder
+{
 
-namespace {
+namespace
+{
 constexpr const char *folders[] = {
     "~/.vst",       "~/.lxvst",       "/usr/local/lib/vst",           "/usr/local/lib/lxvst",
     "/usr/lib/vst", "/usr/lib/lxvst", "/usr/lib/x86_64-linux-gnu/vst"};

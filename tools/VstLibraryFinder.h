@@ -3,7 +3,8 @@
 #include <QStringList>
 
 /// The bare VST libraries that distributions and makers install.
-namespace VstLibraryFinder {
+namespace VstLibraryFinder
+{
 
 /// VST_PATH, then the usual folders of the user and the system; real paths, not all of which need exist.
 QStringList usualFolders(const QString &home);

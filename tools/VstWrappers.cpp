@@ -17,7 +17,8 @@
 using platform::PropertyList::dictionaryFromFile;
 using platform::PropertyList::toXml;
 
-namespace {
+namespace
+{
 constexpr auto libraryKey = "QWWrappedLibrary";
 constexpr auto stampKey = "QWWrappedLibraryModified";
 constexpr auto infoPath = "/Contents/Info.plist";

@@ -10,7 +10,8 @@
 
 #include <cstdio>
 
-namespace {
+namespace
+{
 constexpr auto description = "Wraps the VST libraries of the usual folders (VST_PATH, ~/.vst, ~/.lxvst, /usr/lib/vst, "
                              "…) as bundles in \"~/Library/Audio/Plug-Ins/VST\", and keeps these up to date: a changed "
                              "library is validated again, and the bundle of a library that is gone is removed.";

@@ -22,7 +22,8 @@
 
 using platform::System;
 
-namespace {
+namespace
+{
 constexpr std::array levelNames = {"debug", "info", "notice", "warning", "error"};
 
 QString hostName()

@@ -7,7 +7,8 @@
 
 #include <mutex>
 
-namespace platform {
+namespace platform
+{
 class Clock;
 }
 

@@ -3,7 +3,8 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
-namespace {
+namespace
+{
 constexpr double cornerRadius = 6;
 constexpr double ringWidth = 2; ///< Room left around the bezel for the focus ring.
 constexpr int horizontalPadding = 16;

@@ -3,9 +3,11 @@
 #include <QInputEvent>
 #include <QKeyEvent>
 
-namespace QWEvents {
+namespace QWEvents
+{
 
-namespace {
+namespace
+{
 /// The key that goes down in @p event, or 0.
 int keyGoingDown(const QEvent &event)
 {

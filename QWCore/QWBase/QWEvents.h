@@ -6,7 +6,8 @@ class QEvent;
 
 /// Queries of events. A key goes down as a key press, or ahead of it as the question whether it is a shortcut
 /// (QEvent::ShortcutOverride); both count.
-namespace QWEvents {
+namespace QWEvents
+{
 
 /// True for one of the four arrow keys going down, whatever the modifiers.
 QWBASE_EXPORT bool isArrowKeyDownEvent(const QEvent &event);

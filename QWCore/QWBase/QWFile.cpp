@@ -18,7 +18,8 @@
 
 using platform::System;
 
-namespace {
+namespace
+{
 QByteArray realPath(const QString &path)
 {
     return QFile::encodeName(System::current().locations().mapped(path));

@@ -5,9 +5,11 @@
 
 namespace fs = std::filesystem;
 
-namespace qw {
+namespace qw
+{
 
-namespace {
+namespace
+{
 std::error_code lastError()
 {
     return {errno, std::generic_category()};

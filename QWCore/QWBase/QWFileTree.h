@@ -4,7 +4,8 @@
 #include <system_error>
 
 /// Work on whole folder trees by real paths; links are never followed. Any thread.
-namespace qw {
+namespace qw
+{
 
 /// Removes a file, a link, or a folder with all it holds.
 std::error_code removeTree(const std::filesystem::path &path);

@@ -7,7 +7,8 @@
 #include <cmath>
 #include <numbers>
 
-namespace {
+namespace
+{
 constexpr double almostNothing = 1e-6; ///< Keeps two stops of Qt's gradient apart.
 
 double mixed(double from, double to, double part)

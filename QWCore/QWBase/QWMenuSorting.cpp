@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <optional>
 
-namespace QWMenuSorting {
+namespace QWMenuSorting
+{
 
-namespace {
+namespace
+{
 /// The C locale orders by bytes; then English is what people expect.
 QLocale sortingLocale()
 {

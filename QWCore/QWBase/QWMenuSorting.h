@@ -5,7 +5,8 @@
 #include <QCollator>
 #include <QString>
 
-namespace platform {
+namespace platform
+{
 class MenuItem;
 }
 
@@ -13,7 +14,8 @@ class QMenu;
 
 /// Menus in title order: as the user's language sorts, upper and lower case alike, numbers by value ("Echo 2" before
 /// "Echo 10"). Main thread.
-namespace QWMenuSorting {
+namespace QWMenuSorting
+{
 
 /// Below, equal to or above 0; the one order that all sorted menus have.
 QWBASE_EXPORT int compareTitles(const QString &left, const QString &right);

@@ -4,7 +4,8 @@
 
 #include <algorithm>
 
-namespace {
+namespace
+{
 /// A boundary that is found in none of the fields.
 QByteArray boundaryFor(const QMap<QString, QString> &fields)
 {

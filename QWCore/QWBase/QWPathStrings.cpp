@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 
-namespace QWPathStrings {
+namespace QWPathStrings
+{
 
-namespace {
+namespace
+{
 /// Extensions that are not part of a display name.
 constexpr std::array hiddenExtensions = {
     u"vst",         u"vst3",          u"component", u"lv2",  u"app", u"framework", u"bundle", u"plugin", // bundles

@@ -5,7 +5,8 @@
 #include <QString>
 
 /// Queries and changes of paths as texts; no disk is touched.
-namespace QWPathStrings {
+namespace QWPathStrings
+{
 
 /// The name shown for @p path: its last component, without the extension when that is one of a bundle, a sound file or
 /// a file of the product ("Echo" for "/…/Echo.vst"). Others stay, since they may be part of a name ("Room 2.5").

@@ -11,7 +11,8 @@
 
 #include <algorithm>
 
-namespace {
+namespace
+{
 /// Sizes of the fields of a 'thng' resource's base record, in bytes: the component's five words, then code, name, info
 /// and icon, each a type and an id.
 constexpr qsizetype thingFields[] = {4, 4, 4, 4, 4, 4, 2, 4, 2, 4, 2, 4, 2};

@@ -10,7 +10,8 @@
 
 using platform::MenuItem;
 
-namespace {
+namespace
+{
 struct KeyedItem
 {
     QCollatorSortKey key;

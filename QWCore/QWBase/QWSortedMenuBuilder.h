@@ -8,7 +8,8 @@
 #include <memory>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 class MenuItem;
 }
 

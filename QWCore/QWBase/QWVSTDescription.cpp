@@ -17,7 +17,8 @@ struct QWVSTDescription::IntegerField
     std::optional<qint64> QWVSTDescription::*field;
 };
 
-namespace {
+namespace
+{
 template <class Field>
 void writeIfSet(QWStateWriter &writer, const char *key, const std::optional<Field> &field)
 {

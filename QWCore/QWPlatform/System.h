@@ -86,7 +86,8 @@ public:
 
     /// The shared object of class @p T of this System; @p make returns a `T *` that the System then owns. It runs
     /// on first use only, and may itself ask for other shared objects.
-    template <class T, class Make> T &shared(Make make)
+    template <class T, class Make>
+    T &shared(Make make)
     {
         if (T *made = sharedIfMade<T>())
             return *made;
@@ -97,10 +98,18 @@ public:
     }
 
     /// The shared object of class @p T, or null when none was made.
-    template <class T> T *sharedIfMade() const { return static_cast<T *>(_find(typeid(T))); }
+    template <class T>
+    T *sharedIfMade() const
+    {
+        return static_cast<T *>(_find(typeid(T)));
+    }
 
     /// Destroys the shared object of class @p T, if there is one; a later shared() makes a new one.
-    template <class T> void release() { _release(typeid(T)); }
+    template <class T>
+    void release()
+    {
+        _release(typeid(T));
+    }
 
     /// Destroys all shared objects, last made first. The application object does so before it goes.
     void releaseShared();

@@ -6,7 +6,8 @@
 
 #include <span>
 
-namespace qw {
+namespace qw
+{
 
 /// What this library adds to the application object, outermost first. Registered when the library is loaded.
 QWUTILITIES_EXPORT std::span<const QWApplicationCategory> applicationCategories();

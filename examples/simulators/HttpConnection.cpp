@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <optional>
 
-namespace {
+namespace
+{
 constexpr qsizetype longestRequest = 16 * 1024 * 1024;
 
 void parseRequestLine(const QByteArray &line, HttpRequest &request)

@@ -3,7 +3,8 @@
 #include <QDir>
 #include <QFileInfo>
 
-namespace {
+namespace
+{
 QByteArray propertyList(const QString &version)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

@@ -8,7 +8,8 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
-namespace {
+namespace
+{
 /// Ends with its parent, so that a script which dies leaves no server behind.
 void endWithParent()
 {

@@ -10,7 +10,8 @@
 #include <lv2/midi/midi.h>
 #include <lv2/urid/urid.h>
 
-namespace {
+namespace
+{
 constexpr float latencyInSamples = 32;
 
 struct Plugin

@@ -5,7 +5,8 @@
 #include <cstdlib>
 #include <unistd.h>
 
-namespace {
+namespace
+{
 /// Runs inside dlopen.
 [[gnu::constructor]] void loaded()
 {

@@ -9,7 +9,8 @@
 
 using vst::Effect;
 
-namespace {
+namespace
+{
 constexpr float gain = 0.5F;
 constexpr bool isInstrument = behaviour == Behaviour::Instrument;
 constexpr bool isShell = behaviour == Behaviour::Shell;

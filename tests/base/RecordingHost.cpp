@@ -1,6 +1,7 @@
 #include "RecordingHost.h"
 
-namespace {
+namespace
+{
 void note(const char *category, const char *hook)
 {
     const QByteArray entry = QByteArray(category) + ' ' + hook;

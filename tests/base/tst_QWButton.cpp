@@ -7,7 +7,8 @@
 #include <QPainter>
 #include <QSignalSpy>
 
-namespace {
+namespace
+{
 /// A dark panel with one quiet button and something else to focus.
 struct Panel : QWidget
 {

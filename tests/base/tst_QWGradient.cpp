@@ -5,7 +5,8 @@
 #include <QPainterPath>
 #include <QTest>
 
-namespace {
+namespace
+{
 QColor gray(double white)
 {
     return QColor::fromRgbF(float(white), float(white), float(white));

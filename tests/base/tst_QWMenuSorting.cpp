@@ -10,7 +10,8 @@
 
 using platform::MenuItem;
 
-namespace {
+namespace
+{
 QStringList titlesOf(const QMenu &menu)
 {
     QStringList titles;

@@ -2,7 +2,8 @@
 
 #include <QTest>
 
-namespace {
+namespace
+{
 /// The boundary that the request's header names; "" when there is none.
 QByteArray boundaryOf(const platform::UrlRequest &request)
 {

@@ -6,7 +6,8 @@
 
 using platform::fourCharCode;
 
-namespace {
+namespace
+{
 constexpr auto validator = QW_AU_VALIDATOR;
 
 /// The one unit that is installed on @p disk, as the host finds it.
@@ -76,9 +77,8 @@ private slots:
         QFETCH(QString, name);
         const PluginDisk disk;
         disk.installLv2(name);
-        const platform::AudioComponent unit = installedUnit(disk);
-        QVERIFY(unit.type != 0);
-        const auto run = disk.run(validator, argumentsFor(unit));
+        QVERIFY(installedUnit(disk).type != 0);
+        const auto run = disk.run(validator, argumentsFor(installedUnit(disk)));
         QVERIFY(run.crashed || run.status != 0);
         QCOMPARE(run.output, QByteArray());
         QVERIFY(!hasHandOff(disk));

@@ -9,7 +9,8 @@
 using platform::ComponentCodes;
 using platform::InstalledComponent;
 
-namespace {
+namespace
+{
 InstalledComponent plugin(const QString &uri, const QString &author = "Author")
 {
     InstalledComponent component;

@@ -1,4 +1,4 @@
-// Both validators on plug-ins that are really installed here; without any, the tests are skipped.
+// Both validators on plug-ins that are really installed here, as the packages of scripts/packages bring them.
 #include "PluginDisk.h"
 
 #include <QWPlatform/linux/LinuxComponentRegistry.h>
@@ -7,8 +7,13 @@
 
 using platform::fourCharCode;
 
-namespace {
+namespace
+{
 constexpr std::size_t mostTried = 12;
+
+/// Two libraries that lack a symbol, and a filter whose defaults give samples that are not finite.
+const QByteArrayList faulty{"Steve Harris: Multiband EQ", "Steve Harris: Higher Quality Pitch Scaler",
+                            "Steve Harris: Single band parametric"};
 
 /// Every n-th of @p all, so that a dozen of different makers is tried.
 template <class T>
@@ -38,20 +43,17 @@ private slots:
              {fourCharCode("aufx"), fourCharCode("aumf"), fourCharCode("aumu"), fourCharCode("augn")})
             for (const auto &unit : handful(registry.componentsOfType(type)))
                 units.push_back(unit);
-        if (units.empty())
-            QSKIP("No LV2 plug-ins are installed.");
-        int passed = 0;
+        QVERIFY(!units.empty());
         for (const auto &unit : units) {
             QStringList arguments;
             for (const quint32 code : {unit.type, unit.subtype, unit.manufacturer})
                 arguments += QString::number(static_cast<qint32>(code));
             const auto run = disk.run(QW_AU_VALIDATOR, arguments);
-            passed += run.status == 0 && QFile::remove(disk.support("validated_au.plist")) ? 1 : 0;
-            if (run.status != 0)
-                qInfo("%s: %s", registry.nameOfComponent(unit).mid(1).constData(), run.errors.trimmed().constData());
+            const QByteArray name = registry.nameOfComponent(unit).mid(1);
+            const bool hasPassed = run.status == 0 && QFile::remove(disk.support("validated_au.plist"));
+            QVERIFY2(hasPassed || faulty.contains(name), QByteArray(name + ": " + run.errors).constData());
             QCOMPARE(run.output, QByteArray());
         }
-        QVERIFY2(passed * 10 >= static_cast<int>(units.size()) * 8, qPrintable(QString::number(passed)));
     }
 
     void vstPluginsPass()
@@ -61,8 +63,7 @@ private slots:
         for (const QString &path : VstLibraryFinder::candidates(VstLibraryFinder::usualFolders(disk.home())))
             if (VstLibraryFinder::isVstLibrary(path))
                 libraries += path;
-        if (libraries.isEmpty())
-            QSKIP("No VST libraries are installed.");
+        QVERIFY(!libraries.isEmpty());
         for (const QString &library : handful(libraries)) {
             const auto run = disk.run(QW_VST_VALIDATOR, {library});
             QVERIFY2(run.status == 0, qPrintable(QString(library + ": " + QString::fromUtf8(run.errors))));

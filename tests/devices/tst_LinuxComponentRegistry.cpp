@@ -6,7 +6,8 @@ using platform::AudioComponent;
 using platform::fourCharCode;
 using platform::LinuxComponentRegistry;
 
-namespace {
+namespace
+{
 bool isLilvMapped()
 {
     QFile maps("/proc/self/maps");

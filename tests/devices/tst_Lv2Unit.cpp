@@ -1,27 +1,18 @@
-#include "PluginDisk.h"
+#include "PluginMachine.h"
 #include "PluginRun.h"
-
-#include <QWPlatform/linux/LinuxComponentRegistry.h>
-#include <QWPlatform/linux/LinuxPluginLoader.h>
 
 using platform::fourCharCode;
 
-namespace {
-class Machine
+namespace
 {
-public:
+struct Machine : PluginMachine
+{
     std::unique_ptr<platform::AudioPlugin> open(const QString &name, const char (&type)[5])
     {
         disk.installLv2(name);
         const auto units = registry.componentsOfType(fourCharCode(type));
         return units.size() == 1 ? loader.openComponent(units[0], &error) : nullptr;
     }
-
-    PluginDisk disk;
-    platform::Locations locations = disk.locations();
-    platform::LinuxComponentRegistry registry{locations};
-    platform::LinuxPluginLoader loader{locations, registry};
-    QString error;
 };
 } // namespace
 

@@ -8,7 +8,8 @@
 using platform::fourCharCode;
 using platform::ResourceFork;
 
-namespace {
+namespace
+{
 /// One 'thng' 128 and one 'STR ' 128 named "Nm" (in a name list at the end).
 QByteArray sampleFile()
 {

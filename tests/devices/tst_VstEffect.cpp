@@ -1,24 +1,15 @@
-#include "PluginDisk.h"
+#include "PluginMachine.h"
 #include "PluginRun.h"
 
-#include <QWPlatform/linux/LinuxComponentRegistry.h>
-#include <QWPlatform/linux/LinuxPluginLoader.h>
-
-namespace {
-class Machine
+namespace
 {
-public:
+struct Machine : PluginMachine
+{
     std::unique_ptr<platform::AudioPlugin> open(const QString &name)
     {
         disk.installVst(name);
         return loader.openVST("~/Library/Audio/Plug-Ins/VST/" + name + ".vst", &error);
     }
-
-    PluginDisk disk;
-    platform::Locations locations = disk.locations();
-    platform::LinuxComponentRegistry registry{locations};
-    platform::LinuxPluginLoader loader{locations, registry};
-    QString error;
 };
 } // namespace
 

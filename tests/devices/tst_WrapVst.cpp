@@ -11,7 +11,8 @@
 
 using platform::PropertyList::dictionaryFromFile;
 
-namespace {
+namespace
+{
 /// A folder with bare libraries and a VST folder.
 class Folders
 {

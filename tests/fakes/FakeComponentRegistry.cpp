@@ -15,8 +15,8 @@ QByteArray pascalString(const QString &name)
 }
 } // namespace
 
-AudioComponent FakeComponentRegistry::add(const char (&type)[5], const char (&subtype)[5], const char (&manufacturer)[5],
-                                          const QString &name)
+AudioComponent FakeComponentRegistry::add(const char (&type)[5], const char (&subtype)[5],
+                                          const char (&manufacturer)[5], const QString &name)
 {
     using platform::fourCharCode;
     const AudioComponent component{fourCharCode(type), fourCharCode(subtype), fourCharCode(manufacturer), 0, 0};

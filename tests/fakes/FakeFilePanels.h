@@ -2,7 +2,6 @@
 
 #include <QWPlatform/appkit/FilePanels.h>
 
-
 #include <utility>
 #include <vector>
 

@@ -21,7 +21,7 @@ public:
     }
 
     bool otherInstanceRuns = false;
-    QString listening;                                ///< Bundle identifier that was listened for.
-    QStringList handedOver;                           ///< What went to the other instance.
-    std::function<void(const QString &url)> deliver;  ///< Plays the other instance handing a URL over.
+    QString listening;                               ///< Bundle identifier that was listened for.
+    QStringList handedOver;                          ///< What went to the other instance.
+    std::function<void(const QString &url)> deliver; ///< Plays the other instance handing a URL over.
 };

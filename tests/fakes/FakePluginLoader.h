@@ -9,7 +9,8 @@
 class FakePluginLoader : public platform::PluginLoader
 {
 public:
-    std::unique_ptr<platform::AudioPlugin> openComponent(const platform::AudioComponent &component, QString *error) override
+    std::unique_ptr<platform::AudioPlugin> openComponent(const platform::AudioComponent &component,
+                                                         QString *error) override
     {
         return opened(makeComponent ? makeComponent(component) : nullptr, error);
     }

@@ -53,7 +53,8 @@ struct FakeSystem::Parts
             std::make_unique<UserDefaults>(root + "/home/Library/Preferences/com.quorwell.test.plist");
     }
 
-    template <class Interface, class Fake> static Fake *adopt(std::unique_ptr<Interface> &slot, Fake *fake)
+    template <class Interface, class Fake>
+    static Fake *adopt(std::unique_ptr<Interface> &slot, Fake *fake)
     {
         slot.reset(fake);
         return fake;

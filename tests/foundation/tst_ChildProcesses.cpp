@@ -142,6 +142,14 @@ private slots:
         QCOMPARE(result.output, "x\n");
     }
 
+    void childThatStopsItselfIsKilled()
+    {
+        const auto result = run({"/bin/sh", {"-c", "kill -STOP $$"}, false});
+        QVERIFY(result.started);
+        QVERIFY(!result.exited);
+        QCOMPARE(result.status, SIGKILL);
+    }
+
     void threadsDoNotHoldEachOthersPipes()
     {
         std::vector<std::thread> threads;

@@ -6,7 +6,8 @@
 #include <numbers>
 
 /// Sounds for tests.
-namespace sounds {
+namespace sounds
+{
 
 /// A sine of @p hertz and @p level in every channel.
 inline demo::Sound sine(double hertz, float level, int channels, qint64 frames, double rate = 48000)

@@ -8,7 +8,8 @@
 
 #include <unistd.h>
 
-namespace {
+namespace
+{
 void print(const QString &line)
 {
     QTextStream(stdout) << line << Qt::endl;

@@ -9,7 +9,8 @@
 
 using namespace platform;
 
-namespace {
+namespace
+{
 constexpr auto identifier = "com.quorwell.test-host";
 
 /// The other instance: a process that listens and prints what it gets.

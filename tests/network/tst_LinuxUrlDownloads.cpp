@@ -11,7 +11,8 @@
 using namespace platform;
 using namespace std::chrono_literals;
 
-namespace {
+namespace
+{
 /// Writes down what it hears; may drop the download in any call.
 class Listener : public UrlDownloadObserver
 {

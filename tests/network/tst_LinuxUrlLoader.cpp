@@ -10,7 +10,8 @@
 using namespace platform;
 using namespace std::chrono_literals;
 
-namespace {
+namespace
+{
 /// A load on a thread of its own, while the server answers from this one.
 class Load
 {

@@ -12,7 +12,8 @@
 
 using namespace platform;
 
-namespace {
+namespace
+{
 UrlResponse loaded(const QUrl &url)
 {
     static LinuxUrlLoader loader;

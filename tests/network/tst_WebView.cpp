@@ -12,7 +12,8 @@
 
 using namespace platform;
 
-namespace {
+namespace
+{
 constexpr int patience = 20'000; // the engine starts processes
 
 bool engineIsMapped()

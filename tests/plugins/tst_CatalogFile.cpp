@@ -23,7 +23,8 @@ public:
 
     std::shared_ptr<QWVSTDescription> add(const QString &name)
     {
-        records.push_back(QWVSTDescription::descriptionWithState({{"path", QString("/" + name + ".vst")}, {"name", name}}));
+        records.push_back(
+            QWVSTDescription::descriptionWithState({{"path", QString("/" + name + ".vst")}, {"name", name}}));
         return records.back();
     }
 

@@ -27,7 +27,8 @@ private Q_SLOTS:
     void unitsReadBack();
 };
 
-namespace {
+namespace
+{
 template <class Record>
 std::vector<std::shared_ptr<Record>> read(const QByteArray &data)
 {

@@ -25,7 +25,8 @@ private Q_SLOTS:
     void wronglyTypedValuesCountAsAbsent();
 };
 
-namespace {
+namespace
+{
 std::shared_ptr<QWAUDescription> recordOf(const platform::AudioComponent &component)
 {
     auto record = QWAUDescription::description();

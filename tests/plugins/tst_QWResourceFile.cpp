@@ -20,7 +20,8 @@ private Q_SLOTS:
     void fileCutOffAnywhereIsAnErrorOrHarmless();
 };
 
-namespace {
+namespace
+{
 std::optional<QWResourceFile> open(const FakeSystem &system, const QByteArray &bytes, QWError *error = nullptr)
 {
     system.writeFile("~/Library/a.rsrc", bytes);

@@ -1,3 +1,4 @@
+#include "MenuTestSupport.h"
 #include "PluginTestSupport.h"
 #include "fakes/QWTestMain.h"
 
@@ -74,8 +75,9 @@ void tst_RealValidators::stubThatWritesTheHandOffIsBelieved()
     system.addVSTBundle("/Library/Audio/Plug-Ins/VST/Echo.vst");
     system.makeDirectory("~/Library/Application Support/Quorwell");
     system.processes.handler = [&](const ChildProcessRequest &) {
-        return real.run({"/bin/sh", {"-c", "echo '<plist><dict><key>isInstrument</key><true/></dict></plist>' > \"$0\"",
-                                     system.real(vstHandOff)}});
+        return real.run({"/bin/sh",
+                         {"-c", "echo '<plist><dict><key>isInstrument</key><true/></dict></plist>' > \"$0\"",
+                          system.real(vstHandOff)}});
     };
     QWVSTManager manager;
     manager.validate();
@@ -86,7 +88,8 @@ void tst_RealValidators::stubThatWritesTheHandOffIsBelieved()
 void tst_RealValidators::vstBundlesAreTriedForReal()
 {
     RealChildren machine;
-    for (const char *name : {"Good", "Instrument", "Refusing", "NoEntry", "CrashAtLoad", "CrashAtOpen", "Exiting", "Printing"})
+    for (const char *name :
+         {"Good", "Instrument", "Refusing", "NoEntry", "CrashAtLoad", "CrashAtOpen", "Exiting", "Printing"})
         installBundle(name);
     QVERIFY(!QTest::currentTestFailed());
     machine.system.addVSTBundle("~/Library/Audio/Plug-Ins/VST/Hollow.vst");

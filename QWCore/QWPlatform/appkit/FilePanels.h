@@ -16,15 +16,15 @@ struct SavePanelRequest
 {
     QWidget *window = nullptr; ///< The panel is a sheet on it; null: a panel of its own.
     QString title;
-    QString suggestedName;     ///< Without extension.
-    QString requiredFileType;  ///< Extension that the chosen path is made to have; "" for any.
+    QString suggestedName;    ///< Without extension.
+    QString requiredFileType; ///< Extension that the chosen path is made to have; "" for any.
 };
 
 struct OpenPanelRequest
 {
     QWidget *window = nullptr;
     QString title;
-    QStringList fileTypes;   ///< Extensions that can be chosen; none: all.
+    QStringList fileTypes;    ///< Extensions that can be chosen; none: all.
     bool directories = false; ///< Choose a folder instead of a file.
     bool multiple = false;
 };
@@ -40,10 +40,12 @@ public:
 
     /// Shows the panel and returns; @p didEnd is called once, later, with OK and the path, or Cancel and "". It is not
     /// called when the window goes first.
-    virtual void beginSavePanel(const SavePanelRequest &request, std::function<void(int code, const QString &path)> didEnd) = 0;
+    virtual void beginSavePanel(const SavePanelRequest &request,
+                                std::function<void(int code, const QString &path)> didEnd) = 0;
 
     /// As beginSavePanel(), with the paths chosen.
-    virtual void beginOpenPanel(const OpenPanelRequest &request, std::function<void(int code, const QStringList &paths)> didEnd) = 0;
+    virtual void beginOpenPanel(const OpenPanelRequest &request,
+                                std::function<void(int code, const QStringList &paths)> didEnd) = 0;
 };
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "WebView.h"
 
-namespace platform {
+namespace platform
+{
 
 WebView::~WebView() = default;
 WebViews::~WebViews() = default;

@@ -10,7 +10,8 @@
 
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 
 /// A browser view. Script is off, page script reaches neither local files nor the network, and navigation is decided
 /// by the policy alone. Main thread.

@@ -4,7 +4,8 @@
 
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 
 class WebView;
 

@@ -7,9 +7,11 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr QLocale::Territory letterTerritories[] = {
     QLocale::UnitedStates, QLocale::Canada,     QLocale::Mexico,      QLocale::Colombia,          QLocale::Venezuela,
     QLocale::Chile,        QLocale::CostaRica,  QLocale::ElSalvador,  QLocale::Guatemala,         QLocale::Nicaragua,

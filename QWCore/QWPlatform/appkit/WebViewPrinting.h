@@ -11,7 +11,8 @@ class QLocale;
 class QPrinter;
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 
 /// Page of @p locale's usual paper, A4 or Letter, upright, with room for a punch.
 QWPLATFORM_EXPORT QPageLayout webPageLayout(const QLocale &locale);

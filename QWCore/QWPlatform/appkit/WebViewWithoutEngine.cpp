@@ -8,7 +8,8 @@
 #include <QPrinter>
 #include <QTextBrowser>
 
-namespace platform {
+namespace platform
+{
 
 WebViewWithoutEngine::WebViewWithoutEngine(QWidget *parent)
     : m_browser(new QTextBrowser(parent))

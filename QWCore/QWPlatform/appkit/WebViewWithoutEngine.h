@@ -6,7 +6,8 @@
 
 class QTextBrowser;
 
-namespace platform {
+namespace platform
+{
 
 /// Stands in where the browser engine cannot be loaded: plain pages, local ones and HTML that was handed over; the
 /// policy decides as ever. Other addresses end with loadFinished(false).

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr qsizetype typeListField = 24;
 constexpr qsizetype nameListField = 26;
 constexpr qsizetype typeSize = 8;

@@ -8,7 +8,8 @@
 #include <optional>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 /// The typed resources of a resource file, in the published format: big-endian header, data area and map. A value;
 /// every offset is checked, so a damaged file gives no fork, never a crash. Any thread.

@@ -30,8 +30,8 @@ class QWPLATFORM_EXPORT ChildProcesses
 public:
     virtual ~ChildProcesses();
 
-    /// Starts the program and waits until it exits, without a time-out and without running the event loop.
-    /// Any thread.
+    /// Starts the program and waits until it exits, without a time-out and without running the event loop. A program
+    /// that stops itself is killed. Any thread.
     virtual ChildProcessResult run(const ChildProcessRequest &request) = 0;
 };
 

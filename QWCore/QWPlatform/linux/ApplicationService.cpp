@@ -3,9 +3,11 @@
 #include <QApplication>
 #include <QWidget>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// The window to show when the user calls the application: the active one, else the last opened one.
 QWidget *frontWindow()
 {

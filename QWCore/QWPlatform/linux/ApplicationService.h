@@ -5,7 +5,8 @@
 
 #include <functional>
 
-namespace platform {
+namespace platform
+{
 
 /// The object that other instances, and the desktop, call over the bus.
 class ApplicationService : public QObject

@@ -9,9 +9,11 @@
 
 #include <algorithm>
 
-namespace platform::ComponentBundle {
+namespace platform::ComponentBundle
+{
 
-namespace {
+namespace
+{
 constexpr quint32 componentResource = fourCharCode("thng");
 constexpr qsizetype nameResourceField = 26; // type and id of the name's resource, in the published record
 constexpr qsizetype componentResourceSize = 44;

@@ -4,11 +4,13 @@
 
 #include <QStringList>
 
-namespace platform {
+namespace platform
+{
 
 /// A ".component" bundle: its units stand in Info.plist ("AudioComponents"), in the 'thng' resources of
 /// "Contents/Resources/<name>.rsrc", or in both.
-namespace ComponentBundle {
+namespace ComponentBundle
+{
 
 /// The files and folders whose modification times say that the bundle changed.
 QStringList watchedPaths(const QString &path);

@@ -7,9 +7,11 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr quint32 magic = 0x51574331; // "QWC1": the form below
 constexpr auto streamVersion = QDataStream::Qt_6_4;
 

@@ -4,11 +4,13 @@
 
 #include <optional>
 
-namespace platform {
+namespace platform
+{
 
 /// The file that remembers what was read from each bundle, so that an unchanged machine costs no parsing. It is only a
 /// cache: one that is damaged, or of another version, counts as none.
-namespace ComponentCache {
+namespace ComponentCache
+{
 
 /// The bundles in the file at @p path (a real path).
 std::optional<std::vector<InstalledBundle>> read(const QString &path);

@@ -11,9 +11,11 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr int lockTimeout = 5000; // milliseconds; another host assigns codes meanwhile
 constexpr char letters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
 constexpr unsigned capitals = 26;

@@ -9,7 +9,8 @@
 #include <set>
 #include <utility>
 
-namespace platform {
+namespace platform
+{
 
 /// Gives LV2 plug-ins, which are named by URIs, the four-character codes of a component: the manufacturer from the
 /// author, the subtype from the URI. Codes that are taken are probed past, so what was assigned once is kept in a

@@ -4,9 +4,11 @@
 
 #include <dlfcn.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 using FactoryFunction = void *(*)(const AudioComponent *component);
 
 FactoryFunction factoryFunction(const ComponentLocation &location, QString *error)

@@ -5,7 +5,8 @@
 
 #include <memory>
 
-namespace platform {
+namespace platform
+{
 
 /// The unit of a ".component" bundle. Its factory function takes a pointer to the component description (five words
 /// of 32 bits in host order: type, subtype, manufacturer, flags, flags mask) and returns the instance, or null to

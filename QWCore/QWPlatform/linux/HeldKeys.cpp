@@ -5,7 +5,8 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 
-namespace platform {
+namespace platform
+{
 
 HeldKeys::HeldKeys()
 {

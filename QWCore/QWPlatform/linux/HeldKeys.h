@@ -6,7 +6,8 @@
 
 class QKeyEvent;
 
-namespace platform {
+namespace platform
+{
 
 /// What is held, from the key events that the application gets. Its costs are one comparison an event.
 class HeldKeys : public QObject

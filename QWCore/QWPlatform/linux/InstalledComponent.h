@@ -7,7 +7,8 @@
 
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 /// One unit of an installed bundle.
 struct InstalledComponent

@@ -4,9 +4,11 @@
 #include <linux/input-event-codes.h>
 #include <qnamespace.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 // The codes follow the positions of the first keyboards of their kind, not the alphabet. Each modifier key keeps its
 // own place: KEY_LEFTMETA is the Command key's code, KEY_LEFTCTRL the Control key's, whatever the shortcuts use.
 constexpr KeyCode table[] = {

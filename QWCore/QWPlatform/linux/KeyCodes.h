@@ -7,7 +7,8 @@
 #include <optional>
 #include <span>
 
-namespace platform {
+namespace platform
+{
 
 /// One physical key under its three names.
 struct KeyCode

@@ -151,13 +151,16 @@ private:
     posix_spawnattr_t m_attributes;
 };
 
+// A child that stops itself would hold the caller for ever, its own watchdog with it; it counts as crashed.
 void await(pid_t child, ChildProcessResult &result)
 {
     int status = 0;
     pid_t ended = -1;
-    do
-        ended = ::waitpid(child, &status, 0);
-    while (ended < 0 && errno == EINTR);
+    do {
+        ended = ::waitpid(child, &status, WUNTRACED);
+        if (ended == child && WIFSTOPPED(status))
+            ::kill(child, SIGKILL);
+    } while (ended < 0 ? errno == EINTR : WIFSTOPPED(status));
     result.exited = ended == child && WIFEXITED(status);
     result.status = result.exited ? WEXITSTATUS(status) : WTERMSIG(status);
 }

@@ -12,7 +12,8 @@ QDateTime LinuxClock::now() const
 
 qint64 LinuxClock::monotonicNanoseconds() const
 {
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 }
 
 } // namespace platform

@@ -9,7 +9,8 @@
 #include <array>
 #include <map>
 
-namespace platform {
+namespace platform
+{
 
 class Locations;
 

@@ -8,9 +8,11 @@
 #include <memory>
 #include <string_view>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// Whoever owns this selection is the compositor.
 constexpr std::string_view compositorSelection = "_NET_WM_CM_S0";
 

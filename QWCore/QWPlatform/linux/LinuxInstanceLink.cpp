@@ -10,9 +10,11 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr auto connectionName = "QWInstanceLink";
 constexpr auto applicationInterface = "org.freedesktop.Application";
 constexpr int answerMilliseconds = 3000;

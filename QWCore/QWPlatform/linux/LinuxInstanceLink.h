@@ -4,7 +4,8 @@
 
 #include <memory>
 
-namespace platform {
+namespace platform
+{
 
 /// The instance link as the desktop's own D-Bus convention has it: the instance owns the name of its bundle
 /// identifier and takes addresses through org.freedesktop.Application. Connects to the bus when first asked.

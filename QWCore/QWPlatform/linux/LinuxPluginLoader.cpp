@@ -7,9 +7,11 @@
 #include "VstEffect.h"
 #include "lv2/Lv2Access.h"
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 std::unique_ptr<AudioPlugin> refuse(QString *error, const QString &reason)
 {
     *error = reason;

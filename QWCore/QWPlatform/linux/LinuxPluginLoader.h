@@ -4,7 +4,8 @@
 
 #include "../plugins/PluginLoader.h"
 
-namespace platform {
+namespace platform
+{
 
 class ComponentRegistry;
 class Locations;

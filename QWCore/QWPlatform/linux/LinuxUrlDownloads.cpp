@@ -7,9 +7,11 @@
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// What the caller holds: cancels its transfer when it goes.
 class LinuxUrlDownload : public UrlDownload
 {

@@ -8,7 +8,8 @@
 
 class QNetworkAccessManager;
 
-namespace platform {
+namespace platform
+{
 
 /// Streams answers to files. A file appears at its destination, in one step, once it is whole.
 class QWPLATFORM_EXPORT LinuxUrlDownloads : public UrlDownloads

@@ -13,9 +13,11 @@
 #include <memory>
 #include <thread>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// Qt's translations, since platform::localized() belongs to the main thread.
 QString translated(const char *text)
 {

@@ -8,7 +8,8 @@
 
 class QEventLoop;
 
-namespace platform {
+namespace platform
+{
 
 /// Loads http, https and file addresses, each call with a network stack of its own on the calling thread.
 class QWPLATFORM_EXPORT LinuxUrlLoader : public UrlLoader

@@ -11,9 +11,11 @@
 
 #include <utility>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr int firstErrorStatus = 400;
 }
 

@@ -12,7 +12,8 @@
 class QNetworkAccessManager;
 class QNetworkReply;
 
-namespace platform {
+namespace platform
+{
 
 /// One download to a file. Deletes itself from the event loop after its end, so that its observer may let go of it at
 /// any time.

@@ -11,9 +11,11 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// "Modules/…" beside the library that holds this code.
 QString moduleInFramework()
 {

@@ -5,7 +5,8 @@
 
 #include <QString>
 
-namespace platform {
+namespace platform
+{
 
 /// Makes views of the browser engine, whose module is loaded with the first one.
 class QWPLATFORM_EXPORT LinuxWebViews : public WebViews

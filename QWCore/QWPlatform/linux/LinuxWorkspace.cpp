@@ -6,9 +6,11 @@
 #include <QStandardPaths>
 #include <QUrl>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 // QDesktopServices is not used: it does nothing on window systems whose Qt plug-in lacks services.
 bool startOpener(const QUrl &url)
 {

@@ -2,7 +2,8 @@
 
 #include "../appkit/Workspace.h"
 
-namespace platform {
+namespace platform
+{
 
 /// Hands addresses to the desktop's "xdg-open" and does not wait for it.
 class QWPLATFORM_EXPORT LinuxWorkspace : public Workspace

@@ -5,7 +5,8 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
-namespace platform {
+namespace platform
+{
 
 bool isLoadable(const QUrl &url)
 {

@@ -6,7 +6,8 @@ class QNetworkReply;
 class QNetworkRequest;
 class QUrl;
 
-namespace platform {
+namespace platform
+{
 
 struct UrlRequest;
 

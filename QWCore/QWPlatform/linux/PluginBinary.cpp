@@ -7,9 +7,11 @@
 
 #include <dlfcn.h>
 
-namespace platform::PluginBinary {
+namespace platform::PluginBinary
+{
 
-namespace {
+namespace
+{
 #if defined(__x86_64__)
 constexpr auto architectureFolder = "Contents/x86_64-linux";
 #elif defined(__aarch64__)

@@ -2,10 +2,12 @@
 
 #include <QString>
 
-namespace platform {
+namespace platform
+{
 
 /// The code of plug-in bundles.
-namespace PluginBinary {
+namespace PluginBinary
+{
 
 /// The Linux library of the bundle at @p path (a real path): the Info.plist's "CFBundleExecutable", else a file with
 /// the bundle's name, in "Contents/<architecture>-linux", "Contents/Linux" or "Contents/MacOS"; else the first library

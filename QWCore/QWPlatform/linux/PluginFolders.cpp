@@ -9,9 +9,11 @@
 #include <memory>
 #include <sys/stat.h>
 
-namespace platform::PluginFolders {
+namespace platform::PluginFolders
+{
 
-namespace {
+namespace
+{
 constexpr const char *componentFolders[] = {"~/Library/Audio/Plug-Ins/Components",
                                             "/Library/Audio/Plug-Ins/Components"};
 

@@ -4,12 +4,14 @@
 
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 class Locations;
 
 /// Where plug-in bundles are, as real paths in the order in which they count.
-namespace PluginFolders {
+namespace PluginFolders
+{
 
 /// The ".component" bundles of the user's folder, then of the system's: what the user installed goes first.
 QStringList componentBundles(const Locations &locations);

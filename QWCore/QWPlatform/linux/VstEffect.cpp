@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <array>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr int mostChannels = 1024;
 constexpr std::size_t textSize = 4096; // plug-ins write past the 32 or 64 bytes that were agreed on
 

@@ -7,7 +7,8 @@
 #include <memory>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 /// An open VST 2 plug-in. A shell, which holds other plug-ins, opens as a plug-in without audio.
 class VstEffect : public AudioPlugin

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-namespace platform {
+namespace platform
+{
 
 void *VstEventList::with(std::span<const AudioPlugin::MidiEvent> events)
 {

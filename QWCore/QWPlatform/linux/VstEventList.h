@@ -6,7 +6,8 @@
 #include <span>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 /// The channel messages of one block in the form that plug-ins take.
 class VstEventList

@@ -6,9 +6,11 @@
 #include <iterator>
 #include <string_view>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr std::intptr_t interfaceVersion = 2400;
 constexpr std::intptr_t ownVersion = 1000;
 constexpr std::intptr_t englishLanguage = 1;

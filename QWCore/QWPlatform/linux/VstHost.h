@@ -2,7 +2,8 @@
 
 #include "VstInterface.h"
 
-namespace platform {
+namespace platform
+{
 
 /// What the host tells each plug-in that asks.
 struct VstHost

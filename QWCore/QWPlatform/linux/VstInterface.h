@@ -4,7 +4,8 @@
 #include <cstdint>
 
 /// The VST 2 plug-in interface, declared from public descriptions of its layout and numbers. Only what this host uses.
-namespace vst {
+namespace vst
+{
 
 struct Effect;
 
@@ -48,18 +49,21 @@ static_assert(offsetof(Effect, flags) == 56 && offsetof(Effect, initialDelay) ==
               offsetof(Effect, uniqueID) == 112 && offsetof(Effect, processReplacing) == 120 && sizeof(Effect) == 192);
 #endif
 
-namespace flag {
+namespace flag
+{
 constexpr std::int32_t hasReplacing = 1 << 4;
 constexpr std::int32_t isSynth = 1 << 8;
 } // namespace flag
 
-namespace category {
+namespace category
+{
 constexpr std::int32_t synth = 2;
 constexpr std::int32_t shell = 10;
 } // namespace category
 
 /// Host to plug-in.
-namespace opcode {
+namespace opcode
+{
 constexpr std::int32_t open = 0;
 constexpr std::int32_t close = 1;
 constexpr std::int32_t setSampleRate = 10;
@@ -73,7 +77,8 @@ constexpr std::int32_t product = 48;
 } // namespace opcode
 
 /// Plug-in to host.
-namespace request {
+namespace request
+{
 constexpr std::int32_t version = 1;
 constexpr std::int32_t currentID = 2;
 constexpr std::int32_t wantMidi = 6;

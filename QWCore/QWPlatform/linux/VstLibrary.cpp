@@ -5,9 +5,11 @@
 
 #include <dlfcn.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr const char *entryNames[] = {"VSTPluginMain", "main"};
 }
 

@@ -4,7 +4,8 @@
 
 #include <QString>
 
-namespace platform {
+namespace platform
+{
 
 /// A loaded VST 2 library.
 class VstLibrary

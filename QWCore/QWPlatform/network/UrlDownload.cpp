@@ -1,6 +1,7 @@
 #include "UrlDownload.h"
 
-namespace platform {
+namespace platform
+{
 
 UrlDownloadObserver::~UrlDownloadObserver() = default;
 void UrlDownloadObserver::downloadDidReceiveResponse(qint64) {}

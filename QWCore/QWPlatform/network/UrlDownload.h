@@ -8,7 +8,8 @@
 
 class QUrl;
 
-namespace platform {
+namespace platform
+{
 
 /// Told of a download's progress on the main thread, never before the call that started it has returned. May destroy
 /// the download in any of the calls.

@@ -1,6 +1,7 @@
 #include "UrlLoader.h"
 
-namespace platform {
+namespace platform
+{
 
 UrlLoader::~UrlLoader() = default;
 

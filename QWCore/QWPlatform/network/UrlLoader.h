@@ -7,7 +7,8 @@
 #include <QPair>
 #include <QUrl>
 
-namespace platform {
+namespace platform
+{
 
 struct UrlRequest
 {

@@ -1,6 +1,7 @@
 #include "AudioPlugin.h"
 
-namespace platform {
+namespace platform
+{
 
 AudioPlugin::~AudioPlugin() = default;
 

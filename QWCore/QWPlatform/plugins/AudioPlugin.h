@@ -6,7 +6,8 @@
 
 #include <span>
 
-namespace platform {
+namespace platform
+{
 
 /// An open plug-in. All calls from one thread; destroying it closes the plug-in.
 class QWPLATFORM_EXPORT AudioPlugin

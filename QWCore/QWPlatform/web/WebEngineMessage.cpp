@@ -7,7 +7,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace platform {
+namespace platform
+{
 
 WebEngineMessage::WebEngineMessage(QWidget *view)
     : QWidget(view)

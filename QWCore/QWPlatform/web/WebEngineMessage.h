@@ -4,7 +4,8 @@
 
 class QLabel;
 
-namespace platform {
+namespace platform
+{
 
 /// Covers the page with one sentence and a button that tries again.
 class WebEngineMessage : public QWidget

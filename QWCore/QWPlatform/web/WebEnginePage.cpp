@@ -7,9 +7,11 @@
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// The engine takes text as a "data:" address of at most 2 MB, percent-encoded.
 constexpr qsizetype longestEncodedText = 2'000'000;
 constexpr qsizetype encodedSizeOfByte = 3;

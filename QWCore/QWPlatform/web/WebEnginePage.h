@@ -8,7 +8,8 @@
 
 class QTemporaryFile;
 
-namespace platform {
+namespace platform
+{
 
 /// A page that asks the policy before it goes anywhere, in its frames too. Links that want a window of their own open
 /// in this one.

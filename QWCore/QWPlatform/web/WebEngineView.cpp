@@ -14,9 +14,11 @@
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineProfile>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 bool writeFile(const QString &path, const QByteArray &data)
 {
     QSaveFile file(path);

@@ -10,7 +10,8 @@ class QPrinter;
 class QWebEngineLoadingInfo;
 class QWebEngineProfile;
 
-namespace platform {
+namespace platform
+{
 
 class WebEngineMessage;
 class WebEnginePage;

@@ -10,9 +10,11 @@
 
 #include <algorithm>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr qreal zoomStep = 1.1;
 constexpr qreal smallestZoom = 0.5;
 constexpr qreal largestZoom = 3.0;

@@ -2,7 +2,8 @@
 
 #include <QWebEngineView>
 
-namespace platform {
+namespace platform
+{
 
 /// The engine's widget with what a reader needs: a short context menu and zoom by keys.
 class WebEngineWidget : public QWebEngineView

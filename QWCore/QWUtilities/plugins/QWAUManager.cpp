@@ -77,6 +77,7 @@ void QWAUManager::validate()
     const PluginValidation::Scan scan(audioUnitFormat);
     const auto forgetIdentifiers = qScopeGuard([this] { m_identifiers.reset(); });
     const auto installed = installedUnits();
+    m_catalog.forgetKeys(); // the host has the records, too, and may have changed one
     _dropStaleRecords(installed);
     for (const QWComponentDescription &unit : installed)
         if (!_descriptionWithComponentDescription(unit))

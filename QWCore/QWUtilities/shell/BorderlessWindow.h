@@ -8,7 +8,8 @@
 
 class QPropertyAnimation;
 
-namespace qw {
+namespace qw
+{
 
 /// A window without title bar around one view: as large as the view, centred, with corners of 6 pixels. Fades its
 /// opacity where the desktop wants motion.

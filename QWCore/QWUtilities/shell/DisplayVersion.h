@@ -2,7 +2,8 @@
 
 #include <QString>
 
-namespace qw {
+namespace qw
+{
 
 /// A version as the user reads it: the first of the marks "pb", "rc", "b" and "a" that it holds is spelt out wherever
 /// it stands ("2.1b3" is "2.1 Beta 3").

@@ -2,7 +2,8 @@
 
 #include <QLabel>
 
-namespace qw {
+namespace qw
+{
 
 /// One line of plain text that is shortened with an ellipsis where room is short; the middle goes, so that both ends
 /// stay legible. Assistive technology reads it whole.

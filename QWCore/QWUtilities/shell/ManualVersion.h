@@ -5,11 +5,13 @@
 
 #include <optional>
 
-namespace platform {
+namespace platform
+{
 class UrlLoader;
 }
 
-namespace qw {
+namespace qw
+{
 
 /// A manual's version as a number: the dots are dropped and the rest is read as one integer ("2.1.3" is 213, so "10" is
 /// less than "9.5"). Text without a number is 0.

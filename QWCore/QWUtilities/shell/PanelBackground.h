@@ -7,7 +7,8 @@
 class QPainter;
 class QWGradient;
 
-namespace qw {
+namespace qw
+{
 
 /// The gradient that the splash screen and the about panel share: black, with a quick rise to dark grey in the middle,
 /// to a lighter grey at the top.

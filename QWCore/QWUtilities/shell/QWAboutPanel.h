@@ -11,7 +11,8 @@ class QWAboutPanelContentView;
 class QWButton;
 class QWidget;
 
-namespace qw {
+namespace qw
+{
 class BorderlessWindow;
 }
 

@@ -19,6 +19,7 @@
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
 
+#include <QApplication>
 #include <QFile>
 #include <QLabel>
 #include <QLoggingCategory>
@@ -200,6 +201,9 @@ void QWManual::newVersionAvailable()
     const platform::Alert offer{.messageText = localized("A newer version of the manual is available"),
                                 .informativeText = localized("Would you like to download the update now?"),
                                 .buttons = {localized("Download"), localized("Later")}};
+    // The answer may come before the window system has made the new window the active one, above which alerts stand.
+    if (m_window && m_window->isVisible())
+        QApplication::setActiveWindow(m_window);
     if (platform::runAlert(offer) != 0)
         return;
     const QUrl url(System::current().locations().supportSite() + "/support/manuals/" + applicationCode().toLower() +

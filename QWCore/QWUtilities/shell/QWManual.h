@@ -13,7 +13,8 @@ class QPushButton;
 class QUrl;
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 class Panel;
 class Toolbar;
 class WebView;

@@ -10,7 +10,8 @@ class QLabel;
 class QWSplashScreenContentView;
 class QWidget;
 
-namespace qw {
+namespace qw
+{
 class BorderlessWindow;
 }
 

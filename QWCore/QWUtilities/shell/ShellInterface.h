@@ -2,7 +2,8 @@
 
 #include <QWPlatform/foundation/Bundle.h>
 
-namespace qw {
+namespace qw
+{
 
 /// The framework's own bundle, ready for interface files of this folder: its custom classes are known.
 platform::Bundle shellBundle();

@@ -2,7 +2,8 @@
 
 #include <QWidget>
 
-namespace qw {
+namespace qw
+{
 
 /// A faint waveform that grows from left to right, along the middle of the panel's gradient.
 class WaveformOrnament : public QWidget

@@ -23,6 +23,8 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace demo
 {
 
@@ -42,13 +44,22 @@ QStringList localFilesIn(const QMimeData &data)
     return paths;
 }
 
-bool isOnAScreen(const QRect &frame)
+/// @p frame within the screen that shows a part of it; null when none does.
+QRect fittedToAScreen(const QRect &frame)
 {
     for (const QScreen *screen : QGuiApplication::screens()) {
-        if (screen->availableGeometry().intersects(frame))
-            return true;
+        if (!screen->availableGeometry().intersects(frame))
+            continue;
+        if (screen->availableGeometry().contains(frame))
+            return frame;
+        const QRect room = screen->availableGeometry().marginsRemoved({8, 32, 8, 8}); // for title bar and borders
+        QRect fitted(frame.topLeft(), frame.size().boundedTo(room.size()));
+        fitted.moveRight(std::min(fitted.right(), room.right()));
+        fitted.moveBottom(std::min(fitted.bottom(), room.bottom()));
+        fitted.moveTopLeft({std::max(fitted.left(), room.left()), std::max(fitted.top(), room.top())});
+        return fitted;
     }
-    return false;
+    return {};
 }
 } // namespace
 
@@ -170,8 +181,8 @@ void MainWindow::restoreFrame()
 {
     const QString text = platform::System::current().userDefaults().string(_frameKey());
     const QRect frame = platform::TextForms::rectFromString(text).toRect();
-    if (frame.isValid() && isOnAScreen(frame))
-        setGeometry(frame);
+    if (const QRect fitted = fittedToAScreen(frame); frame.isValid() && fitted.isValid())
+        setGeometry(fitted);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

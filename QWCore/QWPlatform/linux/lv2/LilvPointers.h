@@ -5,7 +5,8 @@
 #include <lilv/lilv.h>
 #include <memory>
 
-namespace platform {
+namespace platform
+{
 
 /// Owners of what the LV2 host library hands out.
 template <auto Free>

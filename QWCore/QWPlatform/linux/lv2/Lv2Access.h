@@ -5,7 +5,8 @@
 #include <memory>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 class AudioPlugin;
 

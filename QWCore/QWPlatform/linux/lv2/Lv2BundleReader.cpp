@@ -11,9 +11,11 @@
 #include <lv2/event/event.h>
 #include <lv2/midi/midi.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr auto typePredicate = "http://www.w3.org/1999/02/22-rdf-syntax-ns#type";
 
 /// Which ports a plug-in has, as far as its component type depends on them.

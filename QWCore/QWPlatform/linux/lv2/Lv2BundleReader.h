@@ -3,7 +3,8 @@
 #include "LilvPointers.h"
 #include "Lv2Access.h"
 
-namespace platform {
+namespace platform
+{
 
 /// Reads what the registry needs from one bundle, without loading plug-in code.
 std::vector<Lv2Description> readLv2Bundle(const QString &path);

@@ -9,9 +9,11 @@
 #include <lv2/parameters/parameters.h>
 #include <lv2/state/state.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// What may be required: offered as data, or simply true of this host.
 constexpr const char *supported[] = {
     LV2_URID__map,

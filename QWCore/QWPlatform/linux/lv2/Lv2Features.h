@@ -10,7 +10,8 @@
 #include <lv2/log/log.h>
 #include <lv2/options/options.h>
 
-namespace platform {
+namespace platform
+{
 
 /// What this host offers to one instance of a plug-in; outlives the instance.
 class Lv2Features

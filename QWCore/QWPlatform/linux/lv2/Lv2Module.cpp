@@ -2,7 +2,8 @@
 #include "Lv2BundleReader.h"
 #include "Lv2Unit.h"
 
-namespace {
+namespace
+{
 class Lilv : public platform::Lv2Access
 {
 public:

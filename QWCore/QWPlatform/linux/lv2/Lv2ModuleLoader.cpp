@@ -6,9 +6,11 @@
 
 #include <dlfcn.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// "Modules/…" beside the library that holds this code.
 QString modulePath()
 {

@@ -7,9 +7,11 @@
 #include <lv2/midi/midi.h>
 #include <lv2/resize-port/resize-port.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr int largestSequence = 16 << 20;
 
 struct KindOfClass

@@ -5,7 +5,8 @@
 #include <optional>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 /// One port of a plug-in, as far as a host without controls needs to know.
 struct Lv2Port

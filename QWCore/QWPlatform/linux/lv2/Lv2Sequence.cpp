@@ -4,9 +4,11 @@
 #include <lv2/atom/atom.h>
 #include <lv2/midi/midi.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 /// Bytes of the channel message with this status.
 uint32_t messageSize(unsigned char status)
 {

@@ -7,7 +7,8 @@
 #include <span>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 /// The buffer of a port that takes or gives events.
 class Lv2Sequence

@@ -9,9 +9,11 @@
 #include <cmath>
 #include <dlfcn.h>
 
-namespace platform {
+namespace platform
+{
 
-namespace {
+namespace
+{
 constexpr int usualSequenceSize = 65536;
 
 QString libraryPath(const LilvPlugin *plugin)

@@ -7,7 +7,8 @@
 #include "Lv2Ports.h"
 #include "Lv2Sequence.h"
 
-namespace platform {
+namespace platform
+{
 
 /// An LV2 plug-in with its controls at their defaults. It is instantiated by start(), since the sample rate is then
 /// known; its library stays in memory afterwards, because many do not survive being unloaded.

@@ -1,6 +1,7 @@
 #include "Lv2UriMap.h"
 
-namespace platform {
+namespace platform
+{
 
 Lv2UriMap::Lv2UriMap()
     : map{this, [](LV2_URID_Map_Handle self, const char *uri) { return static_cast<Lv2UriMap *>(self)->number(uri); }}

@@ -6,7 +6,8 @@
 #include <string>
 #include <unordered_map>
 
-namespace platform {
+namespace platform
+{
 
 /// Numbers for URIs, as plug-ins want them. Any thread: plug-ins ask from workers of their own.
 class Lv2UriMap

@@ -2,7 +2,8 @@
 
 #include <utility>
 
-namespace platform {
+namespace platform
+{
 
 Lv2Worker::Lv2Worker()
     : schedule{this, [](LV2_Worker_Schedule_Handle self, uint32_t size, const void *data) {

@@ -4,7 +4,8 @@
 #include <lv2/worker/worker.h>
 #include <vector>
 
-namespace platform {
+namespace platform
+{
 
 /// Does a plug-in's deferred work at once, as a host that works off line may, and hands the answers over after the
 /// block. One thread.
