@@ -1,6 +1,7 @@
 #include "Categories.h"
 
 #include "shell/SplashScreenExtension.h"
+#include "shortcuts/KeyboardShortcutsExtensions.h"
 
 #include <QWBase/QWApplication.h>
 
@@ -13,6 +14,7 @@ constexpr QWApplicationCategory categories[] = {
     {.name = "SplashScreenExtension",
      .willFinishLaunching = SplashScreenExtension::willFinishLaunching,
      .didFinishLaunching = SplashScreenExtension::didFinishLaunching},
+    {.name = "KeyboardShortcutsExtensions", .sendEvent = KeyboardShortcutsExtensions::sendEvent},
 };
 
 /// A host calls nothing of this library to have its categories.

@@ -1,6 +1,8 @@
 #include "MenuItem.h"
 
+#include "FirstResponder.h"
 #include "KeyEquivalent.h"
+#include "MenuTitleFlash.h"
 #include "ResponderChain.h"
 
 #include <QApplication>
@@ -9,6 +11,8 @@
 #include <QMenuBar>
 #include <QMetaMethod>
 #include <QSet>
+
+#include <algorithm>
 
 namespace platform
 {
@@ -32,12 +36,6 @@ QString shortened(const QString &text)
     return text.left(left) + QChar(0x2026) + text.mid(right);
 }
 
-bool isTypingText()
-{
-    const QWidget *const focus = QApplication::focusWidget();
-    return focus && focus->inputMethodQuery(Qt::ImEnabled).toBool();
-}
-
 bool isWithin(const QWidget *inner, const QWidget &outer)
 {
     while (inner && inner != &outer)
@@ -55,23 +53,26 @@ bool isBlocked(const QWidget &window)
     });
 }
 
-bool performItem(MenuItem &item, const QKeyEvent &event)
+/// @p menu is null for an item of the menu bar itself.
+bool performItem(MenuItem &item, QMenu *menu, const QKeyEvent &event)
 {
     if (!item.isVisible() || !item.matches(event) || !item.validate())
         return false;
+    if (menu)
+        flashMenuTitle(*menu);
     item.setEnabled(true);
     item.trigger();
     return true;
 }
 
-bool performFirst(const QList<QAction *> &actions, const QKeyEvent &event)
+bool performFirst(const QList<QAction *> &actions, QMenu *menu, const QKeyEvent &event)
 {
     for (QAction *const action : actions) {
         QMenu *const submenu = action->isEnabled() ? action->menu() : nullptr;
         if (submenu && performKeyEquivalent(*submenu, event))
             return true;
         auto *const item = qobject_cast<MenuItem *>(action);
-        if (item && performItem(*item, event))
+        if (item && performItem(*item, menu, event))
             return true;
     }
     return false;
@@ -112,6 +113,8 @@ void MenuItem::setTarget(QObject *target)
 
 void MenuItem::setKeyEquivalent(const QString &character, quint32 modifierMask)
 {
+    if (m_keyEquivalent == character && m_keyEquivalentModifiers == modifierMask)
+        return;
     m_keyEquivalent = character;
     m_keyEquivalentModifiers = modifierMask;
     _showText();
@@ -148,7 +151,8 @@ QString titleOf(const QAction &item)
 {
     if (const auto *menuItem = qobject_cast<const MenuItem *>(&item))
         return menuItem->title();
-    QString text = item.text().section('\t', 0, 0);
+    QString text = item.text();
+    text.truncate(text.indexOf('\t') < 0 ? text.size() : text.indexOf('\t'));
     text.replace("&&", QString(QChar::Null)).remove('&').replace(QChar::Null, '&');
     return text;
 }
@@ -218,12 +222,12 @@ bool performKeyEquivalent(const QKeyEvent &event)
 {
     QMenuBar *const bar = mainMenuBar();
     const bool isReachable = bar && !isBlocked(*bar->window());
-    return isReachable && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), event);
+    return isReachable && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), nullptr, event);
 }
 
 bool performKeyEquivalent(QMenu &menu, const QKeyEvent &event)
 {
-    return performFirst(menu.actions(), event);
+    return performFirst(menu.actions(), &menu, event);
 }
 
 } // namespace platform

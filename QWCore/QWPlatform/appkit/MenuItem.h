@@ -18,6 +18,8 @@ namespace platform
 class QWPLATFORM_EXPORT MenuItem : public QAction
 {
     Q_OBJECT
+    Q_PROPERTY(qlonglong tag READ tag)
+    Q_PROPERTY(QVariant representedObject READ representedObject)
 
 public:
     /// Event modifier bits that a key equivalent may have.
@@ -104,7 +106,8 @@ QWPLATFORM_EXPORT QString shownTitle(const QString &title);
 /// application calls it for a key press that no widget took.
 QWPLATFORM_EXPORT bool performKeyEquivalent(const QKeyEvent &event);
 
-/// The same within @p menu and its submenus, without looking at the focus.
+/// The same within @p menu and its submenus, without looking at the focus. The title of the main menu that holds the
+/// item lights up for a moment.
 QWPLATFORM_EXPORT bool performKeyEquivalent(QMenu &menu, const QKeyEvent &event);
 
 } // namespace platform

@@ -5,4 +5,9 @@ namespace platform
 
 KeyboardState::~KeyboardState() = default;
 
+char16_t KeyboardState::characterOf(const QKeyEvent &)
+{
+    return 0;
+}
+
 } // namespace platform

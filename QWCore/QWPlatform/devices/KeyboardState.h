@@ -6,6 +6,8 @@
 
 #include <array>
 
+class QKeyEvent;
+
 namespace platform
 {
 
@@ -26,6 +28,10 @@ public:
     /// X11 is asked directly; elsewhere, what the application's windows were told since
     /// startWatching(), which this calls when nobody did.
     virtual KeyMap keyMap() = 0;
+
+    /// What the key of @p event types in the user's layout with Shift as it is held and no other modifier; 0 when the
+    /// machine knows no more than the event itself.
+    virtual char16_t characterOf(const QKeyEvent &event);
 };
 
 } // namespace platform

@@ -4,10 +4,12 @@
 #include "KeyCodes.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 
 #include <cstdlib>
 #include <memory>
 #include <xcb/xcb.h>
+#include <xkbcommon/xkbcommon.h>
 
 namespace platform
 {
@@ -49,6 +51,18 @@ KeyMap LinuxKeyboardState::keyMap()
 {
     xcb_connection_t *connection = xConnection();
     return connection ? askServer(connection) : _heldKeys().map();
+}
+
+/// X11 and Wayland hand on the key symbol, which Shift has chosen already and Ctrl does not change.
+char16_t LinuxKeyboardState::characterOf(const QKeyEvent &event)
+{
+    const QString windowSystem = QGuiApplication::platformName();
+    if (windowSystem != "xcb" && !windowSystem.startsWith("wayland"))
+        return 0;
+    const char32_t code = xkb_keysym_to_utf32(event.nativeVirtualKey());
+    if (code < ' ' || code == 0x7f)
+        return 0;
+    return QChar::requiresSurrogates(code) ? QChar::highSurrogate(code) : static_cast<char16_t>(code);
 }
 
 HeldKeys &LinuxKeyboardState::_heldKeys()

@@ -18,6 +18,7 @@ public:
 
     void startWatching() override;
     KeyMap keyMap() override;
+    char16_t characterOf(const QKeyEvent &event) override;
 
 private:
     HeldKeys &_heldKeys();

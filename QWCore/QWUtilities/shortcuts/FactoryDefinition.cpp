@@ -1,0 +1,32 @@
+#include "FactoryDefinition.h"
+
+#include <QWPlatform/foundation/PropertyList.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <utility>
+
+namespace qw
+{
+
+namespace
+{
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+} // namespace
+
+const QVariantList &FactoryDefinition::array(const QString &path)
+{
+    const QByteArray data = contentsOf(path);
+    if (data == m_data)
+        return m_array;
+    m_data = data;
+    m_array = platform::PropertyList::fromData(data).value_or(QVariant()).toList();
+    return m_array;
+}
+
+} // namespace qw

@@ -1,0 +1,15 @@
+#pragma once
+
+class QEvent;
+class QObject;
+class QWApplication;
+
+/// Offers every key event to the keyboard shortcuts ahead of the windows and of Qt's own shortcuts.
+class KeyboardShortcutsExtensions
+{
+public:
+    KeyboardShortcutsExtensions() = delete;
+
+    /// True for an event that a shortcut took; it reaches nothing else.
+    static bool sendEvent(QWApplication &application, QObject *receiver, QEvent *event);
+};

@@ -1,0 +1,391 @@
+#include "QWKeyboardShortcuts.h"
+
+#include "FactoryDefinition.h"
+#include "LegacyShortcuts.h"
+#include "MainMenuItems.h"
+#include "ShortcutEditor.h"
+#include "ShortcutFiles.h"
+#include "ShortcutFilter.h"
+#include "ShortcutIndex.h"
+#include "StateNumbers.h"
+#include "TextSearch.h"
+
+#include <QWBase/QWApplication.h>
+#include <QWBase/QWFile.h>
+#include <QWBase/QWPathStrings.h>
+#include <QWPlatform/System.h>
+#include <QWPlatform/appkit/Alerts.h>
+#include <QWPlatform/appkit/FilePanels.h>
+#include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/foundation/Bundle.h>
+#include <QWPlatform/foundation/Localization.h>
+#include <QWPlatform/foundation/UserDefaults.h>
+
+#include <QFile>
+#include <QMenu>
+#include <QPointer>
+
+#include <algorithm>
+
+namespace ShortcutFiles = qw::ShortcutFiles;
+using platform::localized;
+using platform::System;
+
+namespace
+{
+constexpr auto openKey = "Keyboard Shortcuts Open";
+constexpr auto folderName = "Keyboard Shortcuts";
+constexpr auto exchangeType = "qwshortcuts";
+constexpr auto legacyExchangeType = "tovrshortcuts";
+constexpr int fixedPresetItems = 6;
+
+QString supportDirectory()
+{
+    const QWApplication *const application = QWApplication::sharedApplication();
+    return application ? application->supportDirectory() : QString();
+}
+
+bool isHiddenName(const QString &name)
+{
+    return name.startsWith('.') || name.startsWith('_');
+}
+
+QString withoutExtension(const QString &name)
+{
+    const qsizetype dot = name.lastIndexOf('.');
+    return dot > 0 ? name.left(dot) : name;
+}
+
+/// An imported file keeps its name, as far as that is one of a preset.
+QString presetNameForFile(const QString &path)
+{
+    QString name = QWPathStrings::filename(path);
+    while (isHiddenName(name))
+        name.remove(0, 1);
+    return name;
+}
+
+/// Null when nothing in the group matches.
+std::shared_ptr<QWShortcutGroup> matchingPart(const QWShortcutGroup &group, const QString &search)
+{
+    QWShortcutGroup::Shortcuts matching;
+    std::copy_if(group.shortcuts().begin(), group.shortcuts().end(), std::back_inserter(matching),
+                 [&](const auto &shortcut) { return qw::containsIgnoringCaseAndAccents(shortcut->name(), search); });
+    if (matching.empty())
+        return nullptr;
+    auto part = std::make_shared<QWShortcutGroup>();
+    part->setName(group.name());
+    part->setIsMenu(group.isMenu());
+    part->setShortcuts(std::move(matching));
+    return part;
+}
+} // namespace
+
+QWKeyboardShortcuts::QWKeyboardShortcuts()
+    : m_shortcutsDirectory(supportDirectory() + '/' + folderName)
+    , m_currentShortcutsPath(m_shortcutsDirectory + "/_current.plist")
+    , m_factory(std::make_unique<qw::FactoryDefinition>())
+    , m_index(std::make_unique<qw::ShortcutIndex>(m_groups))
+{
+    _makeDirectory();
+    _makeCurrentFile();
+}
+
+QWKeyboardShortcuts::~QWKeyboardShortcuts() = default;
+
+QWKeyboardShortcuts &QWKeyboardShortcuts::sharedInstance()
+{
+    return System::current().shared<QWKeyboardShortcuts>([] { return new QWKeyboardShortcuts; });
+}
+
+void QWKeyboardShortcuts::loadShortcuts()
+{
+    sharedInstance().loadCurrentShortcuts();
+    if (System::current().userDefaults().boolean(openKey))
+        openPanel();
+}
+
+void QWKeyboardShortcuts::openPanel()
+{
+    sharedInstance()._openPanel();
+}
+
+void QWKeyboardShortcuts::togglePanel()
+{
+    sharedInstance()._togglePanel();
+}
+
+bool QWKeyboardShortcuts::performShortcut(const QEvent &event)
+{
+    if (!platform::KeyEvent::concerns(event))
+        return false;
+    auto *const registry = System::current().sharedIfMade<QWKeyboardShortcuts>();
+    return registry && registry->_performShortcut(event);
+}
+
+std::shared_ptr<QWShortcut> QWKeyboardShortcuts::shortcutWithKey(const std::optional<QWShortcutKey> &key) const
+{
+    return key ? m_index->shortcutWithKey(*key) : nullptr;
+}
+
+std::shared_ptr<QWShortcut> QWKeyboardShortcuts::shortcutWithActionTag(const platform::Selector &action,
+                                                                       qint32 tag) const
+{
+    return m_index->shortcutWithActionTag(action, tag);
+}
+
+void QWKeyboardShortcuts::loadCurrentShortcuts()
+{
+    m_index->invalidate();
+    m_groups = _factoryGroups();
+    const auto changes = ShortcutFiles::readArray(m_currentShortcutsPath);
+    m_isCurrentFileUnreadable = !changes && QWFile::existsAtPath(m_currentShortcutsPath);
+    {
+        const qw::MainMenuItems::Batch batch;
+        for (const auto &group : m_groups)
+            group->refreshMenu();
+        for (const QVariant &change : changes.value_or(QVariantList())) {
+            if (change.typeId() == QMetaType::QVariantMap)
+                _applyChange(change.toMap());
+        }
+    }
+    reloadDisplay();
+}
+
+QVariantList QWKeyboardShortcuts::changedShortcuts() const
+{
+    QVariantList changes;
+    for (const auto &group : _factoryGroups()) {
+        for (const auto &factory : group->shortcuts()) {
+            const auto current = shortcutWithActionTag(factory->action(), factory->tag());
+            if (current && current->key() != factory->key())
+                changes.append(current->state());
+        }
+    }
+    return changes;
+}
+
+void QWKeyboardShortcuts::saveToDefaults()
+{
+    _setCurrentShortcuts(changedShortcuts());
+}
+
+void QWKeyboardShortcuts::reloadDisplay()
+{
+    const QString search = m_editor ? m_editor->searchString() : QString();
+    m_displayResults.clear();
+    for (const auto &group : m_groups) {
+        if (const auto shown = search.isEmpty() ? group : matchingPart(*group, search))
+            m_displayResults.push_back(shown);
+    }
+    if (m_editor)
+        m_editor->displayResultsDidChange();
+}
+
+QStringList QWKeyboardShortcuts::presets() const
+{
+    const QStringList entries = QWFile::contentsOfDirectoryAtPath(m_shortcutsDirectory).value_or(QStringList());
+    QStringList names;
+    for (const QString &entry : entries) {
+        if (entries.size() > 1 && !isHiddenName(entry))
+            names.append(withoutExtension(entry));
+    }
+    return names;
+}
+
+void QWKeyboardShortcuts::buildPresetsMenu()
+{
+    QMenu *const menu = m_editor ? m_editor->presetsMenu() : nullptr;
+    if (!menu)
+        return;
+    const QList<QAction *> old = menu->actions().mid(fixedPresetItems);
+    for (QAction *const item : old) {
+        menu->removeAction(item);
+        item->deleteLater(); // it may be the one that is being chosen
+    }
+    for (const QString &name : presets())
+        platform::addMenuItem(*menu, name, "loadPreset:");
+}
+
+void QWKeyboardShortcuts::loadPreset(QObject *sender)
+{
+    const auto *const item = qobject_cast<QAction *>(sender);
+    const auto preset = item ? ShortcutFiles::readArray(_presetPath(platform::titleOf(*item))) : std::nullopt;
+    if (preset)
+        _replaceCurrentShortcuts(*preset);
+}
+
+void QWKeyboardShortcuts::loadFactoryPreset(QObject *)
+{
+    const int button = platform::runAlert(
+        {localized("Are you sure you want to reset your keyboard shortcuts to the factory defaults?"),
+         localized("This action is not undoable."),
+         {localized("Reset"), localized("Cancel")}});
+    if (button == 0)
+        _replaceCurrentShortcuts({});
+}
+
+void QWKeyboardShortcuts::exportShortcuts(QObject *)
+{
+    platform::SavePanelRequest request;
+    request.window = m_editor ? m_editor->window() : nullptr;
+    request.requiredFileType = exchangeType;
+    System::current().filePanels().beginSavePanel(request, [self = QPointer(this)](int code, const QString &path) {
+        if (self && code == platform::FilePanels::OK)
+            ShortcutFiles::writeArray(path, self->changedShortcuts());
+    });
+}
+
+void QWKeyboardShortcuts::loadShortcuts(QObject *)
+{
+    platform::OpenPanelRequest request;
+    request.window = m_editor ? m_editor->window() : nullptr;
+    request.fileTypes = {exchangeType, legacyExchangeType};
+    System::current().filePanels().beginOpenPanel(request, [self = QPointer(this)](int code, const QStringList &paths) {
+        if (self && code == platform::FilePanels::OK && !paths.isEmpty())
+            self->_import(paths.first());
+    });
+}
+
+void QWKeyboardShortcuts::saveShortcutPanelDidEnd(int returnCode)
+{
+    constexpr int save = 1;
+    if (returnCode != save || !m_editor)
+        return;
+    const QString name = m_editor->presetName().replace('/', '_');
+    if (name.isEmpty() || isHiddenName(name))
+        return; // the save sheet lets no such name through
+    if (QWFile::fileExistsAtPath(_presetPath(name)) && !_mayReplace(name))
+        return;
+    ShortcutFiles::writeArray(_presetPath(name), changedShortcuts());
+    buildPresetsMenu();
+}
+
+bool QWKeyboardShortcuts::doShortcut(const platform::KeyEvent &event)
+{
+    const QWidget *const panel = _setShortcutPanel();
+    if (panel && panel->isVisible()) {
+        m_editor->doSetShortcut(event);
+        return true;
+    }
+    if (event.type == platform::KeyEvent::FlagsChanged)
+        return true; // on purpose: what the filter let through reaches nobody
+    const auto shortcut = shortcutWithKey(QWShortcutKey::shortcutKeyForEvent(event));
+    return shortcut && shortcut->perform(event);
+}
+
+void QWKeyboardShortcuts::setEditor(std::unique_ptr<qw::ShortcutEditor> editor)
+{
+    m_editor = std::move(editor);
+}
+
+void QWKeyboardShortcuts::_openPanel()
+{
+    if (m_editor)
+        m_editor->open();
+}
+
+void QWKeyboardShortcuts::_togglePanel()
+{
+    if (m_editor)
+        m_editor->toggle();
+}
+
+bool QWKeyboardShortcuts::_performShortcut(const QEvent &event)
+{
+    const platform::KeyEvent key(event);
+    const bool concerns = key.type == platform::KeyEvent::KeyDown || key.type == platform::KeyEvent::FlagsChanged;
+    return concerns && !qw::takesItsOrdinaryWay(event, _setShortcutPanel()) && doShortcut(key);
+}
+
+QWidget *QWKeyboardShortcuts::_setShortcutPanel() const
+{
+    return m_editor ? m_editor->setShortcutPanel() : nullptr;
+}
+
+/// Read afresh each time, since it says which shortcuts there are.
+QWKeyboardShortcuts::Groups QWKeyboardShortcuts::_factoryGroups() const
+{
+    Groups groups;
+    for (const QVariant &state :
+         m_factory->array(System::current().mainBundle().pathForResource("shortcuts", "plist"))) {
+        if (state.typeId() == QMetaType::QVariantMap)
+            groups.push_back(QWShortcutGroup::shortcutGroupWithState(state.toMap()));
+    }
+    return groups;
+}
+
+/// The first time, the host's factory presets come along.
+void QWKeyboardShortcuts::_makeDirectory() const
+{
+    if (QWFile::existsAtPath(m_shortcutsDirectory))
+        return;
+    QWFile::createDirectoryAtPath(supportDirectory());
+    const QString factory = System::current().mainBundle().pathForResource(folderName, {});
+    if (factory.isEmpty() || !QWFile::copyPathToPath(factory, m_shortcutsDirectory))
+        QWFile::createDirectoryAtPath(m_shortcutsDirectory);
+    // A copy out of a bundle that nobody may write would be one too.
+    QFile::setPermissions(m_shortcutsDirectory, QFile::permissions(m_shortcutsDirectory) | QFile::WriteOwner);
+}
+
+void QWKeyboardShortcuts::_makeCurrentFile() const
+{
+    if (!QWFile::existsAtPath(m_currentShortcutsPath))
+        qw::LegacyShortcuts::moveTo(m_currentShortcutsPath);
+    if (!QWFile::existsAtPath(m_currentShortcutsPath))
+        ShortcutFiles::writeArray(m_currentShortcutsPath, {});
+}
+
+/// Only the action is compared: two shortcuts of one action may share a key. The key itself is cleared, so that the
+/// menu item of the shortcut that loses it shows it until its next refresh; both intended.
+void QWKeyboardShortcuts::_applyChange(const QVariantMap &state)
+{
+    QWShortcutKey key;
+    key.setState(state);
+    const platform::Selector action(state.value("action").toString());
+    const auto tag = static_cast<qint32>(qw::integerOf(state.value("tag")));
+    const auto holder = shortcutWithKey(key);
+    if (holder && holder->action() != action)
+        holder->key().clear();
+    if (const auto target = shortcutWithActionTag(action, tag))
+        target->setKey(key);
+}
+
+void QWKeyboardShortcuts::_setCurrentShortcuts(const QVariantList &changes)
+{
+    if (std::exchange(m_isCurrentFileUnreadable, false))
+        ShortcutFiles::setAside(m_currentShortcutsPath);
+    ShortcutFiles::writeArray(m_currentShortcutsPath, changes);
+}
+
+void QWKeyboardShortcuts::_replaceCurrentShortcuts(const QVariantList &changes)
+{
+    _setCurrentShortcuts(changes);
+    if (m_editor)
+        m_editor->clearSearchString();
+    loadCurrentShortcuts();
+}
+
+QString QWKeyboardShortcuts::_presetPath(const QString &name) const
+{
+    return m_shortcutsDirectory + '/' + name + ".plist";
+}
+
+bool QWKeyboardShortcuts::_mayReplace(const QString &name) const
+{
+    const QString question = localized("“%@” already exists. Do you want to replace it?");
+    const QString consequence = localized("A preset with the same name already exists. Replacing it will overwrite its "
+                                          "current contents.");
+    return platform::runAlert(
+               {platform::formatted(question, {name}), consequence, {localized("Replace"), localized("Cancel")}}) == 0;
+}
+
+void QWKeyboardShortcuts::_import(const QString &path)
+{
+    const auto array = ShortcutFiles::readArray(path);
+    const QString name = presetNameForFile(path);
+    if (!array || name.isEmpty())
+        return;
+    ShortcutFiles::writeArray(_presetPath(name), *array);
+    buildPresetsMenu();
+}

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "QWShortcutGroup.h"
+
+#include <QWPlatform/appkit/KeyEvent.h>
+#include <QWUtilities/qwutilities_export.h>
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QEvent;
+
+namespace qw
+{
+class FactoryDefinition;
+class ShortcutEditor;
+class ShortcutIndex;
+} // namespace qw
+
+/// The keyboard shortcuts of the host: the factory definition (resource "shortcuts.plist") with the user's changes on
+/// top, presets, exchange files, dispatch of key events, and the editor. One per System. Main thread.
+///
+/// No error is told: what cannot be read counts as empty, what cannot be written is not. Reading loses nothing: a file
+/// of current changes that cannot be read is set aside before the next one is written, and a preset that cannot be read
+/// changes nothing.
+class QWUTILITIES_EXPORT QWKeyboardShortcuts : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Groups = std::vector<std::shared_ptr<QWShortcutGroup>>;
+
+    static QWKeyboardShortcuts &sharedInstance();
+
+    /// Start-up: called by the host once its main menu exists. Opens the editor when it was left open.
+    static void loadShortcuts();
+
+    static void openPanel();
+    static void togglePanel();
+
+    /// Whether a shortcut, or the editor that captures a key, took the event; else it goes its ordinary way. A host
+    /// that never asked for the registry has no shortcuts.
+    static bool performShortcut(const QEvent &event);
+
+    ~QWKeyboardShortcuts() override;
+
+    const QString &shortcutsDirectory() const { return m_shortcutsDirectory; }
+    const QString &currentShortcutsPath() const { return m_currentShortcutsPath; }
+
+    /// In factory order. Each reload makes new groups and shortcuts.
+    const Groups &groups() const { return m_groups; }
+
+    /// What the editor lists: all groups, or groups of those shortcuts that match its search.
+    const Groups &displayResults() const { return m_displayResults; }
+
+    /// The first in group order, or null; also for no key.
+    std::shared_ptr<QWShortcut> shortcutWithKey(const std::optional<QWShortcutKey> &key) const;
+    std::shared_ptr<QWShortcut> shortcutWithActionTag(const platform::Selector &action, qint32 tag) const;
+
+    /// Reads everything anew.
+    void loadCurrentShortcuts();
+
+    /// States of the shortcuts whose keys differ from those of the factory definition.
+    QVariantList changedShortcuts() const;
+
+    /// Keeps the changes; after every edit.
+    void saveToDefaults();
+
+    void reloadDisplay();
+    void buildPresetsMenu();
+
+    /// Names of the presets, in the order of the folder.
+    QStringList presets() const;
+
+    /// Sent by a preset's menu item: its title names the preset.
+    Q_INVOKABLE void loadPreset(QObject *sender);
+    Q_INVOKABLE void loadFactoryPreset(QObject *sender); ///< Asks, then resets.
+    Q_INVOKABLE void exportShortcuts(QObject *sender);
+    Q_INVOKABLE void loadShortcuts(QObject *sender); ///< Imports an exchange file as a preset.
+
+    /// The editor's save sheet was closed; 1 saves a preset under the name typed.
+    void saveShortcutPanelDidEnd(int returnCode);
+
+    bool doShortcut(const platform::KeyEvent &event);
+
+    /// The editor's windows; null until they are made.
+    qw::ShortcutEditor *editor() const { return m_editor.get(); }
+    void setEditor(std::unique_ptr<qw::ShortcutEditor> editor);
+
+protected:
+    QWKeyboardShortcuts();
+
+private:
+    void _openPanel();
+    void _togglePanel();
+    bool _performShortcut(const QEvent &event);
+    QWidget *_setShortcutPanel() const;
+    Groups _factoryGroups() const;
+    void _makeDirectory() const;
+    void _makeCurrentFile() const;
+    void _applyChange(const QVariantMap &state);
+    void _setCurrentShortcuts(const QVariantList &changes);
+    void _replaceCurrentShortcuts(const QVariantList &changes);
+    QString _presetPath(const QString &name) const;
+    bool _mayReplace(const QString &name) const;
+    void _import(const QString &path);
+
+    QString m_shortcutsDirectory;
+    QString m_currentShortcutsPath;
+    Groups m_groups;
+    Groups m_displayResults;
+    std::unique_ptr<qw::FactoryDefinition> m_factory;
+    std::unique_ptr<qw::ShortcutIndex> m_index;
+    std::unique_ptr<qw::ShortcutEditor> m_editor;
+    bool m_isCurrentFileUnreadable = false;
+};

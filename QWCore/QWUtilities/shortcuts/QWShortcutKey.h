@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QWPlatform/appkit/KeyEvent.h>
+#include <QWUtilities/qwutilities_export.h>
+
+#include <QString>
+#include <QVariantMap>
+
+#include <optional>
+
+class QWShortcut;
+
+/// One key combination: a character and the modifiers held with it. A value; the one inside a QWShortcut tells its
+/// shortcut of every change. Without a character it is clear, whatever its modifiers.
+class QWUTILITIES_EXPORT QWShortcutKey
+{
+public:
+    QWShortcutKey() = default;
+    QWShortcutKey(char16_t character, quint32 modifiers);
+    QWShortcutKey(const QWShortcutKey &other);
+    QWShortcutKey &operator=(const QWShortcutKey &other);
+    ~QWShortcutKey() = default;
+
+    /// The key that @p event brings; none for an event without a character.
+    static std::optional<QWShortcutKey> shortcutKeyForEvent(const platform::KeyEvent &event);
+
+    /// Letters are taken in lower case, and of the modifiers Shift, Control, Option and Command only.
+    void setFromEvent(const platform::KeyEvent &event);
+
+    void clear();
+    bool isClear() const { return m_character == 0; }
+    bool isEqualToShortcutKey(const QWShortcutKey &other) const { return *this == other; }
+    bool operator==(const QWShortcutKey &other) const
+    {
+        return m_character == other.m_character && m_modifiers == other.m_modifiers;
+    }
+    QWShortcutKey copy() const { return *this; }
+
+    /// "character" and "modifiers", both numbers. Setting takes those present.
+    QVariantMap state() const;
+    void setState(const QVariantMap &state);
+
+    /// True for the combinations that the desktop keeps for itself.
+    bool isReserved() const;
+
+    /// Glyphs, modifiers first in a fixed order ("⇧⌘S"); "" for a clear key.
+    QString displayString() const;
+
+    char16_t character() const { return m_character; }
+    void setCharacter(char16_t character) { _set(character, m_modifiers); }
+    quint32 modifiers() const { return m_modifiers; } ///< Event modifier bits, see platform::KeyEvent::Flag.
+    void setModifiers(quint32 modifiers) { _set(m_character, modifiers); }
+
+private:
+    friend class QWShortcut;
+
+    void _set(char16_t character, quint32 modifiers);
+
+    char16_t m_character = 0;
+    quint32 m_modifiers = 0;
+    QWShortcut *m_owner = nullptr; ///< Told of changes; null for a key that belongs to none. Never copied.
+};

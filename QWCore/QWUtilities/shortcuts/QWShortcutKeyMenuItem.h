@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QWUtilities/qwutilities_export.h>
+
+class QWShortcutKey;
+
+namespace platform
+{
+class MenuItem;
+}
+
+/// Shortcut keys as key equivalents of menu items.
+namespace QWShortcutKeyMenuItem
+{
+
+/// The menu shows the key without an implied Shift; a clear key shows nothing.
+QWUTILITIES_EXPORT void setShortcutKey(platform::MenuItem &item, const QWShortcutKey &key);
+
+/// The modifier mask stays.
+QWUTILITIES_EXPORT void clearKeyEquivalent(platform::MenuItem &item);
+
+} // namespace QWShortcutKeyMenuItem

@@ -1,0 +1,8 @@
+#include "ShortcutEditor.h"
+
+namespace qw
+{
+
+ShortcutEditor::~ShortcutEditor() = default;
+
+} // namespace qw

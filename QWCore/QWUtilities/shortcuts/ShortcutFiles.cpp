@@ -1,0 +1,64 @@
+#include "ShortcutFiles.h"
+
+#include <QWPlatform/foundation/PropertyList.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace qw::ShortcutFiles
+{
+
+namespace
+{
+QVariantList withoutRepresentedObjects(const QVariantList &array)
+{
+    QVariantList plain;
+    for (const QVariant &entry : array) {
+        QVariantMap state = entry.toMap();
+        state.remove("representedObject");
+        plain.append(state);
+    }
+    return plain;
+}
+
+QByteArray textOf(const QVariantList &array)
+{
+    const QByteArray text = platform::PropertyList::toXml(array);
+    return text.isEmpty() ? platform::PropertyList::toXml(withoutRepresentedObjects(array)) : text;
+}
+
+bool overwrite(QFile &file, const QByteArray &data)
+{
+    return file.seek(0) && file.write(data) == data.size() && file.resize(data.size());
+}
+} // namespace
+
+std::optional<QVariantList> readArray(const QString &path)
+{
+    const QVariant list = platform::PropertyList::fromFile(path).value_or(QVariant());
+    return list.typeId() == QMetaType::QVariantList ? std::optional(list.toList()) : std::nullopt;
+}
+
+bool writeArray(const QString &path, const QVariantList &array)
+{
+    QFile file(path);
+    const bool isUsable = !QFileInfo::exists(path) || QFileInfo(path).isFile(); // a device would never end
+    if (!isUsable || !file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
+        return false;
+    const QByteArray before = file.readAll();
+    if (overwrite(file, textOf(array)))
+        return true;
+    file.unsetError();
+    overwrite(file, before);
+    return false;
+}
+
+void setAside(const QString &path)
+{
+    const QFileInfo file(path);
+    const QString aside = file.path() + "/_unreadable " + file.fileName();
+    QFile::remove(aside);
+    QFile::rename(path, aside);
+}
+
+} // namespace qw::ShortcutFiles

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QVariantList>
+
+#include <optional>
+
+namespace qw
+{
+
+/// Files of shortcut dictionaries: the factory definition, current changes, presets and exchange files. Paths are real
+/// ones.
+namespace ShortcutFiles
+{
+
+/// The array in the file; none when there is no such file, it cannot be read, or holds something else.
+std::optional<QVariantList> readArray(const QString &path);
+
+/// Writes in place. A represented object that no file can hold is left out; a write that fails, on a full disk for
+/// one, leaves what was there before.
+bool writeArray(const QString &path, const QVariantList &array);
+
+/// Moves a file that could not be read out of the way of the next write, under a name that is no preset's.
+void setAside(const QString &path);
+
+} // namespace ShortcutFiles
+
+} // namespace qw
