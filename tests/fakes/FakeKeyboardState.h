@@ -2,6 +2,9 @@
 
 #include <QWPlatform/devices/KeyboardState.h>
 
+#include <QKeyEvent>
+#include <QList>
+
 /// The test holds keys by setting the map; counts how often it was asked.
 class FakeKeyboardState : public platform::KeyboardState
 {
@@ -14,7 +17,10 @@ public:
         return map;
     }
 
+    void noteKeyEvent(const QKeyEvent &event) override { noted.append({event.type(), event.key()}); }
+
     platform::KeyMap map{};
     int asked = 0;
     bool isWatched = false;
+    QList<std::pair<QEvent::Type, int>> noted; ///< Key events that came by, and their keys.
 };

@@ -5,6 +5,8 @@ namespace platform
 
 KeyboardState::~KeyboardState() = default;
 
+void KeyboardState::noteKeyEvent(const QKeyEvent &) {}
+
 char16_t KeyboardState::characterOf(const QKeyEvent &)
 {
     return 0;

@@ -29,6 +29,9 @@ public:
     /// startWatching(), which this calls when nobody did.
     virtual KeyMap keyMap() = 0;
 
+    /// Told of every key event before anybody else gets it: a key that a shortcut takes reaches no window.
+    virtual void noteKeyEvent(const QKeyEvent &event);
+
     /// What the key of @p event types in the user's layout with Shift as it is held and no other modifier; 0 when the
     /// machine knows no more than the event itself.
     virtual char16_t characterOf(const QKeyEvent &event);

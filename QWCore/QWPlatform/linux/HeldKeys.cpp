@@ -20,7 +20,7 @@ bool HeldKeys::eventFilter(QObject *, QEvent *event)
     case QEvent::ShortcutOverride: // a key that a shortcut takes sends no KeyPress
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
-        _note(static_cast<const QKeyEvent &>(*event));
+        note(static_cast<const QKeyEvent &>(*event));
         break;
     case QEvent::ApplicationStateChange: // releases that happen elsewhere are never told
         m_map = {};
@@ -31,7 +31,7 @@ bool HeldKeys::eventFilter(QObject *, QEvent *event)
     return false;
 }
 
-void HeldKeys::_note(const QKeyEvent &key)
+void HeldKeys::note(const QKeyEvent &key)
 {
     // Qt repeats a KeyPress that a program sent as a ShortcutOverride, without its scan code.
     const bool isCopy = key.type() == QEvent::ShortcutOverride && key.nativeScanCode() == 0;

@@ -18,11 +18,12 @@ public:
 
     const KeyMap &map() const { return m_map; }
 
+    /// For a key event that may not reach the application's filters; one noted twice counts once.
+    void note(const QKeyEvent &key);
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void _note(const QKeyEvent &key);
-
     KeyMap m_map{};
 };
 

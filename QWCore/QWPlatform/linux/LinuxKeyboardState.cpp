@@ -53,6 +53,12 @@ KeyMap LinuxKeyboardState::keyMap()
     return connection ? askServer(connection) : _heldKeys().map();
 }
 
+void LinuxKeyboardState::noteKeyEvent(const QKeyEvent &event)
+{
+    if (m_heldKeys)
+        m_heldKeys->note(event);
+}
+
 /// X11 and Wayland hand on the key symbol, which Shift has chosen already and Ctrl does not change.
 char16_t LinuxKeyboardState::characterOf(const QKeyEvent &event)
 {

@@ -4,6 +4,8 @@
 #include "QWKeyboardShortcuts.h"
 
 #include <QWBase/QWApplication.h>
+#include <QWPlatform/System.h>
+#include <QWPlatform/devices/KeyboardState.h>
 
 #include <QKeyEvent>
 #include <QThread>
@@ -28,7 +30,9 @@ bool KeyboardShortcutsExtensions::sendEvent(QWApplication &application, QObject 
 {
     if (!platform::KeyEvent::concerns(*event) || QThread::currentThread() != application.thread())
         return false;
-    if (!isConsumed(*receiver, static_cast<const QKeyEvent &>(*event)))
+    const auto &key = static_cast<const QKeyEvent &>(*event);
+    platform::System::current().keyboardState().noteKeyEvent(key);
+    if (!isConsumed(*receiver, key))
         return false;
     event->accept(); // a question that is accepted asks no QAction
     return true;

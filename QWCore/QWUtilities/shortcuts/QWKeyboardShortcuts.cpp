@@ -19,6 +19,7 @@
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
+#include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QFile>
@@ -42,7 +43,8 @@ constexpr int fixedPresetItems = 6;
 QString supportDirectory()
 {
     const QWApplication *const application = QWApplication::sharedApplication();
-    return application ? application->supportDirectory() : QString();
+    return application ? application->supportDirectory()
+                       : System::current().locations().mapped("~/Library/Application Support/Quorwell");
 }
 
 bool isHiddenName(const QString &name)
@@ -139,7 +141,7 @@ void QWKeyboardShortcuts::loadCurrentShortcuts()
     m_index->invalidate();
     m_groups = _factoryGroups();
     const auto changes = ShortcutFiles::readArray(m_currentShortcutsPath);
-    m_isCurrentFileUnreadable = !changes && QWFile::existsAtPath(m_currentShortcutsPath);
+    m_keepsCurrentFile = !changes && QWFile::existsAtPath(m_currentShortcutsPath);
     {
         const qw::MainMenuItems::Batch batch;
         for (const auto &group : m_groups)
@@ -210,9 +212,12 @@ void QWKeyboardShortcuts::buildPresetsMenu()
 void QWKeyboardShortcuts::loadPreset(QObject *sender)
 {
     const auto *const item = qobject_cast<QAction *>(sender);
-    const auto preset = item ? ShortcutFiles::readArray(_presetPath(platform::titleOf(*item))) : std::nullopt;
-    if (preset)
-        _replaceCurrentShortcuts(*preset);
+    if (!item)
+        return;
+    const auto preset = ShortcutFiles::readArray(_presetPath(platform::titleOf(*item)));
+    if (!preset && ShortcutFiles::readArray(m_currentShortcutsPath) != QVariantList())
+        m_keepsCurrentFile = true; // nobody meant to give it up for nothing
+    _replaceCurrentShortcuts(preset.value_or(QVariantList()));
 }
 
 void QWKeyboardShortcuts::loadFactoryPreset(QObject *)
@@ -252,9 +257,10 @@ void QWKeyboardShortcuts::saveShortcutPanelDidEnd(int returnCode)
     constexpr int save = 1;
     if (returnCode != save || !m_editor)
         return;
-    const QString name = m_editor->presetName().replace('/', '_');
+    QString name = m_editor->presetName();
     if (name.isEmpty() || isHiddenName(name))
         return; // the save sheet lets no such name through
+    name.replace('/', '_');
     if (QWFile::fileExistsAtPath(_presetPath(name)) && !_mayReplace(name))
         return;
     ShortcutFiles::writeArray(_presetPath(name), changedShortcuts());
@@ -353,7 +359,7 @@ void QWKeyboardShortcuts::_applyChange(const QVariantMap &state)
 
 void QWKeyboardShortcuts::_setCurrentShortcuts(const QVariantList &changes)
 {
-    if (std::exchange(m_isCurrentFileUnreadable, false))
+    if (std::exchange(m_keepsCurrentFile, false))
         ShortcutFiles::setAside(m_currentShortcutsPath);
     ShortcutFiles::writeArray(m_currentShortcutsPath, changes);
 }

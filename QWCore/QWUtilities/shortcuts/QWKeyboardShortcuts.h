@@ -24,9 +24,8 @@ class ShortcutIndex;
 /// The keyboard shortcuts of the host: the factory definition (resource "shortcuts.plist") with the user's changes on
 /// top, presets, exchange files, dispatch of key events, and the editor. One per System. Main thread.
 ///
-/// No error is told: what cannot be read counts as empty, what cannot be written is not. Reading loses nothing: a file
-/// of current changes that cannot be read is set aside before the next one is written, and a preset that cannot be read
-/// changes nothing.
+/// No error is told: what cannot be read counts as empty, what cannot be written is not. Reading loses nothing all the
+/// same: current changes that cannot be read, or that a preset which cannot be read takes the place of, are set aside.
 class QWUTILITIES_EXPORT QWKeyboardShortcuts : public QObject
 {
     Q_OBJECT
@@ -116,5 +115,5 @@ private:
     std::unique_ptr<qw::FactoryDefinition> m_factory;
     std::unique_ptr<qw::ShortcutIndex> m_index;
     std::unique_ptr<qw::ShortcutEditor> m_editor;
-    bool m_isCurrentFileUnreadable = false;
+    bool m_keepsCurrentFile = false; ///< The next write sets aside what is in it.
 };

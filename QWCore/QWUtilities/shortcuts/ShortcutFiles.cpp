@@ -56,8 +56,9 @@ bool writeArray(const QString &path, const QVariantList &array)
 void setAside(const QString &path)
 {
     const QFileInfo file(path);
-    const QString aside = file.path() + "/_unreadable " + file.fileName();
-    QFile::remove(aside);
+    QString aside = file.path() + "/_kept " + file.fileName();
+    for (int i = 2; QFileInfo::exists(aside); ++i)
+        aside = file.path() + QString("/_kept %1 ").arg(i) + file.fileName();
     QFile::rename(path, aside);
 }
 

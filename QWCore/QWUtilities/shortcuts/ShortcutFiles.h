@@ -20,7 +20,7 @@ std::optional<QVariantList> readArray(const QString &path);
 /// one, leaves what was there before.
 bool writeArray(const QString &path, const QVariantList &array);
 
-/// Moves a file that could not be read out of the way of the next write, under a name that is no preset's.
+/// Moves a file out of the way of the next write, under a name that is no preset's and that no other file has.
 void setAside(const QString &path);
 
 } // namespace ShortcutFiles
