@@ -21,6 +21,9 @@ class InstanceLink;
 class KeyboardState;
 class Locations;
 class PluginLoader;
+class SerialLines;
+class SerialRegistry;
+class RemoteReceiver;
 class UrlDownloads;
 class UrlLoader;
 class UserDefaults;
@@ -54,6 +57,9 @@ public:
         std::unique_ptr<ComponentRegistry> componentRegistry;
         std::unique_ptr<PluginLoader> pluginLoader;
         std::unique_ptr<KeyboardState> keyboardState;
+        std::unique_ptr<RemoteReceiver> remoteReceiver;
+        std::unique_ptr<SerialRegistry> serialRegistry;
+        std::unique_ptr<SerialLines> serialLines;
         std::unique_ptr<Clock> clock;
     };
 
@@ -81,6 +87,9 @@ public:
     ComponentRegistry &componentRegistry() const { return *m_services.componentRegistry; }
     PluginLoader &pluginLoader() const { return *m_services.pluginLoader; }
     KeyboardState &keyboardState() const { return *m_services.keyboardState; }
+    RemoteReceiver &remoteReceiver() const { return *m_services.remoteReceiver; }
+    SerialRegistry &serialRegistry() const { return *m_services.serialRegistry; }
+    SerialLines &serialLines() const { return *m_services.serialLines; }
     Clock &clock() const { return *m_services.clock; }
     BackgroundWork &backgroundWork() const { return *m_backgroundWork; }
 

@@ -38,6 +38,9 @@ struct FakeSystem::Parts
     FakeComponentRegistry *components = adopt(services.componentRegistry, new FakeComponentRegistry);
     FakePluginLoader *pluginLoader = adopt(services.pluginLoader, new FakePluginLoader);
     FakeKeyboardState *keyboard = adopt(services.keyboardState, new FakeKeyboardState);
+    FakeRemoteReceiver *remoteReceiver = adopt(services.remoteReceiver, new FakeRemoteReceiver);
+    FakeSerialRegistry *serialDevices = adopt(services.serialRegistry, new FakeSerialRegistry);
+    FakeSerialLines *lines = adopt(services.serialLines, new FakeSerialLines);
     FakeClock *clock = adopt(services.clock, new FakeClock);
 
     Parts()
@@ -79,6 +82,9 @@ FakeSystem::FakeSystem(Parts parts)
     , components(*parts.components)
     , pluginLoader(*parts.pluginLoader)
     , keyboard(*parts.keyboard)
+    , remoteReceiver(*parts.remoteReceiver)
+    , serialDevices(*parts.serialDevices)
+    , lines(*parts.lines)
     , clock(*parts.clock)
     , m_disk(std::move(parts.disk))
 {

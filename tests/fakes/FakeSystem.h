@@ -8,6 +8,9 @@
 #include "FakeInstanceLink.h"
 #include "FakeKeyboardState.h"
 #include "FakePluginLoader.h"
+#include "FakeSerialLines.h"
+#include "FakeSerialRegistry.h"
+#include "FakeRemoteReceiver.h"
 #include "FakeUrlDownloads.h"
 #include "FakeUrlLoader.h"
 #include "FakeWebViews.h"
@@ -56,6 +59,9 @@ public:
     FakeComponentRegistry &components;
     FakePluginLoader &pluginLoader;
     FakeKeyboardState &keyboard;
+    FakeRemoteReceiver &remoteReceiver;
+    FakeSerialRegistry &serialDevices;
+    FakeSerialLines &lines;
     FakeClock &clock;
 
     /// Keys of the host's Info.plist of a FakeSystem that is made afterwards; the test's own to set.

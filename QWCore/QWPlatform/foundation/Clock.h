@@ -4,6 +4,9 @@
 
 #include <QDateTime>
 
+#include <chrono>
+#include <stop_token>
+
 namespace platform
 {
 
@@ -18,6 +21,9 @@ public:
 
     /// Steady clock, nanoseconds since an arbitrary moment.
     virtual qint64 monotonicNanoseconds() const = 0;
+
+    /// Lets the calling thread rest for @p time; a request to stop ends a longer rest early.
+    virtual void sleep(std::chrono::nanoseconds time, std::stop_token stop = {}) = 0;
 };
 
 } // namespace platform

@@ -10,6 +10,7 @@ class LinuxClock : public Clock
 public:
     QDateTime now() const override;
     qint64 monotonicNanoseconds() const override;
+    void sleep(std::chrono::nanoseconds time, std::stop_token stop) override;
 };
 
 } // namespace platform

@@ -8,6 +8,9 @@
 #include "../appkit/Workspace.h"
 #include "../devices/ComponentRegistry.h"
 #include "../devices/KeyboardState.h"
+#include "../devices/SerialLines.h"
+#include "../devices/SerialRegistry.h"
+#include "../devices/RemoteReceiver.h"
 #include "../foundation/Bundle.h"
 #include "../foundation/Locations.h"
 #include "../foundation/UserDefaults.h"
@@ -22,6 +25,9 @@
 #include "LinuxInstanceLink.h"
 #include "LinuxKeyboardState.h"
 #include "LinuxPluginLoader.h"
+#include "LinuxSerialLines.h"
+#include "LinuxSerialRegistry.h"
+#include "LinuxRemoteReceiver.h"
 #include "LinuxUrlDownloads.h"
 #include "LinuxUrlLoader.h"
 #include "LinuxWebViews.h"
@@ -66,6 +72,9 @@ System::Services makeServices()
     services.workspace = std::make_unique<LinuxWorkspace>();
     services.instanceLink = std::make_unique<LinuxInstanceLink>();
     services.keyboardState = std::make_unique<LinuxKeyboardState>();
+    services.remoteReceiver = std::make_unique<LinuxRemoteReceiver>();
+    services.serialRegistry = std::make_unique<LinuxSerialRegistry>(qEnvironmentVariable("QW_SERIAL_DEVICES"));
+    services.serialLines = std::make_unique<LinuxSerialLines>();
     services.componentRegistry = std::make_unique<LinuxComponentRegistry>(*services.locations);
     services.pluginLoader = std::make_unique<LinuxPluginLoader>(*services.locations, *services.componentRegistry);
     return services;

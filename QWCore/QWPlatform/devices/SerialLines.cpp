@@ -1,0 +1,8 @@
+#include "SerialLines.h"
+
+namespace platform
+{
+
+SerialLines::~SerialLines() = default;
+
+} // namespace platform

@@ -1,0 +1,10 @@
+#include "SerialRegistry.h"
+
+namespace platform
+{
+
+SerialRegistryClient::~SerialRegistryClient() = default;
+
+SerialRegistry::~SerialRegistry() = default;
+
+} // namespace platform
