@@ -1,0 +1,42 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <stop_token>
+#include <thread>
+
+namespace qw
+{
+
+/// The thread that reads a grid. It stops of its own accord some time after it was cancelled; nobody waits for that.
+class GridReader
+{
+public:
+    /// Starts @p body on a thread of its own; the reader it is given is this one.
+    explicit GridReader(std::function<void(GridReader &)> body);
+
+    /// Lets the body end at once, without its rests, and waits for it. Not on the reader's own thread.
+    ~GridReader();
+
+    GridReader(const GridReader &) = delete;
+    GridReader &operator=(const GridReader &) = delete;
+
+    /// Asks the body to stop; it sees it after its next rest. Any thread.
+    void cancel() { m_cancelled = true; }
+    bool isCancelled() const { return m_cancelled; }
+
+    /// Requested when the reader is about to be destroyed.
+    const std::stop_token &ending() const { return m_ending; }
+
+    /// Whether the body has returned; the reader can then be destroyed without waiting.
+    bool hasFinished() const { return m_finished; }
+
+private:
+    std::atomic<bool> m_cancelled = false;
+    std::atomic<bool> m_finished = false;
+    std::stop_source m_stop;
+    const std::stop_token m_ending = m_stop.get_token();
+    std::thread m_thread; ///< Last: it starts when all else is there.
+};
+
+} // namespace qw
