@@ -1,5 +1,6 @@
 #include "KeyEvent.h"
 
+#include "ModifierFlags.h"
 #include "NamedKeys.h"
 
 #include <QWPlatform/System.h>
@@ -14,18 +15,6 @@ namespace platform
 
 namespace
 {
-struct FlagPair
-{
-    Qt::KeyboardModifier modifier;
-    quint32 flag;
-};
-
-constexpr std::array flagPairs{
-    FlagPair{Qt::ShiftModifier, KeyEvent::Shift},       FlagPair{Qt::MetaModifier, KeyEvent::Control},
-    FlagPair{Qt::AltModifier, KeyEvent::Option},        FlagPair{Qt::ControlModifier, KeyEvent::Command},
-    FlagPair{Qt::KeypadModifier, KeyEvent::NumericPad},
-};
-
 struct ModifierKey
 {
     Qt::Key key;
@@ -103,14 +92,6 @@ char16_t characterOf(const QKeyEvent &event)
     return characterUnderCommand(event);
 }
 
-quint32 flagsOf(Qt::KeyboardModifiers modifiers)
-{
-    quint32 flags = 0;
-    for (const FlagPair &pair : flagPairs)
-        flags |= modifiers & pair.modifier ? pair.flag : 0;
-    return flags;
-}
-
 quint32 flagsOf(char16_t character)
 {
     if (character < firstFunctionCharacter || character > 0xf747)
@@ -126,7 +107,7 @@ KeyEvent::KeyEvent(const QEvent &event)
     const auto &key = static_cast<const QKeyEvent &>(event);
     const bool isDown = key.type() != QEvent::KeyRelease;
     isRepeat = key.isAutoRepeat();
-    modifierFlags = flagsOf(key.modifiers());
+    modifierFlags = modifierFlagsOf(key.modifiers());
     if (const ModifierKey *const modifier = modifierKey(key.key())) {
         type = FlagsChanged;
         modifierFlags = isDown ? modifierFlags | modifier->flag : modifierFlags & ~modifier->flag;

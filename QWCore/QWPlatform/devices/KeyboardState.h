@@ -29,6 +29,10 @@ public:
     /// startWatching(), which this calls when nobody did.
     virtual KeyMap keyMap() = 0;
 
+    /// Whether Caps Lock is locked, which Qt's modifiers do not tell. X11 is asked directly; elsewhere, what the keys
+    /// of the application said last. False when nobody knows.
+    virtual bool isCapsLockOn();
+
     /// Told of every key event before anybody else gets it: a key that a shortcut takes reaches no window.
     virtual void noteKeyEvent(const QKeyEvent &event);
 

@@ -8,6 +8,11 @@
 namespace platform
 {
 
+namespace
+{
+constexpr quint32 lockModifier = 2; ///< The bit of Caps Lock in the native modifiers.
+}
+
 HeldKeys::HeldKeys()
 {
     if (auto *application = QCoreApplication::instance())
@@ -38,6 +43,22 @@ void HeldKeys::note(const QKeyEvent &key)
     const auto code = codeOfKey(key.nativeScanCode(), key.key());
     if (code && !isCopy && !key.isAutoRepeat())
         setKeyDown(m_map, *code, key.type() != QEvent::KeyRelease);
+    if (key.nativeScanCode() != 0 && !key.isAutoRepeat())
+        _noteCapsLock(key);
+}
+
+/// The modifiers of an event are those from before it. A second press unlocks, but only when the key comes up again.
+void HeldKeys::_noteCapsLock(const QKeyEvent &key)
+{
+    const bool wasOn = key.nativeModifiers() & lockModifier;
+    if (key.key() != Qt::Key_CapsLock) {
+        m_isCapsLockOn = wasOn;
+    } else if (key.type() == QEvent::KeyRelease) {
+        m_isCapsLockOn = !m_wasCapsLockOn;
+    } else {
+        m_wasCapsLockOn = wasOn;
+        m_isCapsLockOn = true;
+    }
 }
 
 } // namespace platform

@@ -36,6 +36,14 @@ KeyMap askServer(xcb_connection_t *connection)
     }
     return map;
 }
+
+bool isLockedOnServer(xcb_connection_t *connection)
+{
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const std::unique_ptr<xcb_query_pointer_reply_t, decltype(&std::free)> reply(
+        xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), nullptr), &std::free);
+    return reply && (reply->mask & XCB_MOD_MASK_LOCK);
+}
 } // namespace
 
 LinuxKeyboardState::LinuxKeyboardState() = default;
@@ -57,6 +65,12 @@ void LinuxKeyboardState::noteKeyEvent(const QKeyEvent &event)
 {
     if (m_heldKeys)
         m_heldKeys->note(event);
+}
+
+bool LinuxKeyboardState::isCapsLockOn()
+{
+    xcb_connection_t *connection = xConnection();
+    return connection ? isLockedOnServer(connection) : _heldKeys().isCapsLockOn();
 }
 
 /// X11 and Wayland hand on the key symbol, which Shift has chosen already and Ctrl does not change.

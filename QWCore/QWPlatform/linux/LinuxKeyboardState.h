@@ -18,6 +18,7 @@ public:
 
     void startWatching() override;
     KeyMap keyMap() override;
+    bool isCapsLockOn() override;
     void noteKeyEvent(const QKeyEvent &event) override;
     char16_t characterOf(const QKeyEvent &event) override;
 

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QTableView>
+
+namespace qw
+{
+
+class ScrollWheelModel;
+
+/// The table of scroll wheel bindings: columns as narrow as their headers, the action's taking what is left. The arrow
+/// keys go from cell to cell, Tab leaves it.
+class ScrollWheelTable : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit ScrollWheelTable(QWidget *parent = nullptr);
+
+    /// Not owned.
+    void setBindings(ScrollWheelModel &model);
+
+    /// -1 when none is selected.
+    int selectedRow() const;
+    int numberOfSelectedRows() const;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void _fitColumns();
+
+    ScrollWheelModel *m_bindings = nullptr;
+};
+
+} // namespace qw

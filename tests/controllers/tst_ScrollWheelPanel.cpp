@@ -1,0 +1,414 @@
+#include "ScrollWheelFixture.h"
+#include "fakes/QWTestMain.h"
+
+#include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/appkit/ResponderChain.h>
+
+#include <QAccessible>
+#include <QHeaderView>
+#include <QMenu>
+#include <QScreen>
+#include <QTableView>
+
+namespace
+{
+QWScrollWheelManager &manager()
+{
+    return QWScrollWheelManager::defaultManager();
+}
+
+QTableView &table()
+{
+    return *manager().table();
+}
+
+QPoint middleOf(int row, int column)
+{
+    return table().visualRect(table().model()->index(row, column)).center();
+}
+
+void click(int row, int column)
+{
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, middleOf(row, column));
+}
+
+/// The menu that a pop-up cell has opened, or null.
+QMenu *openMenu()
+{
+    return qobject_cast<QMenu *>(QApplication::activePopupWidget());
+}
+
+QString accessibleText(int row, int column)
+{
+    QAccessibleInterface *const view = QAccessible::queryAccessibleInterface(&table());
+    QAccessibleInterface *const cell = view->tableInterface()->cellAt(row, column);
+    return cell ? cell->text(QAccessible::Name) : QString();
+}
+} // namespace
+
+/// The table and the buttons of the panel.
+class tst_ScrollWheelPanel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void columnsShowTheRecord_data();
+    void columnsShowTheRecord();
+    void columnsStoreEdits_data();
+    void columnsStoreEdits();
+    void modifiersToggleWhateverTheBoxSays();
+    void otherColumnsShowNothing();
+    void popUpsHoldTheirItems();
+    void unknownActionShowsNoItem();
+    void missingActionsGiveAnEmptyMenu_data();
+    void missingActionsGiveAnEmptyMenu();
+    void addAppendsTheUsualRecord();
+    void removeTakesTheSelectedRow();
+    void removeIsEnabledWithASelection();
+    void editsActAtOnce();
+    void clickTogglesABox();
+    void doubleClickTogglesTwice();
+    void clickOpensAPopUp();
+    void keysReachEveryCell();
+    void tabLeavesTheTable();
+    void screenReaderIsToldTheCells();
+    void columnsFitThePanel();
+    void incompleteInterfaceKeepsTheBindings_data();
+    void incompleteInterfaceKeepsTheBindings();
+};
+
+void tst_ScrollWheelPanel::columnsShowTheRecord_data()
+{
+    QTest::addColumn<QString>("column");
+    QTest::addColumn<QVariant>("first");
+    QTest::addColumn<QVariant>("second");
+    QTest::newRow("axis") << "axis" << QVariant(1) << QVariant(0);
+    QTest::newRow("command") << "command" << QVariant(true) << QVariant(false);
+    QTest::newRow("option") << "option" << QVariant(false) << QVariant(true);
+    QTest::newRow("shift") << "shift" << QVariant(true) << QVariant(false);
+    QTest::newRow("control") << "control" << QVariant(false) << QVariant(true);
+    QTest::newRow("caps lock") << "caps lock" << QVariant(true) << QVariant(false);
+    QTest::newRow("action") << "action" << QVariant(1) << QVariant(0);
+    QTest::newRow("reverse") << "reverse" << QVariant(false) << QVariant(true);
+}
+
+void tst_ScrollWheelPanel::columnsShowTheRecord()
+{
+    QFETCH(QString, column);
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0x130000, "scroll:"), host.record(false, 0xc0000, "zoom:", true)});
+    host.load();
+    QTEST(host.cell(column, 0), "first");
+    QTEST(host.cell(column, 1), "second");
+    QVERIFY(!host.cell(column, 2).isValid());
+    QVERIFY(!host.cell(column, -1).isValid());
+}
+
+void tst_ScrollWheelPanel::columnsStoreEdits_data()
+{
+    QTest::addColumn<QString>("column");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QVariantMap>("record"); // from an upright binding of "zoom:" without modifiers
+    using Host = ScrollWheelFixture;
+    QTest::newRow("axis, horizontal") << "axis" << QVariant(0) << Host::record(false, 0, "zoom:");
+    QTest::newRow("axis, vertical") << "axis" << QVariant(1) << Host::record(true, 0, "zoom:");
+    QTest::newRow("command") << "command" << QVariant(true) << Host::record(true, 0x100000, "zoom:");
+    QTest::newRow("option") << "option" << QVariant(true) << Host::record(true, 0x80000, "zoom:");
+    QTest::newRow("shift") << "shift" << QVariant(true) << Host::record(true, 0x20000, "zoom:");
+    QTest::newRow("control") << "control" << QVariant(true) << Host::record(true, 0x40000, "zoom:");
+    QTest::newRow("caps lock") << "caps lock" << QVariant(true) << Host::record(true, 0x10000, "zoom:");
+    QTest::newRow("action") << "action" << QVariant(1) << Host::record(true, 0, "scroll:");
+    QTest::newRow("action outside the menu") << "action" << QVariant(9) << Host::record(true, 0, "zoom:");
+    QTest::newRow("reverse") << "reverse" << QVariant(true) << Host::record(true, 0, "zoom:", true);
+    QTest::newRow("no column") << "colour" << QVariant(true) << Host::record(true, 0, "zoom:");
+}
+
+void tst_ScrollWheelPanel::columnsStoreEdits()
+{
+    QFETCH(QString, column);
+    QFETCH(QVariant, value);
+    QFETCH(QVariantMap, record);
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    host.edit(column, value);
+    QCOMPARE(manager().actions(), QVariantList{record});
+}
+
+void tst_ScrollWheelPanel::modifiersToggleWhateverTheBoxSays()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0x20000, "zoom:")});
+    host.load();
+    host.edit("shift", true);
+    QCOMPARE(host.cell("shift"), false);
+    host.edit("shift", false);
+    QCOMPARE(host.cell("shift"), true);
+}
+
+void tst_ScrollWheelPanel::otherColumnsShowNothing()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    for (const char *column : {"", "Axis", "modifiers", "vertical"})
+        QVERIFY(!host.cell(column).isValid());
+}
+
+void tst_ScrollWheelPanel::popUpsHoldTheirItems()
+{
+    const ScrollWheelFixture host;
+    host.system.addHostResource("en.lproj/Localizable.strings", "\"Horizontal\" = \"Across\";");
+    host.ship({host.record(true, 0, "zoom:")});
+    host.offer({QVariantMap{{"title", "Zoom & Scroll"}, {"action", "zoom:"}}, "text",
+                QVariantMap{{"title", "Level"}, {"action", "level:"}}, QVariantMap{}});
+    host.load();
+    const auto titles = [](const QMenu *menu) {
+        QStringList all;
+        for (const QAction *const item : menu->actions())
+            all += platform::titleOf(*item);
+        return all;
+    };
+    QWScrollWheelManager::openPanel();
+    click(0, 0);
+    QTRY_VERIFY(openMenu());
+    QCOMPARE(titles(openMenu()), QStringList({"Across", "Vertical"}));
+    openMenu()->close();
+    click(0, 6);
+    QTRY_VERIFY(openMenu());
+    QCOMPARE(titles(openMenu()), QStringList({"Zoom & Scroll", "Level", ""}));
+    QCOMPARE(openMenu()->actions().at(1)->property("representedObject").toString(), "level:");
+    openMenu()->close();
+}
+
+void tst_ScrollWheelPanel::unknownActionShowsNoItem()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "fly:")});
+    host.load();
+    QCOMPARE(host.cell("action"), -1);
+    QCOMPARE(table().model()->index(0, 6).data().toString(), "");
+    QCOMPARE(manager().actions(), QVariantList{host.record(true, 0, "fly:")}); // kept for a host that knows it
+}
+
+void tst_ScrollWheelPanel::missingActionsGiveAnEmptyMenu_data()
+{
+    QTest::addColumn<QByteArray>("resource");
+    QTest::newRow("broken") << QByteArray("<plist><array>");
+    QTest::newRow("no array") << QByteArray("<plist version=\"1.0\"><dict/></plist>");
+    QTest::newRow("empty file") << QByteArray();
+    QTest::newRow("no entry") << QByteArray("<plist version=\"1.0\"><array/></plist>");
+}
+
+void tst_ScrollWheelPanel::missingActionsGiveAnEmptyMenu()
+{
+    QFETCH(QByteArray, resource);
+    const ScrollWheelFixture host;
+    host.system.addHostResource("scrollWheelActions.xml", resource);
+    host.system.addHostResource("scrollWheelActionDefaults.xml", resource);
+    host.load();
+    QVERIFY(manager().actions().isEmpty());
+    manager().addAction();
+    QVERIFY(!manager().actions().at(0).toMap().contains("action"));
+    QCOMPARE(host.cell("action"), -1);
+    QWScrollWheelManager::openPanel();
+    click(0, 6); // an empty menu, which does not show
+    QVERIFY(!openMenu());
+}
+
+void tst_ScrollWheelPanel::addAppendsTheUsualRecord()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(false, 0x20000, "scroll:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    QTest::mouseClick(manager().panel()->findChild<QAbstractButton *>("addActionButton"), Qt::LeftButton);
+    QCOMPARE(table().model()->rowCount(), 2);
+    QCOMPARE(manager().actions().at(1).toMap(), host.record(true, 0, "zoom:"));
+}
+
+void tst_ScrollWheelPanel::removeTakesTheSelectedRow()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 1, "a:"), host.record(true, 2, "b:"), host.record(true, 3, "c:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    table().selectRow(1);
+    QTest::mouseClick(manager().removeActionButton(), Qt::LeftButton);
+    QCOMPARE(manager().actions(), QVariantList({host.record(true, 1, "a:"), host.record(true, 3, "c:")}));
+    table().clearSelection();
+    QTest::mouseClick(manager().removeActionButton(), Qt::LeftButton);
+    manager().removeAction();
+    QCOMPARE(table().model()->rowCount(), 2);
+}
+
+void tst_ScrollWheelPanel::removeIsEnabledWithASelection()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:"), host.record(true, 1, "zoom:")});
+    host.load();
+    QVERIFY(!manager().removeActionButton()->isEnabled());
+    table().selectRow(1);
+    QVERIFY(manager().removeActionButton()->isEnabled());
+    table().clearSelection();
+    QVERIFY(!manager().removeActionButton()->isEnabled());
+    while (table().model()->rowCount() > 0) {
+        table().selectRow(0);
+        manager().removeAction();
+    }
+    QVERIFY(!manager().removeActionButton()->isEnabled());
+}
+
+void tst_ScrollWheelPanel::editsActAtOnce()
+{
+    ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    host.edit("shift", true);
+    host.edit("reverse", true);
+    host.edit("action", 1);
+    QVERIFY(!host.send(host.event(0, 1)));
+    QVERIFY(host.send(host.event(0, 1, 0x20000)));
+    QCOMPARE(host.target.sent.at(0).first, "scroll:");
+    QCOMPARE(host.target.sent.at(0).second, -1.0);
+}
+
+void tst_ScrollWheelPanel::clickTogglesABox()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    click(0, 3);
+    QCOMPARE(manager().actions().at(0).toMap().value("modifiers").toInt(), 0x20000);
+    click(0, 7);
+    QCOMPARE(manager().actions().at(0).toMap().value("reverse"), true);
+    QTest::mouseClick(table().viewport(), Qt::RightButton, {}, middleOf(0, 7));
+    QCOMPARE(manager().actions().at(0).toMap().value("reverse"), true);
+}
+
+void tst_ScrollWheelPanel::doubleClickTogglesTwice()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    click(0, 3);
+    QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, middleOf(0, 3));
+    QCOMPARE(host.cell("shift"), true); // three clicks in all: QTest's double click is a second pair
+}
+
+void tst_ScrollWheelPanel::clickOpensAPopUp()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:"), host.record(true, 0, "zoom:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    click(1, 0);
+    QTRY_VERIFY(openMenu());
+    QCOMPARE(openMenu()->actions().at(1)->isChecked(), true);
+    QTest::keyClick(openMenu(), Qt::Key_Up);
+    QTest::keyClick(openMenu(), Qt::Key_Return);
+    QCOMPARE(host.cell("axis", 0), 1);
+    QCOMPARE(host.cell("axis", 1), 0);
+}
+
+void tst_ScrollWheelPanel::keysReachEveryCell()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    QVERIFY(QTest::qWaitForWindowActive(manager().panel()));
+    table().setFocus();
+    table().setCurrentIndex(table().model()->index(0, 0));
+    for (int column = 0; column < 8; ++column) {
+        QCOMPARE(table().currentIndex().column(), column);
+        QTest::keyClick(&table(), Qt::Key_Space);
+        if (column == 0 || column == 6) {
+            QTRY_VERIFY(openMenu());
+            QTest::keyClick(openMenu(), column == 0 ? Qt::Key_Up : Qt::Key_Down);
+            QTest::keyClick(openMenu(), Qt::Key_Return);
+            QTRY_VERIFY(!openMenu());
+        }
+        QTest::keyClick(&table(), Qt::Key_Right);
+    }
+    QCOMPARE(manager().actions(), QVariantList{host.record(false, 0x1f0000, "scroll:", true)});
+    table().setCurrentIndex(table().model()->index(0, 0));
+    QTest::keyClick(&table(), Qt::Key_F2);
+    QTRY_VERIFY(openMenu());
+    QTest::keyClick(openMenu(), Qt::Key_Escape);
+    QCOMPARE(host.cell("axis"), 0);
+}
+
+void tst_ScrollWheelPanel::tabLeavesTheTable()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    QVERIFY(QTest::qWaitForWindowActive(manager().panel()));
+    table().setFocus();
+    QTest::keyClick(&table(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget()->objectName(), "addActionButton");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QCOMPARE(table().model()->rowCount(), 2);
+}
+
+void tst_ScrollWheelPanel::screenReaderIsToldTheCells()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(false, 0x100000, "scroll:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    const QStringList told{"Axis: Horizontal", "Ctrl: on",  "Alt: off",       "Shift: off",
+                           "Super: off",       "Caps: off", "Action: Scroll", "Reverse: off"};
+    for (int column = 0; column < told.size(); ++column)
+        QCOMPARE(accessibleText(0, column), told[column]);
+    QVERIFY(!table().accessibleName().isEmpty());
+    QVERIFY(!manager().removeActionButton()->accessibleName().isEmpty());
+    QCOMPARE(table().model()->headerData(7, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Reverse");
+}
+
+void tst_ScrollWheelPanel::columnsFitThePanel()
+{
+    const ScrollWheelFixture host;
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    QWScrollWheelManager::openPanel();
+    const QHeaderView &header = *table().horizontalHeader();
+    QCOMPARE(header.length(), table().viewport()->width());
+    QVERIFY(header.sectionSize(6) >= 90); // room for an action's title
+    for (int column = 0; column < 6; ++column)
+        QVERIFY(header.sectionSize(column) >= header.sectionSizeHint(column));
+}
+
+void tst_ScrollWheelPanel::incompleteInterfaceKeepsTheBindings_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("broken") << QByteArray("<ui>");
+    QTest::newRow("without outlets") << QByteArray(
+        "<ui version=\"4.0\"><widget class=\"platform::Panel\" name=\"panel\"/></ui>");
+}
+
+void tst_ScrollWheelPanel::incompleteInterfaceKeepsTheBindings()
+{
+    QFETCH(QByteArray, file);
+    ScrollWheelFixture host;
+    host.system.addHostResource("QWScrollWheelManager.ui", file);
+    host.ship({host.record(true, 0, "zoom:")});
+    host.load();
+    QVERIFY(!manager().panel());
+    QWScrollWheelManager::openPanel();
+    QWScrollWheelManager::togglePanel();
+    manager().addAction();
+    manager().removeAction();
+    QVERIFY(host.send(host.event(0, 1)));
+    manager().applicationWillTerminate();
+    QVERIFY(!host.system.userDefaults().isSet(host.frameKey));
+    QCOMPARE(host.system.userDefaults().object(host.actionsKey).toList().size(), 1);
+}
+
+QW_TEST_MAIN(tst_ScrollWheelPanel)
+
+#include "tst_ScrollWheelPanel.moc"
