@@ -10,7 +10,6 @@
 #include <QRegularExpression>
 
 #include <random>
-#include <thread>
 
 using platform::LinuxRemoteReceiver;
 using platform::System;
@@ -51,9 +50,6 @@ private slots:
     void disconnectionEndsHeldButtonsAndIsLogged();
     void reconnectedReceiverIsFoundByTheNextNewListener();
     void lastListenerMayLeaveDuringACall();
-    void fullQueueDropsWhatComes();
-    void onlyAddedElementsAreKept();
-    void threadWithoutEventLoopHasNoEventSource();
     void ruleNamesTheSameDevices();
 
 private:
@@ -67,7 +63,6 @@ private:
     {
         return QString::fromUtf8(m_system->readFile("~/Library/Logs/Quorwell/Test Host.log").value_or(""));
     }
-    std::unique_ptr<platform::HidInterface> _interface() const;
 
     std::unique_ptr<FakeSystem> m_system;
     std::unique_ptr<System::Scope> m_scope;
@@ -97,11 +92,6 @@ void tst_LinuxRemoteReceiver::_plugIn(int socketType)
     m_folder->addReceiver(5);
     m_device = std::make_shared<SocketReceiver>(socketType);
     m_system->remoteReceiver.real = std::make_unique<LinuxRemoteReceiver>(m_folder->sys(), m_folder->dev(), m_device);
-}
-
-std::unique_ptr<platform::HidInterface> tst_LinuxRemoteReceiver::_interface() const
-{
-    return m_system->remoteReceiver.createPlugin("receiver")->queryInterface();
 }
 
 void tst_LinuxRemoteReceiver::receiverIsFoundByItsNumbersOrItsDriver_data()
@@ -396,65 +386,6 @@ void tst_LinuxRemoteReceiver::lastListenerMayLeaveDuringACall()
     QTRY_COMPARE(listener.heard, QStringList("down 3"));
     QVERIFY(!remote().isActive());
     QCOMPARE(_log(), QString());
-}
-
-void tst_LinuxRemoteReceiver::fullQueueDropsWhatComes()
-{
-    _plugIn();
-    const auto interface = _interface();
-    const auto queue = interface->allocateQueue();
-    QVERIFY(!queue->create(0));
-    QVERIFY(queue->create(2));
-    QVERIFY(queue->addElement(29));
-    QVERIFY(queue->createAsyncEventSource());
-    int callouts = 0;
-    QVERIFY(!queue->setEventCallout(nullptr, nullptr, nullptr));
-    QVERIFY(queue->setEventCallout([](void *, qint32, void *count, void *) { ++*static_cast<int *>(count); }, nullptr,
-                                   &callouts));
-    queue->addSourceToRunLoop();
-    QVERIFY(!queue->isStarted());
-    QVERIFY(queue->start());
-    m_device->write(SocketReceiver::event(EV_KEY, KEY_VOLUMEUP, 1, 1'500'000) + SocketReceiver::key(KEY_VOLUMEUP, 0) +
-                    SocketReceiver::key(KEY_VOLUMEUP, 1));
-    QTRY_COMPARE(callouts, 1);
-    const auto first = queue->nextEvent();
-    QVERIFY(first);
-    QCOMPARE(first->elementCookie, 29u);
-    QCOMPARE(first->value, 1);
-    QCOMPARE(first->timeStamp, quint64(1'500'000));
-    QCOMPARE(queue->nextEvent()->value, 0);
-    QVERIFY(!queue->nextEvent());
-
-    queue->stop();
-    queue->stop();
-    QVERIFY(!queue->isStarted());
-}
-
-void tst_LinuxRemoteReceiver::onlyAddedElementsAreKept()
-{
-    _plugIn();
-    const auto interface = _interface();
-    const auto queue = interface->allocateQueue();
-    queue->create(30);
-    queue->addElement(30);
-    queue->createAsyncEventSource();
-    queue->setEventCallout([](void *, qint32, void *, void *) {}, nullptr, nullptr);
-    queue->addSourceToRunLoop();
-    queue->start();
-    m_device->write(SocketReceiver::key(KEY_VOLUMEUP, 1) + SocketReceiver::key(KEY_VOLUMEDOWN, 1));
-    std::optional<platform::HidEvent> event;
-    QTRY_VERIFY((event = queue->nextEvent()));
-    QCOMPARE(event->elementCookie, 30u);
-    QVERIFY(!queue->nextEvent());
-}
-
-void tst_LinuxRemoteReceiver::threadWithoutEventLoopHasNoEventSource()
-{
-    _plugIn();
-    const auto interface = _interface();
-    bool hasSource = true;
-    std::thread([&] { hasSource = interface->allocateQueue()->createAsyncEventSource(); }).join();
-    QVERIFY(!hasSource);
 }
 
 void tst_LinuxRemoteReceiver::ruleNamesTheSameDevices()

@@ -224,8 +224,10 @@ void tst_QWRemoteControl::longValueIsFreedAndSkipped()
     const std::weak_ptr<int> watch = longValue;
     bool freedBeforeTheNext = false;
     listener.meanwhile = [&] { freedBeforeTheNext = watch.expired(); };
-    receiver().send({{.elementCookie = 20, .value = 1, .longValueSize = 4, .longValue = std::move(longValue)},
-                     {.elementCookie = 29, .value = 1}});
+    std::deque<HidEvent> events;
+    events.push_back({.elementCookie = 20, .value = 1, .longValueSize = 4, .longValue = std::move(longValue)});
+    events.push_back({.elementCookie = 29, .value = 1});
+    receiver().send(std::move(events));
     QCOMPARE(listener.heard, QStringList("down 2"));
     QVERIFY(freedBeforeTheNext);
 }
