@@ -86,7 +86,7 @@ void tst_GridLifecycle::gridThatIsThereIsOpened()
 
 void tst_GridLifecycle::gridThatComesIsOpenedAndTold()
 {
-    GridMachine machine({});
+    GridMachine machine("");
     Meddler listener;
     bool wasConnected = false;
     listener.onConnected = [&](QWMonomeRemote &remote) { wasConnected = remote.isConnected(); };
@@ -147,7 +147,7 @@ void tst_GridLifecycle::showRunsOnTheReadersThread()
 
 void tst_GridLifecycle::openingThatFailsIsLogged()
 {
-    GridMachine machine({});
+    GridMachine machine("");
     GridListener listener;
     machine.remote().addObserver(listener);
     machine.lines().failToOpen(GridMachine::series64, ENXIO);
@@ -161,7 +161,7 @@ void tst_GridLifecycle::openingThatFailsIsLogged()
 
 void tst_GridLifecycle::adviceStandsInTheLog()
 {
-    GridMachine machine({});
+    GridMachine machine("");
     machine.remote();
     machine.lines().failToOpen(GridMachine::series64, EACCES, "Install the rule.");
     machine.devices().plugIn(GridMachine::series64);
@@ -288,7 +288,7 @@ void tst_GridLifecycle::endOfTheSecondThenTheFirst()
 
 void tst_GridLifecycle::twoGridsAtOnceInOneCall()
 {
-    GridMachine machine({});
+    GridMachine machine("");
     GridListener listener;
     machine.remote().addObserver(listener);
     machine.devices().plugIn(QStringList{GridMachine::series64, "/dev/ttyS0", GridMachine::fortyH});
@@ -339,7 +339,7 @@ void tst_GridLifecycle::nobodyHearsOfLaterGridsAfterShutdown()
 
 void tst_GridLifecycle::shutdownOfNoGridKeepsTheObservers()
 {
-    GridMachine machine({});
+    GridMachine machine("");
     GridListener listener;
     machine.remote().addObserver(listener);
     machine.remote().shutdown();

@@ -48,7 +48,7 @@ private Q_SLOTS:
 
 void tst_QWMonomeRemote::knowsNothingWithoutAGrid()
 {
-    GridMachine machine({});
+    GridMachine machine("");
     const QWMonomeRemote &remote = machine.remote();
     QVERIFY(!remote.isConnected());
     QCOMPARE(remote.numberOfRows(), 0u);
@@ -63,7 +63,7 @@ void tst_QWMonomeRemote::knowsNothingWithoutAGrid()
 
 void tst_QWMonomeRemote::callsWithoutAGridReachDescriptorZero()
 {
-    GridMachine machine({});
+    GridMachine machine("");
     QWMonomeRemote &remote = machine.remote();
     remote.setIntensity(0.5f);
     remote.clearLEDs();

@@ -88,6 +88,21 @@ void QWMonomeRemote::clearLEDs()
         _writeFrame();
 }
 
+void QWMonomeRemote::addObserver(QWMonomeRemoteObserver &observer)
+{
+    m_observers.add(observer);
+}
+
+void QWMonomeRemote::removeObserver(QWMonomeRemoteObserver &observer)
+{
+    m_observers.remove(observer);
+}
+
+bool QWMonomeRemote::hasObserver(const QWMonomeRemoteObserver &observer) const
+{
+    return m_observers.has(observer);
+}
+
 void QWMonomeRemote::shutdown()
 {
     if (!isConnected())

@@ -78,12 +78,12 @@ public:
     void clearLEDs();
 
     /// Not owned; called in order of addition. An observer that is there is not added again.
-    void addObserver(QWMonomeRemoteObserver &observer) { m_observers.add(observer); }
+    void addObserver(QWMonomeRemoteObserver &observer);
 
     /// Waits for a call in progress on another thread, except from within a call of any observer. An observer must be
     /// removed before it is destroyed, after a shutdown too.
-    void removeObserver(QWMonomeRemoteObserver &observer) { m_observers.remove(observer); }
-    bool hasObserver(const QWMonomeRemoteObserver &observer) const { return m_observers.has(observer); }
+    void removeObserver(QWMonomeRemoteObserver &observer);
+    bool hasObserver(const QWMonomeRemoteObserver &observer) const;
 
     /// Clears and closes the grid; no observer is called any more, ever, and none can be added. Nothing when no grid is
     /// connected. Comes by itself when the application quits.
