@@ -71,6 +71,7 @@ private Q_SLOTS:
     void eventsTellWhatIsHeld();
     void physicalKeyCountsWhereItIsKnown();
     void repeatsChangeNothing();
+    void eventsThatReachNobodyCountToo();
     void keysAreForgottenWhenTheApplicationIsLeft();
     void codesOfTheKeys_data();
     void codesOfTheKeys();
@@ -131,6 +132,19 @@ void tst_LinuxKeyboardState::repeatsChangeNothing()
     QKeyEvent release(QEvent::KeyRelease, Qt::Key_S, Qt::NoModifier, "s", true);
     QCoreApplication::sendEvent(&window, &release);
     QVERIFY(keyboard.keyMap() == mapOf({1}));
+}
+
+void tst_LinuxKeyboardState::eventsThatReachNobodyCountToo()
+{
+    LinuxKeyboardState keyboard;
+    const QKeyEvent press(QEvent::KeyPress, Qt::Key_S, Qt::NoModifier, "s");
+    keyboard.noteKeyEvent(press);
+    QVERIFY(keyboard.keyMap() == KeyMap{}); // nobody watched yet
+    keyboard.noteKeyEvent(press);
+    keyboard.noteKeyEvent(press);
+    QVERIFY(keyboard.keyMap() == mapOf({1}));
+    keyboard.noteKeyEvent(QKeyEvent(QEvent::KeyRelease, Qt::Key_S, Qt::NoModifier, "s"));
+    QVERIFY(keyboard.keyMap() == KeyMap{});
 }
 
 void tst_LinuxKeyboardState::keysAreForgottenWhenTheApplicationIsLeft()

@@ -9,6 +9,7 @@
 #include <QPointer>
 
 #include <functional>
+#include <memory>
 
 /// The end of the responder chain: writes down what it is sent, as "action tag".
 class ShortcutReceiver : public QObject
