@@ -5,7 +5,7 @@
 namespace platform
 {
 
-class LinuxClock : public Clock
+class QWPLATFORM_EXPORT LinuxClock : public Clock
 {
 public:
     QDateTime now() const override;
