@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include <map>
 #include <random>
 
 using platform::KeyBits;

@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <utility>
+
 namespace platform
 {
 

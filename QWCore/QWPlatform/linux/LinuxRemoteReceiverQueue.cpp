@@ -6,9 +6,11 @@
 #include <QPointer>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace platform
 {

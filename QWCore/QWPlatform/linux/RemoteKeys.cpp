@@ -1,6 +1,7 @@
 #include "RemoteKeys.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform
 {
@@ -17,7 +18,7 @@ struct RemoteKey
     bool followsKey() const { return holdCookie == 0; }
 };
 
-constexpr std::array<RemoteKey, 7> keyTable{{
+constexpr std::array<RemoteKey, 7> remoteKeys{{
     {KEY_MENU, 20, 18, false},
     {KEY_PLAYPAUSE, 21, 35, false},
     {KEY_ENTER, 21, 35, false}, // the centre button of later remotes
@@ -26,6 +27,32 @@ constexpr std::array<RemoteKey, 7> keyTable{{
     {KEY_VOLUMEUP, 29, 0, false},
     {KEY_VOLUMEDOWN, 30, 0, false},
 }};
+
+std::optional<RemoteElementValue> pressed(const RemoteKey &key, RemoteKeyState &state)
+{
+    if (state != RemoteKeyState::Up)
+        return std::nullopt;
+    state = RemoteKeyState::Pressed;
+    return key.followsKey() ? std::optional(RemoteElementValue{key.pressCookie, 1}) : std::nullopt;
+}
+
+/// The first repeat makes a hold of the press.
+std::optional<RemoteElementValue> repeated(const RemoteKey &key, RemoteKeyState &state)
+{
+    if (state != RemoteKeyState::Pressed || key.followsKey())
+        return std::nullopt;
+    state = RemoteKeyState::Held;
+    return RemoteElementValue{key.holdCookie, 1};
+}
+
+std::optional<RemoteElementValue> released(const RemoteKey &key, RemoteKeyState before)
+{
+    if (before == RemoteKeyState::Pressed)
+        return RemoteElementValue{key.pressCookie, key.followsKey() ? 0 : 1};
+    if (before == RemoteKeyState::Held && key.tellsEndOfHold)
+        return RemoteElementValue{key.holdCookie, 0};
+    return std::nullopt;
+}
 
 void addOnce(std::vector<quint32> &cookies, quint32 cookie)
 {
@@ -37,7 +64,7 @@ void addOnce(std::vector<quint32> &cookies, quint32 cookie)
 std::vector<quint32> RemoteKeys::cookiesOfKeys(const KeyBits &keys)
 {
     std::vector<quint32> cookies;
-    for (const RemoteKey &key : keyTable) {
+    for (const RemoteKey &key : remoteKeys) {
         if (!keys[key.code])
             continue;
         addOnce(cookies, key.pressCookie);
@@ -48,33 +75,28 @@ std::vector<quint32> RemoteKeys::cookiesOfKeys(const KeyBits &keys)
 
 std::optional<RemoteElementValue> RemoteKeys::translate(unsigned code, qint32 value)
 {
-    static_assert(keyTable.size() == keyCount);
-    const auto key = std::find_if(keyTable.begin(), keyTable.end(), [&](const RemoteKey &k) { return k.code == code; });
-    if (key == keyTable.end())
+    static_assert(remoteKeys.size() == keyCount);
+    const auto key =
+        std::find_if(remoteKeys.begin(), remoteKeys.end(), [&](const RemoteKey &k) { return k.code == code; });
+    if (key == remoteKeys.end())
         return std::nullopt;
-    State &state = m_states[size_t(key - keyTable.begin())];
-    if (value == 1 && state == State::Up) {
-        state = State::Pressed;
-        return key->followsKey() ? std::optional(RemoteElementValue{key->pressCookie, 1}) : std::nullopt;
-    }
-    if (value == 2 && state == State::Pressed && !key->followsKey()) {
-        state = State::Held;
-        return RemoteElementValue{key->holdCookie, 1};
-    }
-    if (value != 0)
+    RemoteKeyState &state = m_states[size_t(key - remoteKeys.begin())];
+    switch (value) {
+    case 0:
+        return released(*key, std::exchange(state, RemoteKeyState::Up));
+    case 1:
+        return pressed(*key, state);
+    case 2:
+        return repeated(*key, state);
+    default:
         return std::nullopt;
-    const State before = std::exchange(state, State::Up);
-    if (before == State::Pressed)
-        return RemoteElementValue{key->pressCookie, key->followsKey() ? 0 : 1};
-    if (before == State::Held && key->tellsEndOfHold)
-        return RemoteElementValue{key->holdCookie, 0};
-    return std::nullopt;
+    }
 }
 
 std::vector<RemoteElementValue> RemoteKeys::catchUp(const KeyBits &down)
 {
     std::vector<RemoteElementValue> values;
-    for (const RemoteKey &key : keyTable)
+    for (const RemoteKey &key : remoteKeys)
         if (const auto value = translate(key.code, down[key.code] ? 1 : 0))
             values.push_back(*value);
     return values;
@@ -84,8 +106,8 @@ std::vector<RemoteElementValue> RemoteKeys::releaseAll()
 {
     std::vector<RemoteElementValue> values;
     for (size_t i = 0; i < keyCount; ++i) {
-        const bool isTold = keyTable[i].followsKey() || m_states[i] == State::Held;
-        const auto value = translate(keyTable[i].code, 0);
+        const bool isTold = remoteKeys[i].followsKey() || m_states[i] == RemoteKeyState::Held;
+        const auto value = translate(remoteKeys[i].code, 0);
         if (isTold && value)
             values.push_back(*value);
     }

@@ -17,6 +17,13 @@ struct RemoteElementValue
     bool operator==(const RemoteElementValue &) const = default;
 };
 
+enum class RemoteKeyState
+{
+    Up,
+    Pressed, ///< Not long enough for a repeat.
+    Held
+};
+
 /// Turns the keys that the kernel makes of the remote's buttons into what the receiver's own elements report: for most
 /// buttons, one element for a short press, which is only known when it ends, and another for a hold.
 class QWPLATFORM_EXPORT RemoteKeys
@@ -36,15 +43,8 @@ public:
     std::vector<RemoteElementValue> releaseAll();
 
 private:
-    enum class State
-    {
-        Up,
-        Pressed,
-        Held
-    };
-
     static constexpr size_t keyCount = 7;
-    std::array<State, keyCount> m_states{}; ///< In the order of the table.
+    std::array<RemoteKeyState, keyCount> m_states{}; ///< In the order of the table.
 };
 
 } // namespace platform

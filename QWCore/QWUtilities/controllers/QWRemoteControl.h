@@ -30,9 +30,9 @@ public:
 
     ~QWRemoteControl() override;
 
-    /// @p listener is not owned and must be removed before it goes. One that is there already is not added again. True,
-    /// also when the receiver cannot be had; the next new listener tries again if it could not be found, opened or
-    /// asked for its elements, or was unplugged since.
+    /// @p listener is not null, not owned and must be removed before it goes. One that is there already is not added
+    /// again. True, also when the receiver cannot be had; the next new listener tries again if it could not be found,
+    /// opened or asked for its elements, or was unplugged since.
     bool addListener(QWRemoteControlListener *listener);
 
     /// Always true; one that was never added is no mistake.
