@@ -151,11 +151,7 @@ bool QWFile::emptyDirectoryAtPath(const QString &path, QWError *error)
 
 bool QWFile::deleteFileAtPath(const QString &path, QWError *error)
 {
-    const std::filesystem::path real = nativePath(path);
-    const bool isRoot = real.lexically_normal() == "/";
-    const std::error_code code =
-        isRoot ? std::make_error_code(std::errc::operation_not_permitted) : qw::removeTree(real);
-    return succeeded(code, "“%@” could not be deleted.", path, error);
+    return succeeded(qw::removeTree(nativePath(path)), "“%@” could not be deleted.", path, error);
 }
 
 bool QWFile::copyPathToPath(const QString &from, const QString &to, QWError *error)

@@ -1,7 +1,9 @@
 #include "QWFileTree.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -53,6 +55,12 @@ std::error_code copyContent(const struct stat &source, const fs::path &from, con
 
 std::error_code removeTree(const fs::path &path)
 {
+    if (::unlink(path.c_str()) == 0)
+        return {};
+    if (errno != EISDIR)
+        return lastError();
+    if (path.lexically_normal() == "/")
+        return std::make_error_code(std::errc::operation_not_permitted);
     std::error_code error;
     if (fs::remove_all(path, error) == 0 && !error)
         return std::make_error_code(std::errc::no_such_file_or_directory);

@@ -92,6 +92,13 @@ void QWVSTDescription::writeState(QWStateWriter &writer) const
     writeIfSet(writer, "vendor", m_vendor);
 }
 
+void QWVSTDescription::prefetchTexts() const
+{
+    prefetch(m_name);
+    prefetch(m_path);
+    prefetch(m_vendor);
+}
+
 void QWVSTDescription::applyValueForKey(std::string_view key, const QVariant &value)
 {
     static constexpr StringField strings[] = {{"name", &QWVSTDescription::m_name},

@@ -1,12 +1,12 @@
 #include "PropertyList.h"
 
 #include "BinaryPropertyListReader.h"
+#include "RegularFile.h"
 #include "TextPropertyListReader.h"
 #include "XmlPropertyListReader.h"
 #include "XmlPropertyListWriter.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 namespace platform::PropertyList
 {
@@ -46,10 +46,8 @@ std::optional<QVariant> fromData(const QByteArray &data)
 
 std::optional<QVariant> fromFile(const QString &path)
 {
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) // a pipe would never end
-        return std::nullopt;
-    return fromData(file.readAll());
+    const std::optional<QByteArray> data = readRegularFile(QFile::encodeName(path));
+    return data ? fromData(*data) : std::nullopt;
 }
 
 QVariantList arrayFromFile(const QString &path)

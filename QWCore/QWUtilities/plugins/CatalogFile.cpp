@@ -2,6 +2,9 @@
 
 #include "CatalogXmlWriter.h"
 
+#include <QWPlatform/foundation/FileDescriptor.h>
+#include <QWPlatform/foundation/RegularFile.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,31 +17,6 @@
 
 namespace
 {
-/// An open file.
-class Descriptor
-{
-public:
-    explicit Descriptor(int number)
-        : m_number(number)
-    {
-    }
-
-    ~Descriptor()
-    {
-        if (isOpen())
-            ::close(m_number);
-    }
-
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    bool isOpen() const { return m_number >= 0; }
-    int number() const { return m_number; }
-
-private:
-    int m_number;
-};
-
 bool same(const timespec &a, const timespec &b)
 {
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
@@ -68,25 +46,6 @@ bool cutTo(int file, off_t size)
     struct stat status;
     return ::fstat(file, &status) == 0 && (status.st_size == size || ::ftruncate(file, size) == 0);
 }
-
-/// Bytes up to the end of the file, however long it is by now.
-std::optional<QByteArray> readAll(int file, off_t expectedSize)
-{
-    QByteArray data(std::max<qsizetype>(expectedSize, 0) + 1, Qt::Uninitialized);
-    qsizetype filled = 0;
-    for (;;) {
-        const ssize_t count = ::read(file, data.data() + filled, static_cast<std::size_t>(data.size() - filled));
-        if (count < 0 && errno != EINTR)
-            return std::nullopt;
-        if (count == 0)
-            break;
-        filled += std::max<ssize_t>(count, 0);
-        if (filled == data.size())
-            data.resize(data.size() * 2);
-    }
-    data.truncate(filled);
-    return data;
-}
 } // namespace
 
 CatalogFile::Identity::Identity(const struct stat &status)
@@ -111,16 +70,12 @@ CatalogFile::CatalogFile(const QString &path)
 
 std::optional<QByteArray> CatalogFile::read() const
 {
-    const Descriptor file(::open(m_path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status;
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-    return readAll(file.number(), status.st_size);
+    return platform::readRegularFile(m_path);
 }
 
 void CatalogFile::save(std::size_t count, std::size_t firstChanged, const RecordAt &recordAt)
 {
-    const Descriptor file(_open());
+    const platform::FileDescriptor file(_open());
     struct stat status;
     const auto left = std::exchange(m_left, std::nullopt);
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)

@@ -47,6 +47,7 @@ public:
     bool loadInfo();
 
     void writeState(QWStateWriter &writer) const override;
+    void prefetchTexts() const override;
 
 protected:
     void applyValueForKey(std::string_view key, const QVariant &value) override;
