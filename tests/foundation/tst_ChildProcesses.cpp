@@ -150,6 +150,14 @@ private slots:
         QCOMPARE(result.status, SIGKILL);
     }
 
+    void childThatStopsItselfWhileItsOutputIsReadIsKilled()
+    {
+        const auto result = shell("echo x; kill -STOP $$");
+        QVERIFY(!result.exited);
+        QCOMPARE(result.status, SIGKILL);
+        QCOMPARE(result.output, "x\n");
+    }
+
     void threadsDoNotHoldEachOthersPipes()
     {
         std::vector<std::thread> threads;

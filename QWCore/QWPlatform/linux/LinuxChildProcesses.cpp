@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -60,6 +61,14 @@ CStrings environmentOf(const Locations &locations)
     return environment;
 }
 
+/// A child that stops itself would hold the caller for ever, its own watchdog with it.
+void endIfStopped(pid_t child)
+{
+    siginfo_t stopped = {};
+    if (::waitid(P_PID, static_cast<id_t>(child), &stopped, WSTOPPED | WNOHANG) == 0 && stopped.si_pid == child)
+        ::kill(child, SIGKILL);
+}
+
 /// A pipe whose read end is the parent's; both ends close at exec.
 class Pipe
 {
@@ -79,11 +88,13 @@ public:
     int writeEnd() const { return m_ends[1]; }
     void closeWriteEnd() { close(1); }
 
-    QByteArray readAll() const
+    /// What @p child writes, until it has closed its end.
+    QByteArray readAll(pid_t child) const
     {
         QByteArray output;
         char buffer[16384];
         for (;;) {
+            _awaitOutput(child);
             const ssize_t count = m_ends[0] < 0 ? 0 : ::read(m_ends[0], buffer, sizeof buffer);
             if (count > 0)
                 output.append(buffer, count);
@@ -93,6 +104,14 @@ public:
     }
 
 private:
+    void _awaitOutput(pid_t child) const
+    {
+        constexpr int milliseconds = 100;
+        pollfd readable{m_ends[0], POLLIN, 0};
+        while (m_ends[0] >= 0 && ::poll(&readable, 1, milliseconds) == 0)
+            endIfStopped(child);
+    }
+
     void close(int end)
     {
         if (m_ends[end] >= 0)
@@ -151,7 +170,7 @@ private:
     posix_spawnattr_t m_attributes;
 };
 
-// A child that stops itself would hold the caller for ever, its own watchdog with it; it counts as crashed.
+// A child that stops itself is ended and counts as crashed.
 void await(pid_t child, ChildProcessResult &result)
 {
     int status = 0;
@@ -182,7 +201,7 @@ ChildProcessResult LinuxChildProcesses::run(const ChildProcessRequest &request)
     if (child < 0)
         return result;
     result.started = true;
-    result.output = output.readAll();
+    result.output = output.readAll(child);
     await(child, result);
     return result;
 }
