@@ -33,6 +33,7 @@ private Q_SLOTS:
     void siteWithoutAnswerIsSilent_data();
     void siteWithoutAnswerIsSilent();
     void offerIsMadeOncePerWindow();
+    void offerStandsAboveTheManual();
     void laterDownloadsNothing();
     void downloadGoesToTheTemporaryFolder();
     void progressShowsTheFraction_data();
@@ -284,6 +285,23 @@ void tst_QWManual::offerIsMadeOncePerWindow()
     QCOMPARE(offer.messageText, "A newer version of the manual is available");
     QCOMPARE(offer.informativeText, "Would you like to download the update now?");
     QCOMPARE(offer.buttons, QStringList({"Download", "Later"}));
+}
+
+void tst_QWManual::offerStandsAboveTheManual()
+{
+    ManualFixture host;
+    QWidget hostWindow;
+    hostWindow.show();
+    QWidget *active = nullptr;
+    host.system.alerts.whileShown = [&] { active = QApplication::activeWindow(); };
+    host.system.alerts.answerWith({"Later"});
+    host.siteOffers("2.2");
+    QWManual::openManual();
+    QApplication::setActiveWindow(&hostWindow); // the answer comes while the host's window is still the active one
+    QTRY_COMPARE(host.system.backgroundWork().running(), 0);
+
+    QVERIFY(active);
+    QCOMPARE(active, QWManual::manual().window());
 }
 
 void tst_QWManual::laterDownloadsNothing()
