@@ -20,7 +20,7 @@ public:
     explicit RemoteMonitor(QWidget *parent = nullptr);
     ~RemoteMonitor() override;
 
-    QSize sizeHint() const override { return {320, 64}; }
+    QSize sizeHint() const override { return {320, 56}; }
 
     void remoteControlButtonDown(QWRemoteControl &remoteControl, unsigned button) override;
     void remoteControlButtonUp(QWRemoteControl &remoteControl, unsigned button) override;
