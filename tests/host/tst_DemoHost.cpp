@@ -96,7 +96,8 @@ void tst_DemoHost::tourMakesEveryPicture()
     for (const QString &name :
          QStringList{"host", "host-empty", "splash", "about", "manual", "manual-legal", "scan-alert", "effects-menu",
                      "effect-applied", "shortcuts", "shortcuts-search", "shortcut-capture", "shortcut-capture-conflict",
-                     "shortcut-save-preset"}) {
+                     "shortcut-save-preset", "scrollwheel", "preferences-general", "preferences-files",
+                     "preferences-controllers", "preferences-appearance"}) {
         const QImage picture(m_folder.filePath("tour/" + name + ".png"));
         QVERIFY2(!picture.isNull() && hasContent(picture), qPrintable(name));
         QVERIFY2(m_tour.output.contains(name + ": "), qPrintable(name));
