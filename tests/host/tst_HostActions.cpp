@@ -8,6 +8,7 @@
 #include <QWPlatform/foundation/UserDefaults.h>
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
+#include <QWUtilities/shortcuts/ShortcutEditor.h>
 
 #include <semaphore>
 
@@ -362,7 +363,25 @@ void tst_HostActions::plugInsAreLookedFor()
 
 void tst_HostActions::editorIsOpenedAndClosed()
 {
+    const auto isLeftOpen = [] {
+        return HostUnderTest::host().system.userDefaults().boolean("Keyboard Shortcuts Open");
+    };
     QVERIFY(_host().press("Keyboard Shortcuts…"));
+    QVERIFY(_host().registry().editor());
+    QWidget *const window = _host().registry().editor()->window();
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    QVERIFY(isLeftOpen());
+    QVERIFY(_host().pressAndWait("Reverse")); // the editor floats: it leaves shortcuts working
+    QCOMPARE(_host().document().steps().size(), size_t(1));
+    QVERIFY(_host().press("Keyboard Shortcuts…"));
+    QTRY_VERIFY(!window->isVisible());
+    QVERIFY(!isLeftOpen());
+    _host().system.userDefaults().setObject("Keyboard Shortcuts Open", true);
+    QWKeyboardShortcuts::loadShortcuts(); // as at the next start
+    QTRY_VERIFY(window->isVisible());
+    window->close();
+    _host().window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&_host().window()));
 }
 
 void tst_HostActions::quitAsksForAnUnsavedResult()
