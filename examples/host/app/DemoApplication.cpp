@@ -1,9 +1,9 @@
 #include "DemoApplication.h"
 
 #include "../audio/AudioDocument.h"
+#include "../preferences/HostPreferences.h"
 #include "../tour/Tour.h"
 #include "../tour/TourSteps.h"
-#include "../preferences/HostPreferences.h"
 #include "ControllerActions.h"
 #include "HostMenus.h"
 #include "HostSettings.h"
