@@ -19,7 +19,10 @@ public:
 
     void noteKeyEvent(const QKeyEvent &event) override { noted.append({event.type(), event.key()}); }
 
+    bool isCapsLockOn() override { return capsLock; }
+
     platform::KeyMap map{};
+    bool capsLock = false;
     int asked = 0;
     bool isWatched = false;
     QList<std::pair<QEvent::Type, int>> noted; ///< Key events that came by, and their keys.

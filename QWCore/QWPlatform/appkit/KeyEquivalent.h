@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QWPlatform/qwplatform_export.h>
+
 #include <QKeySequence>
 #include <QString>
 
@@ -12,7 +14,7 @@ namespace platform::KeyEquivalent
 QKeySequence sequence(const QString &character, quint32 modifierMask);
 
 /// The desktop's own wording ("Ctrl+S").
-QString text(const QString &character, quint32 modifierMask);
+QWPLATFORM_EXPORT QString text(const QString &character, quint32 modifierMask);
 
 /// Whether @p event is that key, whichever way Shift was needed to type its character.
 bool matches(const QString &character, quint32 modifierMask, const QKeyEvent &event);

@@ -15,6 +15,7 @@ namespace
 {
 constexpr int margin = 8;
 constexpr int rowHeight = 26;
+constexpr int boxSize = 15;
 constexpr qreal chevronWidth = 6;
 constexpr qreal chevronHeight = 3;
 
@@ -58,6 +59,14 @@ void paintChevrons(QPainter &painter, const QPointF &middle)
         painter.drawPolyline(points, 3);
     }
 }
+
+void paintTick(QPainter &painter, const QRectF &box, const QColor &colour)
+{
+    const auto at = [&](qreal x, qreal y) { return box.topLeft() + QPointF(x * box.width(), y * box.height()); };
+    const QPointF points[] = {at(0.27, 0.53), at(0.43, 0.69), at(0.73, 0.33)};
+    painter.setPen(QPen(colour, 1.75, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(points, 3);
+}
 } // namespace
 
 ScrollWheelCells::ScrollWheelCells(QAbstractItemView &view)
@@ -88,17 +97,23 @@ void ScrollWheelCells::paint(QPainter *painter, const QStyleOptionViewItem &give
     painter->restore();
 }
 
+/// Drawn here and not by the style: some draw boxes that cannot be seen on a dark list or on a selected row.
 void ScrollWheelCells::_paintBox(QPainter &painter, const QStyleOptionViewItem &option) const
 {
-    const QStyle &style = *m_view.style();
-    QStyleOptionButton box;
-    box.initFrom(&m_view);
-    box.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
-    box.state |= option.checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
-    const QSize size(style.pixelMetric(QStyle::PM_IndicatorWidth, &box, &m_view),
-                     style.pixelMetric(QStyle::PM_IndicatorHeight, &box, &m_view));
-    box.rect = QStyle::alignedRect(option.direction, Qt::AlignCenter, size, option.rect);
-    style.drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, &m_view);
+    const bool isSelected = option.state & QStyle::State_Selected;
+    const bool isChecked = option.checkState == Qt::Checked;
+    const QColor ink = inkOf(option);
+    QColor edge = ink;
+    edge.setAlphaF(isSelected ? 0.9f : 0.45f);
+    const QColor filled = isSelected ? ink : option.palette.color(QPalette::Active, QPalette::Highlight);
+    const QSize size(boxSize, boxSize);
+    const QRectF box = QStyle::alignedRect(option.direction, Qt::AlignCenter, size, option.rect);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(isChecked ? QPen(Qt::NoPen) : QPen(edge, 1));
+    painter.setBrush(isChecked ? QBrush(filled) : QBrush(Qt::NoBrush));
+    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+    if (isChecked)
+        paintTick(painter, box, option.palette.color(isSelected ? QPalette::Highlight : QPalette::HighlightedText));
 }
 
 void ScrollWheelCells::_paintPopUp(QPainter &painter, const QStyleOptionViewItem &option) const

@@ -184,6 +184,8 @@ QVariant ScrollWheelModel::headerData(int section, Qt::Orientation orientation, 
     const bool isPicture = column.identifier == reverse && !m_reverseImage.isNull();
     switch (role) {
     case Qt::DisplayRole:
+        if (column.kind == ScrollWheelColumn::PopUp) // in line with the titles below it
+            return localized(column.title).prepend(QChar(0x2002));
         return isPicture ? QString() : localized(column.title);
     case Qt::DecorationRole:
         return isPicture ? m_reverseImage : QVariant();

@@ -1,7 +1,5 @@
 #include "QWPreferencesPanel.h"
 
-#include "QWPreferencesPane.h"
-
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/Toolbar.h>

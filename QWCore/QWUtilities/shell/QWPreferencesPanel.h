@@ -4,6 +4,7 @@
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/ToolbarDelegate.h>
+#include <QWUtilities/shell/QWPreferencesPane.h>
 
 #include <QObject>
 #include <QPointer>
@@ -12,8 +13,6 @@
 #include <utility>
 
 class QVariantAnimation;
-class QWPreferencesPane;
-class QWidget;
 
 namespace platform
 {

@@ -3,7 +3,7 @@
 #include "FactoryDefinition.h"
 #include "LegacyShortcuts.h"
 #include "MainMenuItems.h"
-#include "ShortcutEditor.h"
+#include "ShortcutEditorPanel.h"
 #include "ShortcutFiles.h"
 #include "ShortcutFilter.h"
 #include "ShortcutIndex.h"
@@ -287,14 +287,20 @@ void QWKeyboardShortcuts::setEditor(std::unique_ptr<qw::ShortcutEditor> editor)
 
 void QWKeyboardShortcuts::_openPanel()
 {
-    if (m_editor)
-        m_editor->open();
+    _makeEditor();
+    m_editor->open();
 }
 
 void QWKeyboardShortcuts::_togglePanel()
 {
-    if (m_editor)
-        m_editor->toggle();
+    _makeEditor();
+    m_editor->toggle();
+}
+
+void QWKeyboardShortcuts::_makeEditor()
+{
+    if (!m_editor)
+        m_editor = std::make_unique<qw::ShortcutEditorPanel>(*this);
 }
 
 bool QWKeyboardShortcuts::_performShortcut(const QEvent &event)

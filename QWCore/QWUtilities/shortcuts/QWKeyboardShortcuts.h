@@ -96,6 +96,7 @@ protected:
 private:
     void _openPanel();
     void _togglePanel();
+    void _makeEditor();
     bool _performShortcut(const QEvent &event);
     QWidget *_setShortcutPanel() const;
     Groups _factoryGroups() const;

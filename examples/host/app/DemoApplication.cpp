@@ -1,20 +1,28 @@
 #include "DemoApplication.h"
 
 #include "../audio/AudioDocument.h"
+#include "../preferences/HostPreferences.h"
 #include "../tour/Tour.h"
 #include "../tour/TourSteps.h"
+#include "ControllerActions.h"
 #include "HostMenus.h"
+#include "HostSettings.h"
 #include "MainWindow.h"
 #include "SoundActions.h"
+#include "ViewActions.h"
+#include "WheelActions.h"
 
 #include <QWPlatform/System.h>
+#include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWUtilities/controllers/QWScrollWheelManager.h>
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 #include <QWUtilities/shell/QWSplashScreen.h>
+#include <QWUtilities/shortcuts/QWKeyboardShortcuts.h>
 
 #include <QIcon>
 #include <QUrl>
@@ -43,9 +51,13 @@ DemoApplication::~DemoApplication() = default;
 void DemoApplication::_setUp()
 {
     setApplicationDisplayName(QWApplication::name());
+    HostSettings::registerDefaults();
     if (!m_options.supportSite.isEmpty())
         System::current().locations().setSupportSite(m_options.supportSite);
-    platform::applyTheme(*this, m_options.theme);
+    m_theme = m_options.theme;
+    if (m_theme == platform::ThemeChoice::System && m_options.tour.isEmpty()) // pictures are alike everywhere
+        m_theme = ViewActions::storedTheme();
+    platform::applyTheme(*this, m_theme);
     _loadIcon();
 }
 
@@ -80,15 +92,56 @@ void DemoApplication::_openWindow()
     m_document = std::make_unique<AudioDocument>();
     m_window = std::make_unique<MainWindow>(*m_document);
     m_actions = std::make_unique<SoundActions>(*m_document, *m_window);
-    m_menus = std::make_unique<HostMenus>(*m_window, *m_actions, *this);
+    m_viewActions = std::make_unique<ViewActions>(*m_document, *m_window, m_theme);
+    platform::setDelegate(m_window.get(), m_actions.get());
+    platform::setDelegate(this, m_viewActions.get());
+    m_menus = std::make_unique<HostMenus>(*m_window, *m_actions);
     m_menus->fill(*m_units, *m_vst);
     m_window->setPlugInMenus(m_menus->effects(), m_menus->instruments());
     connect(m_window.get(), &MainWindow::closed, this, &QCoreApplication::quit);
-    if (!m_tour) // whose pictures are alike everywhere
+    if (!m_tour && HostSettings::isOn(HostSettings::rememberFrameKey)) // the tour's pictures are alike everywhere
         m_window->restoreFrame();
     m_window->show();
+    QWKeyboardShortcuts::loadShortcuts(); // with the menus there, whose items take their keys from it
+    _takeUpControllers();
+    _openFirstSound();
+}
+
+void DemoApplication::_takeUpControllers()
+{
+    m_window->showRuler(HostSettings::isOn(HostSettings::rulerKey));
+    m_window->showChain(HostSettings::isOn(HostSettings::chainKey));
+    QWPreferencesPanel::install<HostPreferences>();
+    QWScrollWheelManager::loadActions();
+    m_wheelActions = std::make_unique<WheelActions>(*m_window, *m_actions);
+    m_controllerActions = std::make_unique<ControllerActions>(m_window->viewport());
+    m_controllerActions->applySettings();
+}
+
+void DemoApplication::_openFirstSound()
+{
+    const HostSettings::Launch launch = m_tour ? HostSettings::Launch::Nothing : HostSettings::launch();
     if (!m_options.files.isEmpty())
         m_actions->openFile(m_options.files.first());
+    else if (launch == HostSettings::Launch::TestTone)
+        m_actions->openTestTone(nullptr);
+    else if (launch == HostSettings::Launch::LastSound && !HostSettings::lastSound().isEmpty())
+        m_actions->openFile(HostSettings::lastSound());
+}
+
+void DemoApplication::toggleScrollWheelActions(QObject *)
+{
+    QWScrollWheelManager::togglePanel();
+}
+
+void DemoApplication::openPreferences(QObject *)
+{
+    QWPreferencesPanel::open();
+}
+
+void DemoApplication::applyControllerSettings(QObject *)
+{
+    m_controllerActions->applySettings();
 }
 
 void DemoApplication::validatePlugIns(QObject *)
@@ -104,6 +157,11 @@ void DemoApplication::getUrlWithReplyEvent(const QString &text)
     const QUrl url(text);
     if (url.isLocalFile())
         m_actions->openFile(url.toLocalFile());
+}
+
+void DemoApplication::toggleKeyboardShortcuts(QObject *)
+{
+    QWKeyboardShortcuts::togglePanel();
 }
 
 void DemoApplication::openManual(QObject *)

@@ -13,10 +13,13 @@ namespace demo
 {
 
 class AudioDocument;
+class ControllerActions;
 class HostMenus;
 class MainWindow;
 class SoundActions;
 class Tour;
+class ViewActions;
+class WheelActions;
 
 /// The demo host. Made for what the command line asked for; everything else is made while it launches.
 class DemoApplication : public QWApplication
@@ -34,9 +37,14 @@ public:
     MainWindow &mainWindow() const { return *m_window; }
     AudioDocument &document() const { return *m_document; }
     SoundActions &actions() const { return *m_actions; }
+    ViewActions &viewActions() const { return *m_viewActions; }
     HostMenus &menus() const { return *m_menus; }
 
-    // Actions of menu items.
+    // Actions of menu items and shortcuts.
+    Q_INVOKABLE void toggleKeyboardShortcuts(QObject *sender);
+    Q_INVOKABLE void toggleScrollWheelActions(QObject *sender);
+    Q_INVOKABLE void openPreferences(QObject *sender);
+    Q_INVOKABLE void applyControllerSettings(QObject *sender);
     Q_INVOKABLE void openManual(QObject *sender);
     Q_INVOKABLE void openLegal(QObject *sender);
     Q_INVOKABLE void openAcknowledgements(QObject *sender);
@@ -52,6 +60,8 @@ private:
     void _loadIcon();
     void _validate();
     void _openWindow();
+    void _takeUpControllers();
+    void _openFirstSound();
 
     HostOptions m_options;
     std::unique_ptr<Tour> m_tour; ///< From before the launch, which it watches; null without a tour.
@@ -60,7 +70,11 @@ private:
     std::unique_ptr<AudioDocument> m_document;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<SoundActions> m_actions;
+    std::unique_ptr<ViewActions> m_viewActions;
     std::unique_ptr<HostMenus> m_menus;
+    std::unique_ptr<WheelActions> m_wheelActions;
+    std::unique_ptr<ControllerActions> m_controllerActions;
+    platform::ThemeChoice m_theme = platform::ThemeChoice::System;
 };
 
 } // namespace demo

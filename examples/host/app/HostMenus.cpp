@@ -1,7 +1,5 @@
 #include "HostMenus.h"
 
-#include "../audio/SoundFile.h"
-
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWUtilities/plugins/QWAUManager.h>
@@ -18,83 +16,113 @@ using platform::MenuItem;
 
 namespace
 {
-constexpr QChar f1(0xF704);
 constexpr qsizetype longestInline = 20; // items
+constexpr auto separator = "-";
 
-struct Entry
-{
-    const char *title;  ///< Null: a separator.
-    const char *action; ///< Null: the formats for saving.
-    QString key;
-    quint32 modifiers = MenuItem::Command;
-};
-
-const std::vector<Entry> fileEntries{{"Open…", "openDocument:", "o"},
-                                     {"Built-in Test Tone", "openTestTone:", "t"},
-                                     {nullptr, nullptr, {}},
-                                     {"Save As…", "saveDocumentAs:", "s", MenuItem::Command | MenuItem::Shift},
-                                     {"Format for Saving", nullptr, {}}};
-const std::vector<Entry> editEntries{{"Undo", "undoChange:", "z"},
-                                     {"Redo", "redoChange:", "z", MenuItem::Command | MenuItem::Shift}};
-const std::vector<Entry> quitEntries{{nullptr, nullptr, {}}, {"Quit", "terminate:", "q"}};
-const std::vector<Entry> helpEntries{{"Manual", "openManual:", f1, 0},
-                                     {"Legal", "openLegal:", {}},
-                                     {"Acknowledgements", "openAcknowledgements:", {}},
-                                     {nullptr, nullptr, {}},
-                                     {"About", "openAbout:", {}}};
-
-struct SaveFormat
+/// Titles; those of an item in a submenu are divided by ">". They are names of shortcuts, so they are not translated.
+struct Menu
 {
     const char *title;
-    SoundFile::Format format;
+    std::vector<const char *> items;
 };
-constexpr SaveFormat saveFormats[] = {{"WAV, 32-bit float", SoundFile::Format::WavFloat},
-                                      {"WAV, 24-bit", SoundFile::Format::Wav24},
-                                      {"AIFF, 32-bit float", SoundFile::Format::AiffFloat},
-                                      {"AIFF, 24-bit", SoundFile::Format::Aiff24}};
 
-MenuItem *addItem(QMenu &menu, QObject &target, const Entry &entry)
-{
-    MenuItem *item = platform::addMenuItem(menu, localized(entry.title), entry.action, entry.key, entry.modifiers);
-    item->setTarget(&target);
-    return item;
-}
+const Menu fileMenu{"&File",
+                    {"Open…", "Built-in Test Tone", separator, "Save As…", "Format for Saving>WAV, 32-bit float",
+                     "Format for Saving>WAV, 24-bit", "Format for Saving>AIFF, 32-bit float",
+                     "Format for Saving>AIFF, 24-bit", separator, "Quit"}};
+const Menu editMenu{"&Edit",
+                    {"Undo",
+                     "Redo",
+                     separator,
+                     "Select All",
+                     "Select Nothing",
+                     separator,
+                     "Trim>To Selection",
+                     "Trim>Delete Selection",
+                     "Trim>Silence at Both Ends",
+                     "Level>Louder by 1 dB",
+                     "Level>Softer by 1 dB",
+                     "Level>Louder by 6 dB",
+                     "Level>Softer by 6 dB",
+                     "Level>Normalise",
+                     "Level>Silence",
+                     "Level>Remove Offset",
+                     "Fade>In",
+                     "Fade>Out",
+                     "Channels>Swap",
+                     "Channels>Mix to Mono",
+                     "Reverse",
+                     "Invert",
+                     separator,
+                     "Keyboard Shortcuts…",
+                     "Scroll Wheel Actions…",
+                     "Preferences…"}};
+const Menu viewMenu{"&View",
+                    {"Zoom>In", "Zoom>Out", "Zoom>To Selection", "Zoom>To Fit", "Scroll>Left", "Scroll>Right",
+                     separator, "Time Ruler", "Chain", "Full Screen", separator, "Theme>As the Desktop", "Theme>Light",
+                     "Theme>Dark"}};
 
-void addSaveFormats(QMenu &menu, QObject &target, const QString &title)
+struct HelpEntry
 {
-    QMenu *formats = platform::addSubmenu(menu, title);
-    for (const SaveFormat &format : saveFormats) {
-        MenuItem *item = addItem(*formats, target, {format.title, "chooseSaveFormat:", {}});
-        item->setCheckable(true);
-        item->setTag(static_cast<qlonglong>(format.format));
+    const char *title;
+    const char *action;
+};
+constexpr HelpEntry helpEntries[] = {{"Manual", "openManual:"},
+                                     {"Legal", "openLegal:"},
+                                     {"Acknowledgements", "openAcknowledgements:"},
+                                     {"About", "openAbout:"}};
+
+QMenu &submenuWithTitle(QMenu &menu, const QString &title)
+{
+    for (QAction *item : menu.actions()) {
+        if (item->menu() && platform::titleOf(*item) == title)
+            return *item->menu();
     }
+    return *platform::addSubmenu(menu, title);
 }
 
-void addEntries(QMenu &menu, QObject &target, const std::vector<Entry> &entries)
+void addItem(QMenu &menu, const QString &path)
 {
-    for (const Entry &entry : entries) {
-        if (!entry.title)
-            menu.addSeparator();
-        else if (!entry.action)
-            addSaveFormats(menu, target, localized(entry.title));
-        else
-            addItem(menu, target, entry);
+    const qsizetype end = path.indexOf('>');
+    if (path == separator)
+        menu.addSeparator();
+    else if (end < 0)
+        platform::addMenuItem(menu, path);
+    else
+        addItem(submenuWithTitle(menu, path.left(end)), path.mid(end + 1));
+}
+
+QMenu *addMenu(QMenuBar &bar, const Menu &table)
+{
+    QMenu *menu = bar.addMenu(table.title);
+    for (const char *path : table.items)
+        addItem(*menu, path);
+    return menu;
+}
+
+/// "Undo" says what it would undo while the menu is open; its shortcut finds it by its own title.
+void restoreTitles(QMenu &menu)
+{
+    for (QAction *action : menu.actions()) {
+        if (auto *item = qobject_cast<MenuItem *>(action))
+            QObject::connect(&menu, &QMenu::aboutToHide, item,
+                             [item, title = item->title()] { item->setTitle(title); });
     }
 }
 } // namespace
 
-HostMenus::HostMenus(QMainWindow &window, QObject &actions, QObject &application)
+HostMenus::HostMenus(QMainWindow &window, QObject &actions)
     : m_actions(actions)
-    , m_application(application)
 {
     QMenuBar &bar = *window.menuBar();
-    QMenu *file = bar.addMenu(localized("&File"));
-    addEntries(*file, actions, fileEntries);
-    addEntries(*file, application, quitEntries);
-    addEntries(*bar.addMenu(localized("&Edit")), actions, editEntries);
-    m_effects = bar.addMenu(localized("Effect&s"));
-    m_instruments = bar.addMenu(localized("&Instruments"));
-    addEntries(*bar.addMenu(localized("&Help")), application, helpEntries);
+    addMenu(bar, fileMenu);
+    restoreTitles(*addMenu(bar, editMenu));
+    addMenu(bar, viewMenu);
+    m_effects = bar.addMenu("Effect&s");
+    m_instruments = bar.addMenu("&Instruments");
+    QMenu *help = bar.addMenu("&Help");
+    for (const HelpEntry &entry : helpEntries)
+        platform::addMenuItem(*help, entry.title, entry.action);
 }
 
 HostMenus::~HostMenus() = default;
@@ -115,7 +143,7 @@ void HostMenus::_fill(QMenu &menu, std::unique_ptr<QMenu> units, std::unique_ptr
     _addCatalog(menu, localized("Audio Units"), std::move(units));
     _addCatalog(menu, localized("VST"), std::move(vst));
     menu.addSeparator();
-    addItem(menu, m_application, {"Look for New Plug-ins", "validatePlugIns:", {}});
+    platform::addMenuItem(menu, localized("Look for New Plug-ins"), "validatePlugIns:");
 }
 
 // A short catalog stands in the menu itself, a long one in a submenu.

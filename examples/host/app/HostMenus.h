@@ -14,12 +14,13 @@ class QWVSTManager;
 namespace demo
 {
 
-/// The menu bar of the host. The plug-in menus are filled from the two catalogs.
+/// The menu bar of the host. It knows the titles and their order; keys, actions and tags of the menus File, Edit and
+/// View are those of the shortcuts of the same names. The plug-in menus are filled from the two catalogs.
 class HostMenus
 {
 public:
-    /// @p actions receives what concerns the sound, @p application the rest; neither is owned.
-    HostMenus(QMainWindow &window, QObject &actions, QObject &application);
+    /// @p actions receives what the plug-in menus send; not owned. Everything else finds its receiver itself.
+    HostMenus(QMainWindow &window, QObject &actions);
     ~HostMenus();
 
     /// Fills the Effects and Instruments menus anew.
@@ -33,7 +34,6 @@ private:
     void _addCatalog(QMenu &menu, const QString &title, std::unique_ptr<QMenu> catalog);
 
     QObject &m_actions;
-    QObject &m_application;
     QMenu *m_effects;
     QMenu *m_instruments;
     std::vector<std::unique_ptr<QMenu>> m_catalogs; ///< Own the items that the two menus show.

@@ -17,6 +17,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
@@ -42,6 +43,15 @@ QStringList localFilesIn(const QMimeData &data)
             paths += url.toLocalFile();
     }
     return paths;
+}
+
+/// In the middle of the screen, as far as it fits.
+QRect centred(const QSize &size)
+{
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    QRect frame({}, size.boundedTo(room.size()));
+    frame.moveCenter(room.center());
+    return frame;
 }
 
 /// @p frame within the screen that shows a part of it; null when none does.
@@ -127,15 +137,15 @@ QWidget *MainWindow::_makeContent()
 {
     auto *content = new QWidget(m_stack);
     m_chain = new ChainStrip(content);
-    m_waveforms = new WaveformPair(content);
+    m_waveforms = new WaveformPair(m_viewport, content);
     auto *layout = new QVBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(16);
     layout->addWidget(_makeHeader());
     layout->addWidget(m_chain);
     layout->addWidget(m_waveforms, 1);
-    connect(m_chain, &ChainStrip::stationChosen, this, &MainWindow::_showStation);
-    connect(m_waveforms, &WaveformPair::positionChanged, m_transport, &TransportLine::setPosition);
+    connect(m_chain, &ChainStrip::stationChosen, this, &MainWindow::showStation);
+    connect(&m_viewport, &Viewport::positionChanged, m_transport, &TransportLine::setPosition);
     return content;
 }
 
@@ -144,6 +154,9 @@ void MainWindow::setPlugInMenus(QMenu *effects, QMenu *instruments)
     m_effects->setMenu(effects);
     m_chain->addButton()->setMenu(effects);
     m_instruments->setMenu(instruments);
+    // A button that has the focus goes down whenever its menu opens, but comes up only when it opened the menu itself.
+    for (QPushButton *button : {m_effects, m_instruments, m_chain->addButton()})
+        connect(button->menu(), &QMenu::aboutToHide, button, [button] { button->setDown(false); });
     for (QPushButton *button : {m_effects, m_instruments})
         button->setMinimumWidth(button->sizeHint().width() + 16); // the menu's arrow has been added
 }
@@ -154,22 +167,51 @@ void MainWindow::_showDocument()
     m_transport->showSound(m_document.result().get());
     setWindowTitle(m_document.isEmpty() ? QGuiApplication::applicationDisplayName() : m_document.title() + "[*]");
     setWindowModified(m_document.isModified());
+    m_station = 0;
     if (m_document.isEmpty())
         return;
     m_title->setText(m_document.title());
     m_title->setToolTip(m_document.title());
-    _showStation(static_cast<int>(m_document.steps().size()));
+    showStation(static_cast<int>(m_document.steps().size()));
 }
 
-void MainWindow::_showStation(int station)
+void MainWindow::showStation(int station)
 {
-    m_chain->show(m_document, station);
-    if (station == 0)
+    if (m_document.isEmpty())
+        return;
+    m_station = std::clamp(station, 0, static_cast<int>(m_document.steps().size()));
+    m_chain->show(m_document, m_station);
+    if (m_station == 0)
         return m_waveforms->showSound(m_document.title(), m_document.source());
-    const auto index = static_cast<size_t>(station - 1);
+    const auto index = static_cast<size_t>(m_station - 1);
     const Step &step = m_document.steps()[index];
     m_waveforms->showStep(m_document.before(index), platform::formatted(localized("After %@"), {step.name}),
                           step.result);
+}
+
+ClipPointer MainWindow::shownClip() const
+{
+    return m_station == 0 ? m_document.source() : m_document.steps()[static_cast<size_t>(m_station - 1)].result;
+}
+
+void MainWindow::showRuler(bool visible)
+{
+    m_waveforms->showRuler(visible);
+}
+
+bool MainWindow::showsRuler() const
+{
+    return m_waveforms->showsRuler();
+}
+
+void MainWindow::showChain(bool visible)
+{
+    m_chain->setVisible(visible);
+}
+
+bool MainWindow::showsChain() const
+{
+    return !m_chain->isHidden();
 }
 
 QString MainWindow::_frameKey() const
@@ -181,15 +223,24 @@ void MainWindow::restoreFrame()
 {
     const QString text = platform::System::current().userDefaults().string(_frameKey());
     const QRect frame = platform::TextForms::rectFromString(text).toRect();
-    if (const QRect fitted = fittedToAScreen(frame); frame.isValid() && fitted.isValid())
-        setGeometry(fitted);
+    const QRect fitted = frame.isValid() ? fittedToAScreen(frame) : QRect();
+    setGeometry(fitted.isValid() ? fitted : centred(size()));
+    m_fittedFrame = frame.isValid() && fitted != frame ? geometry() : QRect();
+    m_remembersFrame = true;
+}
+
+void MainWindow::_rememberFrame() const
+{
+    if (m_remembersFrame && geometry() != m_fittedFrame && !isFullScreen())
+        platform::System::current().userDefaults().setObject(_frameKey(),
+                                                             platform::TextForms::stringFromRect(geometry()));
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (mayClose && !mayClose())
         return event->ignore();
-    platform::System::current().userDefaults().setObject(_frameKey(), platform::TextForms::stringFromRect(geometry()));
+    _rememberFrame();
     event->accept();
     Q_EMIT closed();
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "../audio/Clip.h"
+#include "../views/Viewport.h"
+
 #include <QMainWindow>
 
 #include <functional>
@@ -28,11 +31,23 @@ public:
     ~MainWindow() override;
 
     TransportLine &transport() const { return *m_transport; }
+    Viewport &viewport() { return m_viewport; }
+
+    /// What is shown of the chain: 0 is the source, 1 what the first step made of it. Beyond the ends is the end.
+    int station() const { return m_station; }
+    void showStation(int station);
+    ClipPointer shownClip() const; ///< Null while there is no sound.
+
+    void showRuler(bool visible);
+    bool showsRuler() const;
+    void showChain(bool visible);
+    bool showsChain() const;
 
     /// The menus that the window's buttons open. Not owned.
     void setPlugInMenus(QMenu *effects, QMenu *instruments);
 
-    /// Restores the frame of the last run, where a screen still shows it.
+    /// Takes the frame of the last run, fitted to a screen that still shows it, else the middle of the screen; from now
+    /// on the frame is remembered when the window closes. A frame that only the screen made smaller is not.
     void restoreFrame();
 
     /// Asked before the window closes; false keeps it open.
@@ -58,10 +73,14 @@ private:
     QWidget *_makeHeader();
     QPushButton *_makeButton(const QString &icon, const QString &title);
     void _showDocument();
-    void _showStation(int station);
     QString _frameKey() const;
+    void _rememberFrame() const;
 
     AudioDocument &m_document;
+    Viewport m_viewport;
+    int m_station = 0;
+    bool m_remembersFrame = false;
+    QRect m_fittedFrame; ///< As restored, when it was not the one remembered.
     QStackedWidget *m_stack;
     EmptyState *m_empty;
     QLabel *m_title;

@@ -3,17 +3,23 @@
 #include "../audio/PluginRenderer.h"
 #include "../audio/TestTone.h"
 #include "../views/TransportLine.h"
+#include "../views/Viewport.h"
+#include "HostSettings.h"
 #include "MainWindow.h"
-#include "PlugInChoice.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/appkit/FilePanels.h>
 #include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/appkit/Workspace.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QFileInfo>
+#include <QUrl>
+
+#include <algorithm>
+#include <cmath>
 
 namespace demo
 {
@@ -52,6 +58,16 @@ WorkResult render(const PluginRenderer::Opener &opener, const ClipPointer &sourc
     PluginRenderer renderer(opener, progress);
     auto sound = source ? renderer.apply(source->sound, &error) : renderer.play(instrumentRate, &error);
     return resultOf(std::move(sound), error, renderer.vendor());
+}
+
+/// All of it where nothing is selected.
+FrameRange partOf(const Sound &sound, const TimeRange &selection)
+{
+    const auto frameAt = [&](double seconds) {
+        return std::clamp(static_cast<qint64>(std::llround(seconds * sound.sampleRate)), qint64(0), sound.frames());
+    };
+    return selection.isEmpty() ? FrameRange{0, sound.frames()}
+                               : FrameRange{frameAt(selection.begin), frameAt(selection.end)};
 }
 
 bool isClipping(SoundFile::Format format, const Clip &clip)
@@ -101,11 +117,11 @@ void SoundActions::openFile(const QString &path)
     _start(
         formatted(localized("Opening %@…"), {name}),
         [path](WorkProgress &progress) { return readFile(path, progress); },
-        [this, name](const WorkResult &result) {
-            if (result.clip)
-                _takeSource(name, localized("Sound file"), result);
-            else
-                _fail(formatted(localized("“%@” could not be opened."), {name}), result);
+        [this, path, name](const WorkResult &result) {
+            if (!result.clip)
+                return _fail(formatted(localized("“%@” could not be opened."), {name}), result);
+            HostSettings::setLastSound(path);
+            _takeSource(name, localized("Sound file"), result);
         });
 }
 
@@ -134,6 +150,7 @@ void SoundActions::applyEffect(QObject *sender)
     const auto choice = item ? PlugInChoice::fromMenuItem(*item) : std::nullopt;
     if (!choice)
         return;
+    m_lastEffect = choice;
     if (!m_document.isEmpty())
         return _applyEffect(*choice);
     _start(
@@ -157,6 +174,63 @@ void SoundActions::_applyEffect(const PlugInChoice &choice)
             else
                 _fail(formatted(localized("“%@” could not be applied."), {name}), result);
         });
+}
+
+void SoundActions::applyEffectAgain(QObject *)
+{
+    if (m_lastEffect && !m_document.isEmpty())
+        _applyEffect(*m_lastEffect);
+}
+
+void SoundActions::applyEdit(QObject *sender)
+{
+    const QString name = sender ? sender->property("representedObject").toString() : QString();
+    const SoundEdit *const edit = SoundEdits::named(name);
+    const bool isSelected = !m_window.viewport().selection().isEmpty();
+    if (edit && (isSelected || edit->needs == SoundEdit::Needs::Sound))
+        _edit(localized(edit->title), edit->apply);
+}
+
+void SoundActions::changeGain(QObject *sender)
+{
+    const int decibels = sender ? sender->property("tag").toInt() : 0;
+    const QString title = localized(decibels > 0 ? "Louder by %@ dB" : "Softer by %@ dB");
+    _edit(platform::formatted(title, {QString::number(std::abs(decibels))}),
+          [decibels](Sound &sound, FrameRange part) { SoundEdits::changeGain(sound, part, decibels); });
+}
+
+void SoundActions::cancelWork(QObject *)
+{
+    m_work.cancel();
+}
+
+/// Of the selection, else of the whole result.
+void SoundActions::_edit(const QString &title, Edit edit)
+{
+    if (m_document.isEmpty())
+        return;
+    const FrameRange part = partOf(m_document.result()->sound, m_window.viewport().selection());
+    _start(
+        title,
+        [edit = std::move(edit), part, source = m_document.result()](WorkProgress &) {
+            Sound sound = source->sound;
+            edit(sound, part);
+            return resultOf(sound.isEmpty() ? std::nullopt : std::optional(std::move(sound)), {});
+        },
+        [this, title](const WorkResult &result) { _takeEdited(title, result); });
+}
+
+void SoundActions::_takeEdited(const QString &title, const WorkResult &result)
+{
+    if (!result.error.isEmpty())
+        return _fail(formatted(localized("“%@” could not be applied."), {title}), result);
+    if (!result.clip)
+        return m_window.transport().showStatus(localized("Nothing would be left of the sound"));
+    const bool isOtherLength = result.clip->sound.frames() != m_document.result()->sound.frames();
+    const bool ofPart = !m_window.viewport().selection().isEmpty();
+    m_document.addStep({title, localized(ofPart ? "Selection" : "Whole sound"), result.clip});
+    if (isOtherLength)
+        m_window.viewport().setSelection({});
 }
 
 void SoundActions::playInstrument(QObject *sender)
@@ -185,8 +259,8 @@ SoundFile::Format SoundActions::saveFormat() const
 
 void SoundActions::chooseSaveFormat(QObject *sender)
 {
-    if (const auto *item = qobject_cast<MenuItem *>(sender))
-        platform::System::current().userDefaults().setObject(saveFormatKey, item->tag());
+    if (sender)
+        platform::System::current().userDefaults().setObject(saveFormatKey, sender->property("tag").toLongLong());
 }
 
 void SoundActions::saveDocumentAs(QObject *)
@@ -197,7 +271,7 @@ void SoundActions::saveDocumentAs(QObject *)
     request.window = &m_window;
     request.title = localized("Save Sound");
     request.suggestedName = QFileInfo(m_document.title()).completeBaseName();
-    if (!m_document.steps().empty())
+    if (!m_document.steps().empty() && HostSettings::isOn(HostSettings::effectNameKey))
         request.suggestedName += " " + m_document.steps().back().name;
     request.requiredFileType = SoundFile::extension(saveFormat());
     platform::System::current().filePanels().beginSavePanel(request, [this](int code, const QString &path) {
@@ -218,7 +292,7 @@ void SoundActions::_save(const QString &path)
             result.clip = clip;
         return result;
     };
-    _start(formatted(localized("Saving %@…"), {name}), write, [this, name, format](const WorkResult &result) {
+    _start(formatted(localized("Saving %@…"), {name}), write, [this, path, name, format](const WorkResult &result) {
         if (!result.clip) {
             m_closeWhenSaved = false;
             return _fail(formatted(localized("“%@” could not be saved."), {name}), result);
@@ -226,6 +300,8 @@ void SoundActions::_save(const QString &path)
         m_document.setSaved();
         const char *status = isClipping(format, *result.clip) ? "Saved %@; peaks above 0 dB were clipped" : "Saved %@";
         m_window.transport().showStatus(formatted(localized(status), {name}));
+        if (HostSettings::isOn(HostSettings::showSavedKey))
+            platform::System::current().workspace().openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));
         if (m_closeWhenSaved)
             m_window.close();
     });
@@ -243,7 +319,7 @@ void SoundActions::redoChange(QObject *)
 
 bool SoundActions::_mayClose()
 {
-    if (!m_document.isModified())
+    if (!m_document.isModified() || !HostSettings::isOn(HostSettings::askKey))
         return true;
     const QStringList buttons{localized("Save As…"), localized("Don’t Save"), localized("Cancel")};
     const int answer =
@@ -263,6 +339,17 @@ bool SoundActions::_validateHistoryItem(MenuItem &item, const char *verb, const 
     return !change.isEmpty() && !m_work.isRunning();
 }
 
+/// False for what would change a sound that is not there.
+bool SoundActions::_validateEdit(const MenuItem &item) const
+{
+    const bool isEdit = item.action() == platform::Selector("applyEdit:");
+    const bool changes = isEdit || item.action() == platform::Selector("changeGain:") ||
+                         item.action() == platform::Selector("applyEffectAgain:");
+    const SoundEdit *const edit = isEdit ? SoundEdits::named(item.representedObject().toString()) : nullptr;
+    const bool needsSelection = edit && edit->needs == SoundEdit::Needs::Selection;
+    return !(changes && m_document.isEmpty()) && !(needsSelection && m_window.viewport().selection().isEmpty());
+}
+
 bool SoundActions::validateMenuItem(QAction *action)
 {
     auto *item = qobject_cast<MenuItem *>(action);
@@ -272,9 +359,16 @@ bool SoundActions::validateMenuItem(QAction *action)
     if (selector == platform::Selector("redoChange:"))
         return _validateHistoryItem(*item, "Redo", m_document.redoName());
     if (selector == platform::Selector("chooseSaveFormat:")) {
+        item->setCheckable(true);
         item->setChecked(item->tag() == static_cast<qlonglong>(saveFormat()));
         return true;
     }
+    if (selector == platform::Selector("cancelWork:"))
+        return m_work.isRunning();
+    if (selector == platform::Selector("applyEffectAgain:") && !m_lastEffect)
+        return false;
+    if (item && !_validateEdit(*item))
+        return false;
     if (selector == platform::Selector("saveDocumentAs:") && m_document.isEmpty())
         return false;
     return !m_work.isRunning();

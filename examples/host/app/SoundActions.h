@@ -1,8 +1,10 @@
 #pragma once
 
+#include "PlugInChoice.h"
 #include "SoundWork.h"
 
 #include "../audio/AudioDocument.h"
+#include "../audio/SoundEdits.h"
 #include "../audio/SoundFile.h"
 
 class QAction;
@@ -16,7 +18,6 @@ namespace demo
 {
 
 class MainWindow;
-struct PlugInChoice;
 
 /// What the user can do with the sound: the receiver of the menus' actions, and the one who starts work, keeps the
 /// document and tells failures.
@@ -35,17 +36,26 @@ public:
     Q_INVOKABLE void openDocument(QObject *sender);
     Q_INVOKABLE void openTestTone(QObject *sender);
     Q_INVOKABLE void saveDocumentAs(QObject *sender);
-    Q_INVOKABLE void chooseSaveFormat(QObject *sender); ///< The item's tag is the format.
+    Q_INVOKABLE void chooseSaveFormat(QObject *sender); ///< The sender's tag is the format.
     Q_INVOKABLE void undoChange(QObject *sender);
     Q_INVOKABLE void redoChange(QObject *sender);
     Q_INVOKABLE void applyEffect(QObject *sender);
+    Q_INVOKABLE void applyEffectAgain(QObject *sender); ///< The last one that was chosen.
     Q_INVOKABLE void playInstrument(QObject *sender);
+    Q_INVOKABLE void applyEdit(QObject *sender);  ///< The represented object names it, see SoundEdits.
+    Q_INVOKABLE void changeGain(QObject *sender); ///< The sender's tag, in decibels.
+    Q_INVOKABLE void cancelWork(QObject *sender);
     Q_INVOKABLE bool validateMenuItem(QAction *item);
 
 private:
+    using Edit = std::function<void(Sound &sound, FrameRange part)>;
+
     void _start(const QString &status, SoundWork::Work work, SoundWork::Done done);
     void _takeSource(const QString &title, const QString &origin, const WorkResult &result);
     void _applyEffect(const PlugInChoice &choice);
+    void _edit(const QString &title, Edit edit);
+    void _takeEdited(const QString &title, const WorkResult &result);
+    bool _validateEdit(const platform::MenuItem &item) const;
     void _save(const QString &path);
     void _fail(const QString &message, const WorkResult &result);
     bool _mayClose();
@@ -54,6 +64,7 @@ private:
     AudioDocument &m_document;
     MainWindow &m_window;
     SoundWork m_work;
+    std::optional<PlugInChoice> m_lastEffect;
     bool m_closeWhenSaved = false;
 };
 

@@ -51,7 +51,7 @@ WaveformSummary::Column WaveformSummary::_fromBuckets(const std::vector<Bucket> 
     return {sum.least, sum.greatest, std::sqrt(sum.squares / static_cast<float>(summed))};
 }
 
-std::vector<WaveformSummary::Column> WaveformSummary::columns(const Sound &sound, int channel, qint64 frames,
+std::vector<WaveformSummary::Column> WaveformSummary::columns(const Sound &sound, int channel, qint64 start, qint64 frames,
                                                               int count) const
 {
     std::vector<Column> result(static_cast<size_t>(std::max(count, 0)));
@@ -60,8 +60,8 @@ std::vector<WaveformSummary::Column> WaveformSummary::columns(const Sound &sound
     const auto length = static_cast<qint64>(samples.size());
     const bool coarse = count > 0 && frames / count >= 2 * bucketFrames;
     for (int i = 0; i < count; ++i) {
-        const qint64 first = frames * i / count;
-        const qint64 last = std::min(std::max(frames * (i + 1) / count, first + 1), length);
+        const qint64 first = start + frames * i / count;
+        const qint64 last = std::min(std::max(start + frames * (i + 1) / count, first + 1), length);
         if (first >= length)
             break;
         result[static_cast<size_t>(i)] =

@@ -27,9 +27,9 @@ public:
     WaveformSummary() = default;
     explicit WaveformSummary(const Sound &sound);
 
-    /// @p count columns over @p frames frames from the start of channel @p channel of the sound that was summed up.
-    /// Columns beyond its end are silent.
-    std::vector<Column> columns(const Sound &sound, int channel, qint64 frames, int count) const;
+    /// @p count columns over @p frames frames from frame @p start on of channel @p channel of the sound that was summed
+    /// up. Columns beyond its end are silent.
+    std::vector<Column> columns(const Sound &sound, int channel, qint64 start, qint64 frames, int count) const;
 
 private:
     struct Bucket

@@ -2,9 +2,11 @@
 
 #include "../app/DemoApplication.h"
 #include "../app/MainWindow.h"
+#include "ControllerScenes.h"
 #include "EffectStep.h"
 #include "MenuStep.h"
 #include "ScanAlertStep.h"
+#include "ShortcutScenes.h"
 #include "SplashStep.h"
 #include "WindowStep.h"
 
@@ -63,6 +65,10 @@ std::vector<std::unique_ptr<TourStep>> makeTourSteps(const Tour &tour)
     add<EffectStep>(steps, "effect-applied", QStringList{"ZamDelay", "MaFreeverb", "ZamVerb"}, 1);
     add<MenuStep>(steps, "effects-menu");
     add<EffectStep>(steps, "host", QStringList{"DragonflyHallReverb", "MVerb", "MaFreeverb", "ZamVerb"}, 2);
+    for (const WindowStep::Window &scene : shortcutScenes())
+        add<WindowStep>(steps, scene);
+    for (const WindowStep::Window &scene : controllerScenes())
+        add<WindowStep>(steps, scene);
     add<WindowStep>(steps, WindowStep::Window{"about", [](App &app) { app.openAbout(nullptr); }, aboutPanel,
                                               closeAboutPanel, true});
     add<WindowStep>(steps, WindowStep::Window{"manual", [](App &app) { app.openManual(nullptr); }, manualWindow,

@@ -19,17 +19,21 @@ WindowStep::WindowStep(const Window &window)
 {
 }
 
-QImage WindowStep::_look(QWidget &window) const
+QImage WindowStep::_look(DemoApplication &application) const
 {
-    return m_window.onBackdrop ? ScreenPicture::of(QList<QWidget *>{&window}) : ScreenPicture::of(window);
+    QWidget *window = m_window.window(application);
+    QWidget *sheet = m_window.sheet ? m_window.sheet(application) : nullptr;
+    if (!m_window.onBackdrop)
+        return ScreenPicture::of(*window);
+    return ScreenPicture::of(sheet ? QList<QWidget *>{window, sheet} : QList<QWidget *>{window});
 }
 
 void WindowStep::begin(DemoApplication &application)
 {
     if (!m_window.open)
         return;
-    if (QWidget *window = m_window.window(application); window && window->isVisible())
-        m_before = _look(*window);
+    if (const QWidget *window = m_window.window(application); window && window->isVisible())
+        m_before = _look(application);
     m_window.open(application);
     if (m_window.page)
         QObject::connect(m_window.page(application), &platform::WebView::loadFinished, &m_receiver,
@@ -41,6 +45,9 @@ bool WindowStep::_isReady(DemoApplication &application) const
     const QWidget *window = m_window.window(application);
     if (!window || !window->isVisible() || window->windowOpacity() < 1)
         return false;
+    const QWidget *sheet = m_window.sheet ? m_window.sheet(application) : nullptr;
+    if (m_window.sheet && !(sheet && sheet->isVisible() && sheet->windowOpacity() >= 1))
+        return false;
     return !m_window.page ||
            (m_pageLoaded && ScreenPicture::hasContent(ScreenPicture::of(*m_window.page(application)->widget())));
 }
@@ -49,7 +56,7 @@ std::optional<QImage> WindowStep::picture(DemoApplication &application)
 {
     if (!_isReady(application))
         return std::nullopt;
-    const QImage now = _look(*m_window.window(application));
+    const QImage now = _look(application);
     m_alike = now == m_last && now != m_before ? m_alike + 1 : 0;
     m_last = now;
     return m_alike >= picturesAtRest ? std::optional(now) : std::nullopt;

@@ -23,9 +23,10 @@ public:
         const char *name;
         void (*open)(DemoApplication &application); ///< Null: it is open already.
         QWidget *(*window)(DemoApplication &application);
-        void (*close)(DemoApplication &application);                        ///< Null: it stays open.
+        void (*close)(DemoApplication &application) = nullptr;              ///< Null: it stays open.
         bool onBackdrop = false;                                            ///< For windows whose corners are round.
         platform::WebView *(*page)(DemoApplication &application) = nullptr; ///< Null: the window shows no page.
+        QWidget *(*sheet)(DemoApplication &application) = nullptr;          ///< Null: no sheet stands before it.
     };
 
     explicit WindowStep(const Window &window);
@@ -36,7 +37,7 @@ public:
     void end(DemoApplication &application) override;
 
 private:
-    QImage _look(QWidget &window) const;
+    QImage _look(DemoApplication &application) const;
     bool _isReady(DemoApplication &application) const;
 
     Window m_window;

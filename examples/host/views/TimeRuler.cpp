@@ -23,9 +23,9 @@ TimeRuler::TimeRuler(QWidget *parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
-void TimeRuler::setDuration(double seconds)
+void TimeRuler::setRange(const TimeRange &range)
 {
-    m_duration = std::max(seconds, 0.001);
+    m_range = {range.begin, std::max(range.end, range.begin + 0.001)};
     update();
 }
 
@@ -48,11 +48,12 @@ void TimeRuler::paintEvent(QPaintEvent *)
     painter.setFont(small);
     QColor ink = palette().color(QPalette::WindowText);
     ink.setAlphaF(0.6f);
-    const double step = stepFor(m_duration, width() / 88.0);
-    const double pixels = width() / m_duration;
-    for (qint64 tick = 0; static_cast<double>(tick) * step / minorTicks <= m_duration; ++tick) {
+    const double step = stepFor(m_range.length(), width() / 88.0);
+    const double pixels = width() / m_range.length();
+    const auto firstTick = static_cast<qint64>(std::ceil(m_range.begin * minorTicks / step));
+    for (qint64 tick = firstTick; static_cast<double>(tick) * step / minorTicks <= m_range.end; ++tick) {
         const double seconds = static_cast<double>(tick) * step / minorTicks;
-        const double x = std::min(std::floor(seconds * pixels) + 0.5, width() - 0.5);
+        const double x = std::min(std::floor((seconds - m_range.begin) * pixels) + 0.5, width() - 0.5);
         const bool major = tick % minorTicks == 0;
         ink.setAlphaF(major ? 0.45f : 0.2f);
         painter.setPen(ink);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TimeRange.h"
+
 #include <QWidget>
 
 namespace demo
@@ -13,7 +15,8 @@ class TimeRuler : public QWidget
 public:
     explicit TimeRuler(QWidget *parent = nullptr);
 
-    void setDuration(double seconds);
+    /// What its width stands for.
+    void setRange(const TimeRange &range);
 
     QSize sizeHint() const override;
 
@@ -25,7 +28,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    double m_duration = 1;
+    TimeRange m_range{0, 1};
 };
 
 } // namespace demo

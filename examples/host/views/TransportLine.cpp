@@ -1,6 +1,7 @@
 #include "TransportLine.h"
 
 #include "../audio/Clip.h"
+#include "LevelMeter.h"
 #include "Wording.h"
 
 #include <QWPlatform/foundation/Localization.h>
@@ -27,6 +28,7 @@ void setQuiet(QLabel *label)
 TransportLine::TransportLine(QWidget *parent)
     : QWidget(parent)
     , m_position(new QLabel(this))
+    , m_level(new LevelMeter(this))
     , m_facts(new QLabel(this))
     , m_status(new QLabel(this))
     , m_bar(new QProgressBar(this))
@@ -49,6 +51,7 @@ TransportLine::TransportLine(QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(16);
     layout->addWidget(m_position);
+    layout->addWidget(m_level);
     layout->addWidget(m_facts);
     layout->addWidget(m_status, 1);
     layout->addWidget(m_bar);
@@ -63,11 +66,17 @@ void TransportLine::showSound(const Clip *clip)
 {
     m_facts->setText(clip ? Wording::summary(*clip) : QString());
     m_position->setVisible(clip != nullptr);
+    m_level->setVisible(clip != nullptr);
 }
 
 void TransportLine::setPosition(double seconds)
 {
     m_position->setText(Wording::time(seconds));
+}
+
+void TransportLine::showLevel(float level)
+{
+    m_level->setLevel(level);
 }
 
 void TransportLine::showStatus(const QString &text)

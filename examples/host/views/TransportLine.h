@@ -9,6 +9,7 @@ class QPushButton;
 namespace demo
 {
 
+class LevelMeter;
 struct Clip;
 
 /// The line at the bottom: position and facts of the sound on the left, what is going on on the right.
@@ -22,6 +23,7 @@ public:
     /// Null: no sound.
     void showSound(const Clip *clip);
     void setPosition(double seconds);
+    void showLevel(float level); ///< A peak at the position.
 
     /// A sentence that stays until the next one.
     void showStatus(const QString &text);
@@ -36,6 +38,7 @@ Q_SIGNALS:
 
 private:
     QLabel *m_position;
+    LevelMeter *m_level;
     QLabel *m_facts;
     QLabel *m_status;
     QProgressBar *m_bar;

@@ -1,6 +1,7 @@
 #include "WaveformPair.h"
 
 #include "TimeRuler.h"
+#include "Viewport.h"
 #include "WaveformView.h"
 
 #include <QWPlatform/foundation/Localization.h>
@@ -12,11 +13,12 @@
 namespace demo
 {
 
-WaveformPair::WaveformPair(QWidget *parent)
+WaveformPair::WaveformPair(Viewport &viewport, QWidget *parent)
     : QWidget(parent)
+    , m_viewport(viewport)
     , m_ruler(new TimeRuler(this))
-    , m_before(new WaveformView(WaveformView::Tone::Quiet, this))
-    , m_after(new WaveformView(WaveformView::Tone::Strong, this))
+    , m_before(new WaveformView(WaveformView::Tone::Quiet, viewport, this))
+    , m_after(new WaveformView(WaveformView::Tone::Strong, viewport, this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -24,15 +26,14 @@ WaveformPair::WaveformPair(QWidget *parent)
     layout->addWidget(m_before, 1);
     layout->addWidget(m_after, 1);
     layout->addWidget(m_ruler);
-    connect(m_before, &WaveformView::positionChosen, this, &WaveformPair::setPosition);
-    connect(m_after, &WaveformView::positionChosen, this, &WaveformPair::setPosition);
+    connect(&viewport, &Viewport::visibleChanged, this, [this] { m_ruler->setRange(m_viewport.visible()); });
 }
 
 void WaveformPair::showSound(const QString &heading, const ClipPointer &clip)
 {
     m_before->hide();
     m_after->setClip(heading, clip);
-    _setDuration(clip->sound.seconds());
+    m_viewport.setDuration(clip->sound.seconds());
 }
 
 void WaveformPair::showStep(const ClipPointer &before, const QString &heading, const ClipPointer &after)
@@ -40,24 +41,17 @@ void WaveformPair::showStep(const ClipPointer &before, const QString &heading, c
     m_before->setClip(platform::localized("Before"), before);
     m_after->setClip(heading, after);
     m_before->show();
-    _setDuration(std::max(before->sound.seconds(), after->sound.seconds()));
+    m_viewport.setDuration(std::max(before->sound.seconds(), after->sound.seconds()));
 }
 
-void WaveformPair::_setDuration(double seconds)
+void WaveformPair::showRuler(bool visible)
 {
-    m_duration = seconds;
-    m_ruler->setDuration(seconds);
-    m_before->setDuration(seconds);
-    m_after->setDuration(seconds);
-    setPosition(m_position);
+    m_ruler->setVisible(visible);
 }
 
-void WaveformPair::setPosition(double seconds)
+bool WaveformPair::showsRuler() const
 {
-    m_position = std::clamp(seconds, 0.0, m_duration);
-    m_before->setPosition(m_position);
-    m_after->setPosition(m_position);
-    Q_EMIT positionChanged(m_position);
+    return !m_ruler->isHidden();
 }
 
 } // namespace demo

@@ -8,6 +8,7 @@ namespace demo
 {
 
 class TimeRuler;
+class Viewport;
 class WaveformView;
 
 /// Two waveforms on one time scale, the ruler above them. Without a "before" there is one.
@@ -16,7 +17,7 @@ class WaveformPair : public QWidget
     Q_OBJECT
 
 public:
-    explicit WaveformPair(QWidget *parent = nullptr);
+    explicit WaveformPair(Viewport &viewport, QWidget *parent = nullptr);
 
     /// One sound alone.
     void showSound(const QString &heading, const ClipPointer &clip);
@@ -24,20 +25,14 @@ public:
     /// The sound before and after a step.
     void showStep(const ClipPointer &before, const QString &heading, const ClipPointer &after);
 
-    double position() const { return m_position; }
-    void setPosition(double seconds);
-
-Q_SIGNALS:
-    void positionChanged(double seconds);
+    void showRuler(bool visible);
+    bool showsRuler() const;
 
 private:
-    void _setDuration(double seconds);
-
+    Viewport &m_viewport;
     TimeRuler *m_ruler;
     WaveformView *m_before;
     WaveformView *m_after;
-    double m_position = 0;
-    double m_duration = 0;
 };
 
 } // namespace demo

@@ -1,10 +1,10 @@
 #include "WaveformView.h"
 
+#include "Viewport.h"
 #include "Wording.h"
 
 #include <QWPlatform/foundation/Localization.h>
 
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -67,10 +67,14 @@ QPainterPath shapeOf(const std::vector<WaveformSummary::Column> &columns, const 
 }
 } // namespace
 
-WaveformView::WaveformView(Tone tone, QWidget *parent)
+WaveformView::WaveformView(Tone tone, Viewport &viewport, QWidget *parent)
     : QWidget(parent)
     , m_tone(tone)
+    , m_viewport(viewport)
 {
+    connect(&viewport, &Viewport::visibleChanged, this, &WaveformView::_refresh);
+    connect(&viewport, &Viewport::selectionChanged, this, qOverload<>(&QWidget::update));
+    connect(&viewport, &Viewport::positionChanged, this, qOverload<>(&QWidget::update));
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setCursor(Qt::IBeamCursor);
@@ -87,22 +91,22 @@ void WaveformView::setClip(const QString &heading, ClipPointer clip)
     _refresh();
 }
 
-void WaveformView::setDuration(double seconds)
-{
-    m_duration = std::max(seconds, 0.001);
-    _refresh();
-}
-
-void WaveformView::setPosition(double seconds)
-{
-    m_position = seconds;
-    update();
-}
-
 void WaveformView::_refresh()
 {
     m_picture = QPixmap();
     update();
+}
+
+double WaveformView::_x(double seconds) const
+{
+    const TimeRange &visible = m_viewport.visible();
+    return (seconds - visible.begin) / std::max(visible.length(), Viewport::shortestVisible) * width();
+}
+
+double WaveformView::_seconds(double x) const
+{
+    const TimeRange &visible = m_viewport.visible();
+    return visible.begin + std::clamp(x / width(), 0.0, 1.0) * visible.length();
 }
 
 QRect WaveformView::_pane() const
@@ -172,15 +176,18 @@ void WaveformView::_paintLane(QPainter &painter, int channel) const
     const QRectF lane = _lane(channel);
     _paintGrid(painter, lane);
     const Sound &sound = m_clip->sound;
-    const auto frames = std::max(static_cast<qint64>(m_duration * sound.sampleRate), qint64(1));
+    const TimeRange &visible = m_viewport.visible();
+    const auto start = static_cast<qint64>(visible.begin * sound.sampleRate);
+    const auto frames = std::max(static_cast<qint64>(visible.length() * sound.sampleRate), qint64(1));
     const int count = std::max(1, static_cast<int>(lane.width() * devicePixelRatioF()));
-    auto columns = m_clip->summary.columns(sound, channel, frames, count);
-    const auto length = static_cast<size_t>(std::min<qint64>(count, sound.frames() * count / frames + 1));
+    auto columns = m_clip->summary.columns(sound, channel, start, frames, count);
+    const qint64 left = std::max(sound.frames() - start, qint64(0)); // of the clip; the other one may be longer
+    const auto length = static_cast<size_t>(left == 0 ? 0 : std::min<qint64>(count, left * count / frames + 1));
     columns.resize(length);
     if (columns.empty())
         return;
     const QRectF used(lane.left(), lane.top(), lane.width() * static_cast<qreal>(length) / count, lane.height());
-    smoothEffective(columns, static_cast<qint64>(loudnessTime * count / m_duration));
+    smoothEffective(columns, static_cast<qint64>(loudnessTime * count / visible.length()));
     const bool strong = m_tone == Tone::Strong;
     const QColor colour =
         strong ? palette().color(QPalette::Active, QPalette::Highlight) : palette().color(QPalette::Text);
@@ -210,11 +217,25 @@ void WaveformView::_paintPicture(QPainter &painter)
     painter.drawPixmap(pane.topLeft(), m_picture);
 }
 
+void WaveformView::_paintSelection(QPainter &painter) const
+{
+    const TimeRange &selection = m_viewport.selection();
+    if (selection.isEmpty())
+        return;
+    const QColor accent = palette().color(QPalette::Active, QPalette::Highlight);
+    const QRect pane = _pane();
+    const QRectF area(_x(selection.begin), pane.top(), _x(selection.end) - _x(selection.begin), pane.height());
+    painter.fillRect(area, withAlpha(accent, 0.16f));
+    painter.setPen(withAlpha(accent, 0.7f));
+    for (const qreal x : {area.left(), area.right()})
+        painter.drawLine(QPointF(std::floor(x) + 0.5, pane.top()), QPointF(std::floor(x) + 0.5, pane.bottom() + 1));
+}
+
 void WaveformView::_paintPosition(QPainter &painter) const
 {
     const QRect pane = _pane();
-    const qreal x = std::floor(pane.width() * std::min(m_position / m_duration, 1.0)) + 0.5;
-    if (m_position <= 0 || x > pane.width())
+    const qreal x = std::floor(_x(m_viewport.position())) + 0.5;
+    if (m_viewport.position() <= 0 || x < 0 || x > pane.width())
         return;
     painter.setPen(withAlpha(palette().color(QPalette::Text), 0.8f));
     painter.drawLine(QPointF(x, pane.top()), QPointF(x, pane.bottom() + 1));
@@ -232,6 +253,7 @@ void WaveformView::paintEvent(QPaintEvent *)
         painter.save();
         painter.setClipPath(outline);
         _paintPicture(painter);
+        _paintSelection(painter);
         _paintPosition(painter);
         painter.restore();
     }
@@ -241,40 +263,22 @@ void WaveformView::paintEvent(QPaintEvent *)
     painter.drawPath(outline);
 }
 
-void WaveformView::_choose(double x)
-{
-    if (m_clip)
-        Q_EMIT positionChosen(std::clamp(x / width() * m_duration, 0.0, m_duration));
-}
-
 void WaveformView::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton)
-        _choose(event->position().x());
+    if (event->button() != Qt::LeftButton || !m_clip)
+        return;
+    m_pressed = _seconds(event->position().x());
+    m_viewport.setSelection({});
+    m_viewport.setPosition(m_pressed);
 }
 
 void WaveformView::mouseMoveEvent(QMouseEvent *event)
 {
-    if (event->buttons() & Qt::LeftButton)
-        _choose(event->position().x());
-}
-
-void WaveformView::keyPressEvent(QKeyEvent *event)
-{
-    const double step = width() * ((event->modifiers() & Qt::ShiftModifier) ? 0.1 : 0.01);
-    const double x = width() * m_position / m_duration;
-    switch (event->key()) {
-    case Qt::Key_Left:
-        return _choose(x - step);
-    case Qt::Key_Right:
-        return _choose(x + step);
-    case Qt::Key_Home:
-        return _choose(0);
-    case Qt::Key_End:
-        return _choose(width());
-    default:
-        QWidget::keyPressEvent(event);
-    }
+    if (!(event->buttons() & Qt::LeftButton) || !m_clip)
+        return;
+    const double here = _seconds(event->position().x());
+    m_viewport.setSelection({std::min(m_pressed, here), std::max(m_pressed, here)});
+    m_viewport.setPosition(std::min(m_pressed, here));
 }
 
 void WaveformView::changeEvent(QEvent *event)

@@ -8,8 +8,10 @@
 namespace demo
 {
 
+class Viewport;
+
 /// One sound: a lane for each channel with the envelope of its peaks around a core of its effective level. The view
-/// can be clicked and takes the arrow keys; the position itself is kept by the owner.
+/// can be clicked, and dragged over to select.
 class WaveformView : public QWidget
 {
     Q_OBJECT
@@ -22,26 +24,19 @@ public:
         Strong
     };
 
-    explicit WaveformView(Tone tone, QWidget *parent = nullptr);
+    /// @p viewport says what is shown and is told what the user chooses; it is not owned.
+    WaveformView(Tone tone, Viewport &viewport, QWidget *parent = nullptr);
 
     /// @p heading stands above the lanes, for the screen reader too.
     void setClip(const QString &heading, ClipPointer clip);
 
-    /// Seconds that the width stands for; at least the clip's own length.
-    void setDuration(double seconds);
-    void setPosition(double seconds);
-
     QSize sizeHint() const override { return {720, 220}; }
     QSize minimumSizeHint() const override { return {240, 88}; }
-
-Q_SIGNALS:
-    void positionChosen(double seconds);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
@@ -54,15 +49,17 @@ private:
     void _paintGrid(QPainter &painter, const QRectF &lane) const;
     void _paintClipping(QPainter &painter, const QRectF &lane,
                         const std::vector<WaveformSummary::Column> &columns) const;
+    void _paintSelection(QPainter &painter) const;
     void _paintPosition(QPainter &painter) const;
-    void _choose(double x);
+    double _x(double seconds) const;
+    double _seconds(double x) const;
 
     Tone m_tone;
     QString m_heading;
     ClipPointer m_clip;
-    double m_duration = 1;
-    double m_position = 0;
-    QPixmap m_picture; ///< The lanes at the current size; null when they must be drawn anew.
+    Viewport &m_viewport;
+    double m_pressed = 0; ///< Seconds; where the mouse went down.
+    QPixmap m_picture;    ///< The lanes at the current size; null when they must be drawn anew.
 };
 
 } // namespace demo

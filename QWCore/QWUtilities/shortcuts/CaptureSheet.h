@@ -1,0 +1,68 @@
+#pragma once
+
+#include "KeyCapture.h"
+#include "KeyHold.h"
+
+#include <QObject>
+#include <QTimer>
+
+class QLabel;
+class QPushButton;
+
+namespace qw
+{
+
+/// Wires the sheet that captures a key. Every key is the capture's, so that none of them can operate the sheet: plain
+/// Escape pressed twice leaves, an allowed combination held for a second is set. The buttons answer the mouse and
+/// assistive technology.
+class CaptureSheet : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// None is owned; all outlive this.
+    struct Outlets
+    {
+        QWidget *panel = nullptr;
+        QLabel *introText = nullptr;
+        QLabel *shortcutText = nullptr;
+        QLabel *outroText = nullptr;
+        QLabel *hintText = nullptr; ///< Tells how to do without the mouse; may be missing.
+        QPushButton *okButton = nullptr;
+        QPushButton *clearButton = nullptr;
+    };
+
+    CaptureSheet(QWKeyboardShortcuts &registry, const Outlets &outlets);
+    ~CaptureSheet() override;
+
+    /// Nothing while the sheet is up.
+    void begin(const std::shared_ptr<QWShortcut> &shortcut, QWidget &window);
+    void see(const platform::KeyEvent &event);
+    void clear();
+    void confirm(const QObject *sender); ///< Sets the key when the sender is the OK button; closes in any case.
+    void end();                          ///< Closes; nothing when it is not up.
+
+    const std::shared_ptr<QWShortcut> &editingShortcut() const { return m_capture.editingShortcut(); }
+
+    /// Sees what dispatch leaves alone: keys that are let go, Option with a click, another window becoming active.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void _didEnd();
+    void _hold(const platform::KeyEvent &event);
+    void _tick();
+    void _setHeldKey();
+    void _syncModifiers(Qt::KeyboardModifiers modifiers);
+    void _show();
+    void _announce();
+    QString _instructions() const;
+    void _showClearButton();
+
+    Outlets m_outlets;
+    KeyCapture m_capture;
+    KeyHold m_hold;
+    QTimer m_ticks;       ///< While a key is held.
+    bool m_isSet = false; ///< A held key was set; what remains is to let it go, since its repeats would fire it.
+};
+
+} // namespace qw

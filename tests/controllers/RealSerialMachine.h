@@ -1,0 +1,53 @@
+#pragma once
+
+#include "fakes/FakeUrlLoader.h"
+
+#include <QWPlatform/System.h>
+#include <QWPlatform/appkit/Alerts.h>
+#include <QWPlatform/appkit/FilePanels.h>
+#include <QWPlatform/appkit/InstanceLink.h>
+#include <QWPlatform/appkit/WebView.h>
+#include <QWPlatform/appkit/Workspace.h>
+#include <QWPlatform/devices/ComponentRegistry.h>
+#include <QWPlatform/devices/KeyboardState.h>
+#include <QWPlatform/devices/RemoteReceiver.h>
+#include <QWPlatform/foundation/Bundle.h>
+#include <QWPlatform/foundation/ChildProcesses.h>
+#include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/foundation/UserDefaults.h>
+#include <QWPlatform/linux/LinuxClock.h>
+#include <QWPlatform/linux/LinuxSerialLines.h>
+#include <QWPlatform/linux/LinuxSerialRegistry.h>
+#include <QWPlatform/network/UrlDownload.h>
+#include <QWPlatform/plugins/PluginLoader.h>
+
+#include <QTemporaryDir>
+
+/// The real clock, and the real serial devices of a folder of its own. Of the rest there is only what a grid needs.
+class RealSerialMachine
+{
+public:
+    /// The folder's name holds no digits, which would be taken for a model.
+    const QString &folder() const { return m_folder; }
+
+    platform::System &system() { return *m_system; }
+
+private:
+    static std::unique_ptr<platform::System> _makeSystem(const QString &home, const QString &folder)
+    {
+        platform::System::Services services;
+        services.locations = std::make_unique<platform::Locations>(home, home);
+        services.mainBundle = std::make_unique<platform::Bundle>(home + "/Host.app");
+        services.userDefaults = std::make_unique<platform::UserDefaults>(home + "/defaults.plist");
+        services.urlLoader = std::make_unique<FakeUrlLoader>();
+        services.serialRegistry = std::make_unique<platform::LinuxSerialRegistry>(folder);
+        services.serialLines = std::make_unique<platform::LinuxSerialLines>();
+        services.clock = std::make_unique<platform::LinuxClock>();
+        return std::make_unique<platform::System>(std::move(services));
+    }
+
+    QTemporaryDir m_home{"/tmp/qwgrid-XXXXXX"};
+    const QString m_folder = m_home.path() + "/devices";
+    std::unique_ptr<platform::System> m_system = _makeSystem(m_home.path(), m_folder);
+    platform::System::Scope m_current{*m_system};
+};

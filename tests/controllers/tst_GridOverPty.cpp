@@ -1,0 +1,268 @@
+#include "GridListener.h"
+#include "RealSerialMachine.h"
+#include "fakes/QWTestMain.h"
+#include "plugins/OrdinaryUser.h"
+
+#include <QWBase/QWApplicationLog.h>
+
+#include <simulators/GridSimulator.h>
+
+namespace
+{
+constexpr int longEnough = 20'000; // milliseconds, on a machine that is busy
+
+QString fullGrid(const GridDevice &device)
+{
+    QString text;
+    for (int row = 0; row < device.model().rows; ++row)
+        for (int column = 0; column < device.model().columns; ++column)
+            text += device.led(column, row) ? '#' : '.';
+    return text;
+}
+} // namespace
+
+/// Everything real but the device: registry, lines, clock and threads, with a simulated grid on a pseudo-terminal.
+class tst_GridOverPty : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void gridThatIsThereIsFound();
+    void gridComesAndGoes();
+    void gridComesBackUnderAnotherName();
+    void showsItselfAndListens_data();
+    void showsItselfAndListens();
+    void ledsArrive();
+    void burstArrivesInOrder();
+    void messagesInPiecesAreNotJoined();
+    void hangUpInTheMiddleOfABurst();
+    void fullLineHoldsUpNobody();
+    void shutdownLeavesADarkGrid();
+    void forbiddenGridIsExplainedInTheLog();
+
+private:
+    QWMonomeRemote &_remote() { return QWMonomeRemote::remote(); }
+    bool _isListening(const QString &heard = "down 0 0");
+    bool _isQuiet();
+    bool _hearsOf(const QString &word);
+    bool _hears(const QStringList &expected);
+
+    std::unique_ptr<RealSerialMachine> m_machine;
+    std::unique_ptr<GridSimulator> m_grid;
+    std::unique_ptr<GridListener> m_listener;
+};
+
+void tst_GridOverPty::init()
+{
+    m_machine = std::make_unique<RealSerialMachine>();
+    m_grid = std::make_unique<GridSimulator>(m_machine->folder());
+    m_listener = std::make_unique<GridListener>();
+    _remote().addObserver(*m_listener);
+}
+
+void tst_GridOverPty::cleanup()
+{
+    m_machine.reset();
+    m_grid.reset();
+    m_listener.reset();
+}
+
+/// The show is over as soon as a press is heard: it is pressed until then.
+bool tst_GridOverPty::_isListening(const QString &heard)
+{
+    return QTest::qWaitFor(
+        [&] {
+            m_grid->press(0, 0);
+            const auto calls = m_listener->take();
+            return calls.contains(heard);
+        },
+        longEnough);
+}
+
+/// All that was pressed before has been heard.
+bool tst_GridOverPty::_isQuiet()
+{
+    m_grid->press(7, 7);
+    return _hearsOf("down 7 7");
+}
+
+/// Sooner or later, whatever else.
+bool tst_GridOverPty::_hearsOf(const QString &word)
+{
+    return QTest::qWaitFor([&] { return m_listener->take().contains(word); }, longEnough);
+}
+
+bool tst_GridOverPty::_hears(const QStringList &expected)
+{
+    QStringList heard;
+    return QTest::qWaitFor([&] { return (heard += m_listener->take()) == expected; }, longEnough);
+}
+
+void tst_GridOverPty::gridThatIsThereIsFound()
+{
+    cleanup();
+    m_machine = std::make_unique<RealSerialMachine>();
+    m_grid = std::make_unique<GridSimulator>(m_machine->folder());
+    QVERIFY(m_grid->plug("m128-0012"));
+    QVERIFY(_remote().isConnected());
+    QCOMPARE(_remote().serialNumber(), 12u);
+    QCOMPARE(_remote().numberOfButtons(), 128u);
+    QTRY_VERIFY_WITH_TIMEOUT(m_grid->hasHost(), longEnough);
+}
+
+void tst_GridOverPty::gridComesAndGoes()
+{
+    QVERIFY(!_remote().isConnected());
+    QVERIFY(m_grid->plug("m64-0123"));
+    QVERIFY(_hears(QStringList{"connected"}));
+    QVERIFY(_remote().isConnected());
+    m_grid->unplug();
+    QVERIFY(_hears(QStringList{"removed"}));
+    QVERIFY(!_remote().isConnected());
+}
+
+void tst_GridOverPty::gridComesBackUnderAnotherName()
+{
+    QVERIFY(m_grid->plug("m64-0123"));
+    QVERIFY(_hears(QStringList{"connected"}));
+    QVERIFY(m_grid->plug("m40h0020")); // the old one hangs up
+    QVERIFY(_hears(QStringList{"removed", "connected"}));
+    QCOMPARE(_remote().serialNumber(), 20u);
+    QVERIFY(_isListening());
+}
+
+void tst_GridOverPty::showsItselfAndListens_data()
+{
+    QTest::addColumn<QString>("serial");
+    QTest::newRow("series") << QString("m64-0123");
+    QTest::newRow("40h") << QString("m40h0020");
+}
+
+void tst_GridOverPty::showsItselfAndListens()
+{
+    QFETCH(QString, serial);
+    QList<int> levels;
+    bool hadPattern = false;
+    connect(m_grid.get(), &GridSimulator::ledsChanged, this, [&] {
+        const GridDevice &device = *m_grid->device();
+        hadPattern |= fullGrid(device).startsWith("........"
+                                                  ".######."
+                                                  "........");
+        if (levels.isEmpty() || levels.last() != device.level())
+            levels.append(device.level());
+    });
+    QVERIFY(m_grid->plug(serial));
+    QVERIFY(_isListening());
+    QVERIFY(hadPattern);
+    QCOMPARE(levels.last(), 15);
+    QVERIFY(levels.contains(1)); // faded all the way
+    QVERIFY(!fullGrid(*m_grid->device()).contains('#'));
+    QCOMPARE(m_grid->device()->misunderstood(), 0);
+}
+
+void tst_GridOverPty::ledsArrive()
+{
+    QVERIFY(m_grid->plug("m128-0012"));
+    QVERIFY(_isListening());
+    _remote().setLEDStateAtPosition(true, {3, 2});
+    const quint8 rows[8] = {0, 0, 0x01, 0, 0, 0, 0, 0};
+    _remote().setLEDFrameAtQuadrant(rows, 1);
+    _remote().setIntensity(0.5f);
+    QTRY_COMPARE_WITH_TIMEOUT(m_grid->device()->level(), 7, longEnough);
+    QVERIFY(m_grid->device()->led(3, 2));
+    QVERIFY(m_grid->device()->led(8, 2));
+    QCOMPARE(fullGrid(*m_grid->device()).count('#'), 2);
+}
+
+void tst_GridOverPty::burstArrivesInOrder()
+{
+    QVERIFY(m_grid->plug("m64-0123"));
+    QVERIFY(_isListening());
+    QVERIFY(_isQuiet());
+    QByteArray burst;
+    QStringList expected;
+    for (int i = 0; i < 256; ++i) {
+        burst.append(static_cast<char>(i % 2 ? 0x10 : 0x00)).append(static_cast<char>((i / 2) % 128));
+        const int place = (i / 2) % 128;
+        expected.append(QString("%1 %2 %3").arg(i % 2 ? "up" : "down").arg(place >> 4).arg(place & 15));
+    }
+    m_grid->sendBytes(burst);
+    QStringList heard;
+    QTRY_VERIFY_WITH_TIMEOUT((heard += m_listener->take(), heard.size() >= expected.size()), longEnough);
+    QCOMPARE(heard, expected);
+}
+
+void tst_GridOverPty::messagesInPiecesAreNotJoined()
+{
+    QVERIFY(m_grid->plug("m64-0123"));
+    QVERIFY(_isListening());
+    QVERIFY(_isQuiet());
+    m_grid->sendBytes(QByteArray::fromHex("10"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_listener->count(), 1, longEnough); // up, at what an earlier read left behind it
+    QStringList heard = m_listener->take();
+    QVERIFY(heard.first().startsWith("up"));
+    m_grid->sendBytes(QByteArray::fromHex("47"));
+    const auto isHeardAgain = [&] {
+        m_grid->press(6, 6);
+        heard += m_listener->take();
+        return heard.contains("down 6 6");
+    };
+    QVERIFY(QTest::qWaitFor(isHeardAgain, longEnough));
+    QVERIFY(!heard.contains("up 4 7"));
+}
+
+void tst_GridOverPty::hangUpInTheMiddleOfABurst()
+{
+    QVERIFY(m_grid->plug("m64-0123"));
+    QVERIFY(_isListening());
+    for (int i = 0; i < 50; ++i)
+        m_grid->sendBytes(QByteArray(511, 0));
+    m_grid->unplug();
+    QVERIFY(_hearsOf("removed"));
+    _remote().setLEDStateAtPosition(true, {1, 1}); // into nothing
+    QVERIFY(m_grid->plug("m64-0123"));
+    QVERIFY(_isListening());
+}
+
+void tst_GridOverPty::fullLineHoldsUpNobody()
+{
+    const PseudoTerminal device(m_machine->folder() + "/tty.usbserial-m64-0123"); // takes nothing
+    QTRY_VERIFY_WITH_TIMEOUT(_remote().isConnected(), longEnough);
+    for (int i = 0; i < 5'000; ++i)
+        _remote().setLEDStateAtPosition(i % 2, {1, 1});
+    _remote().shutdown();
+    QVERIFY(!_remote().isConnected());
+}
+
+void tst_GridOverPty::shutdownLeavesADarkGrid()
+{
+    QVERIFY(m_grid->plug("m64-0123"));
+    QVERIFY(_isListening());
+    _remote().setLEDStateAtPosition(true, {3, 2});
+    QTRY_VERIFY_WITH_TIMEOUT(m_grid->device()->led(3, 2), longEnough);
+    _remote().shutdown();
+    QTRY_VERIFY_WITH_TIMEOUT(!m_grid->hasHost(), longEnough);
+    QVERIFY(!fullGrid(*m_grid->device()).contains('#'));
+}
+
+void tst_GridOverPty::forbiddenGridIsExplainedInTheLog()
+{
+    _remote(); // looks around
+    const OrdinaryUser user;
+    QVERIFY(user.isReady);
+    const PseudoTerminal device(m_machine->folder() + "/tty.usbserial-m64-0123");
+    QVERIFY(::chmod(qPrintable(device.link()), 0) == 0);
+    QFile log(QWApplicationLog::sharedLog().path());
+    QTRY_VERIFY_WITH_TIMEOUT(log.exists(), longEnough);
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QByteArray text;
+    QTRY_VERIFY_WITH_TIMEOUT((text += log.readAll(), text.contains("70-quorwell-grid.rules")), longEnough);
+    QVERIFY(text.contains("remoteAdded error: 13"));
+    QVERIFY(!_remote().isConnected());
+}
+
+QW_TEST_MAIN(tst_GridOverPty)
+#include "tst_GridOverPty.moc"

@@ -1,0 +1,400 @@
+#include "HostUnderTest.h"
+#include "ScriptedPlugin.h"
+
+#include <QWBase/QWComponentDescription.h>
+#include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/appkit/Panel.h>
+#include <QWPlatform/appkit/Theme.h>
+#include <QWPlatform/foundation/UserDefaults.h>
+#include <QWUtilities/shell/QWAboutPanel.h>
+#include <QWUtilities/shell/QWManual.h>
+#include <QWUtilities/shortcuts/ShortcutEditor.h>
+
+#include <semaphore>
+
+/// Every shortcut of the host, pressed, and what comes of it.
+class tst_HostActions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanupTestCase();
+
+    void editsCanBeUndoneAndRedone_data();
+    void editsCanBeUndoneAndRedone();
+    void editsOfAPartLeaveTheRest();
+    void editsThatNeedASelectionRefuseWithout_data();
+    void editsThatNeedASelectionRefuseWithout();
+    void silenceIsNotTrimmedAway();
+    void zoomAndScroll();
+    void positionMoves_data();
+    void positionMoves();
+    void selectionsAreMade_data();
+    void selectionsAreMade();
+    void playbackRunsAndStops();
+    void playbackOfTheSelection();
+    void stationsAreWalkedThrough();
+    void lastEffectIsAppliedAgain();
+    void renderingIsCancelled();
+    void viewsAreToggled_data();
+    void viewsAreToggled();
+    void themeIsChosenAndRemembered();
+    void formatsAreChosen();
+    void filePanelsAndToneAreAskedFor();
+    void windowsOpen();
+    void plugInsAreLookedFor();
+    void editorIsOpenedAndClosed();
+    void quitAsksForAnUnsavedResult();
+
+private:
+    static HostUnderTest &_host() { return HostUnderTest::host(); }
+    static demo::Viewport &_viewport() { return HostUnderTest::host().viewport(); }
+    static const demo::Sound &_result() { return HostUnderTest::host().document().result()->sound; }
+};
+
+void tst_HostActions::init()
+{
+    _host().system.alerts.shown.clear();
+    _host().openSound();
+}
+
+void tst_HostActions::cleanupTestCase()
+{
+    _host().document().setSaved();
+}
+
+void tst_HostActions::editsCanBeUndoneAndRedone_data()
+{
+    QTest::addColumn<QString>("title");
+    const std::pair<const char *, const char *> rows[] = {{"Trim>To Selection", "Trim"},
+                                                          {"Trim>Delete Selection", "Delete"},
+                                                          {"Trim>Silence at Both Ends", "Trim Silence"},
+                                                          {"Level>Louder by 1 dB", "Louder by 1 dB"},
+                                                          {"Level>Softer by 1 dB", "Softer by 1 dB"},
+                                                          {"Level>Louder by 6 dB", "Louder by 6 dB"},
+                                                          {"Level>Softer by 6 dB", "Softer by 6 dB"},
+                                                          {"Level>Normalise", "Normalise"},
+                                                          {"Level>Silence", "Silence"},
+                                                          {"Level>Remove Offset", "Remove Offset"},
+                                                          {"Fade>In", "Fade In"},
+                                                          {"Fade>Out", "Fade Out"},
+                                                          {"Channels>Swap", "Swap Channels"},
+                                                          {"Channels>Mix to Mono", "Mix to Mono"},
+                                                          {"Reverse", "Reverse"},
+                                                          {"Invert", "Invert"}};
+    for (const auto &[name, title] : rows)
+        QTest::newRow(name) << title;
+}
+
+void tst_HostActions::editsCanBeUndoneAndRedone()
+{
+    _viewport().setSelection({1, 2});
+    const auto before = _result().channels;
+    QVERIFY(_host().pressAndWait(QTest::currentDataTag()));
+    const auto after = _result().channels;
+    QVERIFY(after != before);
+    QTEST(_host().document().steps().back().name, "title");
+    QVERIFY(_host().press("Undo"));
+    QCOMPARE(_result().channels, before);
+    QVERIFY(_host().press("Redo"));
+    QCOMPARE(_result().channels, after);
+}
+
+void tst_HostActions::editsOfAPartLeaveTheRest()
+{
+    const auto before = _result().channels;
+    _viewport().setSelection({1, 2});
+    QVERIFY(_host().pressAndWait("Reverse"));
+    const auto after = _result().channels;
+    QVERIFY(std::equal(before[0].begin(), before[0].begin() + 8000, after[0].begin()));
+    QCOMPARE(after[0][8000], before[0][15999]);
+    QVERIFY(std::equal(before[0].begin() + 16000, before[0].end(), after[0].begin() + 16000));
+    QCOMPARE(_host().document().steps().back().vendor, QString("Selection"));
+    QCOMPARE(_viewport().selection(), (demo::TimeRange{1, 2}));
+}
+
+void tst_HostActions::editsThatNeedASelectionRefuseWithout_data()
+{
+    QTest::addColumn<int>("unused");
+    QTest::newRow("Trim>To Selection") << 0;
+    QTest::newRow("Trim>Delete Selection") << 0;
+}
+
+void tst_HostActions::editsThatNeedASelectionRefuseWithout()
+{
+    QVERIFY(!_host().press(QTest::currentDataTag()));
+    QVERIFY(_host().document().steps().empty());
+}
+
+void tst_HostActions::silenceIsNotTrimmedAway()
+{
+    QVERIFY(_host().pressAndWait("Level>Silence"));
+    QVERIFY(_host().pressAndWait("Trim>Silence at Both Ends"));
+    QCOMPARE(_host().document().steps().size(), size_t(1));
+    _viewport().setSelection({0, 4});
+    QVERIFY(_host().pressAndWait("Trim>Delete Selection"));
+    QCOMPARE(_host().document().steps().size(), size_t(1));
+}
+
+void tst_HostActions::zoomAndScroll()
+{
+    QVERIFY(_host().press("Zoom>In"));
+    QCOMPARE(_viewport().visible(), (demo::TimeRange{0, 2.5}));
+    QVERIFY(_host().press("Scroll>Right"));
+    QCOMPARE(_viewport().visible(), (demo::TimeRange{1.25, 3.75}));
+    QVERIFY(_host().press("Scroll>Left"));
+    QCOMPARE(_viewport().visible(), (demo::TimeRange{0, 2.5}));
+    QVERIFY(_host().press("Zoom>Out"));
+    QVERIFY(_viewport().showsAll());
+    QVERIFY(!_host().press("Zoom>To Selection")); // there is none
+    _viewport().setSelection({1, 2});
+    QVERIFY(_host().press("Zoom>To Selection"));
+    QCOMPARE(_viewport().visible(), (demo::TimeRange{1, 2}));
+    QVERIFY(_host().press("Zoom>To Fit"));
+    QVERIFY(_viewport().showsAll());
+}
+
+void tst_HostActions::positionMoves_data()
+{
+    QTest::addColumn<double>("position"); // from 2 on, with 1 to 3 selected
+    QTest::newRow("Back") << 1.96;
+    QTest::newRow("Forward") << 2.04;
+    QTest::newRow("Far Back") << 1.6;
+    QTest::newRow("Far Forward") << 2.4;
+    QTest::newRow("Go to Start") << 0.0;
+    QTest::newRow("Go to End") << 4.0;
+    QTest::newRow("Go to Start of Selection") << 1.0;
+    QTest::newRow("Go to End of Selection") << 3.0;
+}
+
+void tst_HostActions::positionMoves()
+{
+    _viewport().setSelection({1, 3});
+    _viewport().setPosition(2);
+    QVERIFY(_host().press(QTest::currentDataTag()));
+    QTEST(_viewport().position(), "position");
+}
+
+void tst_HostActions::selectionsAreMade_data()
+{
+    QTest::addColumn<double>("begin"); // from 2 on, with 1 to 3 selected
+    QTest::addColumn<double>("end");
+    QTest::newRow("Select All") << 0.0 << 4.0;
+    QTest::newRow("Select Nothing") << 0.0 << 0.0;
+    QTest::newRow("Select to Start") << 0.0 << 2.0;
+    QTest::newRow("Select to End") << 2.0 << 4.0;
+    QTest::newRow("Longer Selection") << 1.0 << 3.08;
+    QTest::newRow("Shorter Selection") << 1.0 << 2.92;
+}
+
+void tst_HostActions::selectionsAreMade()
+{
+    _viewport().setSelection({1, 3});
+    _viewport().setPosition(2);
+    QVERIFY(_host().press(QTest::currentDataTag()));
+    QTEST(_viewport().selection().begin, "begin");
+    QTEST(_viewport().selection().end, "end");
+}
+
+void tst_HostActions::playbackRunsAndStops()
+{
+    using namespace std::chrono_literals;
+    const demo::Playback &playback = _host().application.viewActions().playback();
+    _viewport().setPosition(1);
+    QVERIFY(_host().press("Play or Stop"));
+    _host().system.clock.advance(500ms);
+    QTRY_COMPARE(_viewport().position(), 1.5);
+    QVERIFY(_host().press("Play or Stop"));
+    QVERIFY(!playback.isPlaying());
+    _viewport().setPosition(4);
+    QVERIFY(_host().press("Play or Stop")); // from the start again
+    QCOMPARE(_viewport().position(), 0.0);
+    QVERIFY(_host().pressAndWait("Reverse")); // another sound ends it
+    QVERIFY(!playback.isPlaying());
+}
+
+void tst_HostActions::playbackOfTheSelection()
+{
+    using namespace std::chrono_literals;
+    _viewport().setSelection({1, 2});
+    QVERIFY(_host().press("Play Selection"));
+    QCOMPARE(_viewport().position(), 1.0);
+    _host().system.clock.advance(5s);
+    QTRY_COMPARE(_viewport().position(), 2.0);
+    QVERIFY(!_host().application.viewActions().playback().isPlaying());
+}
+
+void tst_HostActions::stationsAreWalkedThrough()
+{
+    for (const char *name : {"Reverse", "Invert", "Fade>In"})
+        QVERIFY(_host().pressAndWait(name));
+    const auto stationAfter = [](const QString &name) {
+        HostUnderTest::host().press(name);
+        return HostUnderTest::host().window().station();
+    };
+    QCOMPARE(_host().window().station(), 3);
+    QCOMPARE(stationAfter("Next Effect"), 3);
+    QCOMPARE(stationAfter("Previous Effect"), 2);
+    QCOMPARE(stationAfter("Show Source"), 0);
+    QCOMPARE(stationAfter("Previous Effect"), 0);
+    QCOMPARE(stationAfter("Next Effect"), 1);
+    QCOMPARE(stationAfter("Show Result"), 3);
+}
+
+static const QWComponentDescription unit(platform::fourCharCode("aufx"), 1, 2);
+
+void tst_HostActions::lastEffectIsAppliedAgain()
+{
+    ScriptedPlugin::Report report;
+    _host().system.pluginLoader.makeComponent = [&](const platform::AudioComponent &) {
+        return std::make_unique<ScriptedPlugin>(ScriptedPlugin::Script{}, report);
+    };
+    platform::MenuItem item("Echo");
+    item.setRepresentedObject(QVariant::fromValue(unit));
+    _host().application.actions().applyEffect(&item);
+    QTRY_COMPARE_WITH_TIMEOUT(_host().document().steps().size(), size_t(1), HostUnderTest::patience);
+    QVERIFY(_host().pressAndWait("Apply Last Effect Again"));
+    QCOMPARE(_host().document().steps().size(), size_t(2));
+    QCOMPARE(_host().document().steps().back().name, QString("Echo"));
+}
+
+void tst_HostActions::renderingIsCancelled()
+{
+    ScriptedPlugin::Report report;
+    std::binary_semaphore mayOpen(0);
+    _host().system.pluginLoader.makeComponent = [&](const platform::AudioComponent &) {
+        mayOpen.acquire();
+        return std::make_unique<ScriptedPlugin>(ScriptedPlugin::Script{}, report);
+    };
+    platform::MenuItem item("Slow");
+    item.setRepresentedObject(QVariant::fromValue(unit));
+    _host().application.actions().applyEffect(&item);
+    QVERIFY(_host().application.actions().work().isRunning());
+    QVERIFY(!_host().press("Reverse")); // one thing at a time
+    QVERIFY(_host().press("Cancel Rendering"));
+    mayOpen.release();
+    QTRY_VERIFY_WITH_TIMEOUT(!_host().application.actions().work().isRunning(), HostUnderTest::patience);
+    QVERIFY(_host().document().steps().empty());
+}
+
+void tst_HostActions::viewsAreToggled_data()
+{
+    QTest::addColumn<bool>("atFirst");
+    QTest::newRow("Time Ruler") << true;
+    QTest::newRow("Chain") << true;
+    QTest::newRow("Full Screen") << false;
+}
+
+void tst_HostActions::viewsAreToggled()
+{
+    const QString name = QTest::currentDataTag();
+    const auto isShown = [&] {
+        const demo::MainWindow &window = HostUnderTest::host().window();
+        return name == "Full Screen" ? window.isFullScreen()
+                                     : (name == "Chain" ? window.showsChain() : window.showsRuler());
+    };
+    QTEST(isShown(), "atFirst");
+    const bool before = isShown();
+    QVERIFY(_host().press(name));
+    QCOMPARE(isShown(), !before);
+    QVERIFY(_host().press(name));
+    QCOMPARE(isShown(), before);
+}
+
+void tst_HostActions::themeIsChosenAndRemembered()
+{
+    const auto windowColour = [] { return qApp->palette().color(QPalette::Window); };
+    QVERIFY(_host().press("Theme>Dark"));
+    QCOMPARE(windowColour(), platform::themePalette(platform::ThemeChoice::Dark).color(QPalette::Window));
+    QVERIFY(demo::ViewActions::storedTheme() == platform::ThemeChoice::Dark);
+    QVERIFY(_host().press("Theme>Light"));
+    QCOMPARE(windowColour(), platform::themePalette(platform::ThemeChoice::Light).color(QPalette::Window));
+    QVERIFY(_host().press("Theme>As the Desktop"));
+    QVERIFY(demo::ViewActions::storedTheme() == platform::ThemeChoice::System);
+}
+
+void tst_HostActions::formatsAreChosen()
+{
+    using Format = demo::SoundFile::Format;
+    const std::pair<const char *, Format> formats[] = {{"Format for Saving>WAV, 24-bit", Format::Wav24},
+                                                       {"Format for Saving>AIFF, 32-bit float", Format::AiffFloat},
+                                                       {"Format for Saving>AIFF, 24-bit", Format::Aiff24},
+                                                       {"Format for Saving>WAV, 32-bit float", Format::WavFloat}};
+    for (const auto &[name, format] : formats) {
+        QVERIFY(_host().press(name));
+        QVERIFY(_host().application.actions().saveFormat() == format);
+    }
+}
+
+void tst_HostActions::filePanelsAndToneAreAskedFor()
+{
+    auto &panels = _host().system.filePanels;
+    const auto opens = panels.opens.size();
+    QVERIFY(_host().press("Open…"));
+    QCOMPARE(panels.opens.size(), opens + 1);
+    panels.endOpen(platform::FilePanels::Cancel);
+    QVERIFY(_host().press("Save As…"));
+    QCOMPARE(panels.saves.back().suggestedName, QString("Sample"));
+    panels.endSave(platform::FilePanels::Cancel);
+    QVERIFY(_host().pressAndWait("Built-in Test Tone"));
+    QCOMPARE(_host().document().title(), QString("Test Tone"));
+}
+
+void tst_HostActions::windowsOpen()
+{
+    QVERIFY(_host().press("About"));
+    QTRY_VERIFY(QWAboutPanel::aboutPanel().window()->isVisible());
+    QWAboutPanel::aboutPanel().close();
+    for (const char *name : {"Manual", "Legal", "Acknowledgements"}) {
+        QVERIFY(_host().press(name));
+        QVERIFY2(QWManual::manual().window() && QWManual::manual().window()->isVisible(), name);
+        QWManual::manual().window()->close();
+    }
+}
+
+void tst_HostActions::plugInsAreLookedFor()
+{
+    const int asked = _host().system.keyboard.asked;
+    QVERIFY(_host().press("Look for New Plug-ins"));
+    QVERIFY(_host().system.keyboard.asked >= asked);
+    QTRY_VERIFY(_host().window().isVisible());
+}
+
+void tst_HostActions::editorIsOpenedAndClosed()
+{
+    const auto isLeftOpen = [] {
+        return HostUnderTest::host().system.userDefaults().boolean("Keyboard Shortcuts Open");
+    };
+    QVERIFY(_host().press("Keyboard Shortcuts…"));
+    QVERIFY(_host().registry().editor());
+    QWidget *const window = _host().registry().editor()->window();
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    QVERIFY(isLeftOpen());
+    QVERIFY(_host().pressAndWait("Reverse")); // the editor floats: it leaves shortcuts working
+    QCOMPARE(_host().document().steps().size(), size_t(1));
+    QVERIFY(_host().press("Keyboard Shortcuts…"));
+    QTRY_VERIFY(!window->isVisible());
+    QVERIFY(!isLeftOpen());
+    _host().system.userDefaults().setObject("Keyboard Shortcuts Open", true);
+    QWKeyboardShortcuts::loadShortcuts(); // as at the next start
+    QTRY_VERIFY(window->isVisible());
+    window->close();
+    _host().window().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&_host().window()));
+}
+
+void tst_HostActions::quitAsksForAnUnsavedResult()
+{
+    QVERIFY(_host().pressAndWait("Reverse"));
+    _host().system.alerts.answerWith({"Cancel", "Don’t Save"});
+    QVERIFY(_host().press("Quit"));
+    QVERIFY(_host().window().isVisible());
+    QVERIFY(_host().press("Quit"));
+    QVERIFY(!_host().window().isVisible());
+    QCOMPARE(_host().system.alerts.shown.size(), 2);
+    _host().window().show();
+}
+
+QW_HOST_TEST_MAIN(tst_HostActions)
+#include "tst_HostActions.moc"
