@@ -132,6 +132,7 @@ void CaptureSheet::_didEnd()
     m_ticks.stop();
     m_hold.stop();
     m_capture.end();
+    Q_EMIT didEnd();
 }
 
 /// Keeps the time of an allowed key that is held by itself.

@@ -47,6 +47,9 @@ public:
     /// Sees what dispatch leaves alone: keys that are let go, Option with a click, another window becoming active.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+Q_SIGNALS:
+    void didEnd(); ///< The sheet has gone, however it went.
+
 private:
     void _didEnd();
     void _hold(const platform::KeyEvent &event);

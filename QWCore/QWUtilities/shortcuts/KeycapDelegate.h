@@ -5,7 +5,8 @@
 namespace qw
 {
 
-/// Draws an item's key as keycaps at the right of its cell, and other items as usual, a little higher.
+/// Draws an item's key as keycaps at the right of its cell, a check box in the middle, and other items as usual, a
+/// little higher.
 class KeycapDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -19,6 +20,11 @@ public:
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override;
+
+private:
+    void _paintBox(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
 };
 
 } // namespace qw

@@ -2,14 +2,13 @@
 
 #include "CaptureSheet.h"
 #include "KeycapLabel.h"
-#include "PresetMatch.h"
+#include "PresetsMenu.h"
 #include "QWKeyboardShortcuts.h"
 #include "SavePresetSheet.h"
 #include "ShortcutOutlineView.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
-#include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/appkit/TintedIcon.h>
@@ -28,8 +27,6 @@
 #include <QPushButton>
 #include <QShortcut>
 
-#include <array>
-
 namespace qw
 {
 
@@ -41,26 +38,9 @@ namespace
 {
 constexpr auto openKey = "Keyboard Shortcuts Open";
 constexpr auto frameKey = "Keyboard Shortcuts Frame";
-constexpr int fixedPresetItems = 6;
 constexpr int minimumWidth = 392;
 constexpr QSize registeredSize(minimumWidth, 259);
 constexpr QRect frameOfLastResort(613, 97, minimumWidth, 259);
-
-struct PresetCommand
-{
-    const char *title; ///< Null: a separator.
-    const char *action;
-    bool isRegistrys; ///< Else the panel's.
-};
-
-constexpr std::array<PresetCommand, fixedPresetItems> presetCommands{{
-    {"Save Preset…", "saveShortcuts:", false},
-    {"Import…", "loadShortcuts:", true},
-    {"Export…", "exportShortcuts:", true},
-    {nullptr, nullptr, false},
-    {"Reset to Factory Defaults…", "loadFactoryPreset:", true},
-    {nullptr, nullptr, false},
-}};
 
 bool registerClasses()
 {
@@ -216,7 +196,10 @@ void ShortcutEditorPanel::confirmSetShortcut(QObject *sender)
 
 void ShortcutEditorPanel::saveShortcuts(QObject *)
 {
-    m_saveSheet->begin(*m_outlets->window, [this](int code) { m_registry.saveShortcutPanelDidEnd(code); });
+    m_saveSheet->begin(*m_outlets->window, [this](int code) {
+        _takeKeysBack();
+        m_registry.saveShortcutPanelDidEnd(code);
+    });
 }
 
 void ShortcutEditorPanel::closeSaveShortcutPanel(QObject *sender)
@@ -280,7 +263,8 @@ void ShortcutEditorPanel::awakeFromNib()
     window.setMinimumWidth(minimumWidth);
     connect(&window, &platform::Panel::willClose, this, &ShortcutEditorPanel::windowWillClose);
     _makeSheets();
-    _makePresetsMenu();
+    m_outlets->presetsPopup->setMenu(makePresetsMenu(window, m_registry, *this));
+    m_registry.buildPresetsMenu();
     _connectOutline();
     _connectSearch();
     displayResultsDidChange();
@@ -302,23 +286,8 @@ void ShortcutEditorPanel::_makeSheets()
     showAsNote(m_outlets->capture.hintText);
     showAsNote(m_outlets->save.ruleText);
     m_captureSheet = std::make_unique<CaptureSheet>(m_registry, m_outlets->capture);
+    connect(m_captureSheet.get(), &CaptureSheet::didEnd, this, &ShortcutEditorPanel::_takeKeysBack);
     m_saveSheet = std::make_unique<SavePresetSheet>(m_outlets->save);
-}
-
-void ShortcutEditorPanel::_makePresetsMenu()
-{
-    auto *const menu = new QMenu(m_outlets->window);
-    for (const PresetCommand &command : presetCommands) {
-        if (!command.title) {
-            menu->addSeparator();
-            continue;
-        }
-        auto *const item = platform::addMenuItem(*menu, localized(command.title), command.action);
-        item->setTarget(command.isRegistrys ? static_cast<QObject *>(&m_registry) : this);
-    }
-    connect(menu, &QMenu::aboutToShow, this, &ShortcutEditorPanel::_markCurrentPreset);
-    m_outlets->presetsPopup->setMenu(menu);
-    m_registry.buildPresetsMenu();
 }
 
 void ShortcutEditorPanel::_connectOutline()
@@ -399,20 +368,12 @@ void ShortcutEditorPanel::_tellRow(const QModelIndex &index)
     m_outlets->shortcutsTable->tellName(index);
 }
 
-void ShortcutEditorPanel::_markCurrentPreset()
+/// From a sheet that has gone: without a window manager nobody else sees to it.
+void ShortcutEditorPanel::_takeKeysBack()
 {
-    const PresetMatch match(m_registry);
-    const QList<QAction *> items = presetsMenu()->actions().mid(fixedPresetItems);
-    for (QAction *const item : items) {
-        item->setCheckable(true);
-        item->setChecked(match.isCurrent(platform::titleOf(*item)));
-    }
-}
-
-void ShortcutEditorPanel::_endSheets()
-{
-    m_captureSheet->end();
-    m_saveSheet->end();
+    const QWidget *const key = platform::keyWindow();
+    if (!key || !key->isVisible())
+        m_outlets->window->activateWindow();
 }
 
 void ShortcutEditorPanel::windowDidMove()
@@ -426,7 +387,8 @@ void ShortcutEditorPanel::windowDidMove()
 
 void ShortcutEditorPanel::windowWillClose()
 {
-    _endSheets();
+    m_captureSheet->end();
+    m_saveSheet->end();
     System::current().userDefaults().setObject(openKey, false);
 }
 

@@ -60,7 +60,6 @@ private:
 
     bool _loadNib();
     void awakeFromNib();
-    void _makePresetsMenu();
     void _makeSheets();
     void _connectOutline();
     void _connectSearch();
@@ -71,8 +70,7 @@ private:
     void _clearKey(const QModelIndex &index);
     void _showRowMenu(const QModelIndex &index, const QPoint &position);
     void _tellRow(const QModelIndex &index);
-    void _markCurrentPreset();
-    void _endSheets();
+    void _takeKeysBack();
     void windowDidMove();
     void windowWillClose();
     void applicationWillTerminate();
