@@ -79,6 +79,15 @@ public:
     Grid &operator=(const Grid &) = delete;
 
     QWMonomeRemote &remote() const { return QWMonomeRemote::remote(); }
+
+    /// From now on LEDs are taken here only; a thread that waits for them would be woken by every write.
+    void holdLEDs() { m_isHeld = true; }
+
+    void takeLEDs() const
+    {
+        while (!m_device.read().isEmpty()) {
+        }
+    }
     const PseudoTerminal &device() const { return m_device; }
 
     Counter counter;
@@ -87,7 +96,7 @@ private:
     void _takeLEDs() const
     {
         pollfd state{.fd = m_device.file(), .events = POLLIN, .revents = 0};
-        while (!m_isEnding)
+        while (!m_isEnding && !m_isHeld)
             if (::poll(&state, 1, 50) > 0 && m_device.read().isEmpty())
                 std::this_thread::sleep_for(1ms);
     }
@@ -95,6 +104,7 @@ private:
     RealSerialMachine m_machine;
     PseudoTerminal m_device{m_machine.folder() + "/tty.usbserial-m64-0123"};
     std::atomic<bool> m_isEnding = false;
+    std::atomic<bool> m_isHeld = false;
     std::thread m_reader{[this] { _takeLEDs(); }};
 };
 
@@ -120,14 +130,15 @@ void decode(benchmark::State &state)
 void writeFrame(benchmark::State &state)
 {
     constexpr int batch = 100;
-    const Grid grid;
+    Grid grid;
+    grid.holdLEDs();
     std::vector<double> times;
     for (auto _ : state) {
         const auto start = Clock::now();
         for (int i = 0; i < batch; ++i)
             grid.remote().setLEDStateAtPosition(i % 2, {3, 2});
         times.push_back(nanoseconds(Clock::now() - start) / batch);
-        std::this_thread::sleep_for(2ms);
+        grid.takeLEDs();
     }
     state.counters["value"] = median(times);
 }
