@@ -4,6 +4,8 @@
 #include <audio/AudioDocument.h>
 #include <fakes/FakeSystem.h>
 #include <fakes/QWTestMain.h>
+#include <views/ChainChip.h>
+#include <views/ChainStrip.h>
 
 #include <QWPlatform/foundation/TextForms.h>
 #include <QWPlatform/foundation/UserDefaults.h>
@@ -30,6 +32,7 @@ private Q_SLOTS:
     void fittedFrameThatWasMovedIsRemembered();
     void windowThatDoesNotRestoreRemembersNothing();
     void buttonComesUpWhenItsMenuCloses();
+    void longChainShowsTheStationOfTheMoment();
 
 private:
     static QRect _room() { return QGuiApplication::primaryScreen()->availableGeometry(); }
@@ -142,12 +145,7 @@ void tst_MainWindow::buttonComesUpWhenItsMenuCloses()
     m_document->setSource("Sample", "Test", sounds::clip());
     m_window->show();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    QPushButton *add = nullptr;
-    for (QPushButton *button : m_window->findChildren<QPushButton *>()) {
-        if (button->text() == "Add Effect")
-            add = button;
-    }
-    QVERIFY(add);
+    QPushButton *const add = m_window->findChild<demo::ChainStrip *>()->addButton();
     add->setFocus();
     effects.popup({100, 100});
     QTRY_VERIFY(effects.isVisible());
@@ -156,6 +154,23 @@ void tst_MainWindow::buttonComesUpWhenItsMenuCloses()
     QVERIFY(add->isDown());
     effects.close();
     QTRY_VERIFY(!add->isDown());
+}
+
+void tst_MainWindow::longChainShowsTheStationOfTheMoment()
+{
+    m_document->setSource("Sample", "Test", sounds::clip());
+    m_window->show();
+    for (int i = 0; i < 12; ++i)
+        m_document->addStep({"An effect", "Somebody", sounds::clip()});
+    auto *const strip = m_window->findChild<demo::ChainStrip *>();
+    const auto isInView = [&](const QWidget &widget) {
+        const QRect place(widget.mapTo(strip->viewport(), QPoint()), widget.size());
+        return strip->viewport()->rect().contains(place);
+    };
+    QVERIFY(isInView(*strip->addButton()));
+    m_window->showStation(0);
+    QVERIFY(isInView(*strip->findChild<demo::ChainChip *>()));
+    QVERIFY(!isInView(*strip->addButton()));
 }
 
 QW_TEST_MAIN(tst_MainWindow)

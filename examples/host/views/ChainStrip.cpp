@@ -7,6 +7,7 @@
 #include <QWPlatform/foundation/Localization.h>
 
 #include <QButtonGroup>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -19,12 +20,19 @@ namespace
 {
 constexpr int stripHeight = 50;
 
+constexpr auto arrowName = "arrow";
+
+void paintArrow(QLabel &arrow, QColor ink)
+{
+    ink.setAlphaF(0.45f);
+    arrow.setPixmap(linePicture(arrowName, ink, 20, arrow.devicePixelRatioF()));
+}
+
 QLabel *makeArrow(QWidget *parent)
 {
-    QColor ink = parent->palette().color(QPalette::WindowText);
-    ink.setAlphaF(0.45f);
     auto *arrow = new QLabel(parent);
-    arrow->setPixmap(linePicture("arrow", ink, 20, parent->devicePixelRatioF()));
+    arrow->setObjectName(arrowName);
+    paintArrow(*arrow, parent->palette().color(QPalette::WindowText));
     return arrow;
 }
 } // namespace
@@ -87,8 +95,18 @@ void ChainStrip::show(const AudioDocument &document, int station)
     _place();
     if (QAbstractButton *shown = m_group->button(station)) {
         shown->setChecked(true);
-        ensureWidgetVisible(m_add);
+        const bool isLast = station == static_cast<int>(document.steps().size());
+        ensureWidgetVisible(isLast ? static_cast<QWidget *>(m_add) : shown);
     }
+}
+
+void ChainStrip::changeEvent(QEvent *event)
+{
+    QScrollArea::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange)
+        return;
+    for (QLabel *arrow : m_row->findChildren<QLabel *>(arrowName))
+        paintArrow(*arrow, palette().color(QPalette::WindowText)); // theirs is still the old one
 }
 
 // A layout shows what was added to it only in the next turn of the event loop; the strip would flicker.
@@ -97,6 +115,7 @@ void ChainStrip::_place()
     for (QWidget *station : m_row->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
         station->show();
     m_layout->activate();
+    m_row->resize(m_layout->minimumSize().expandedTo(viewport()->size()));
 }
 
 } // namespace demo

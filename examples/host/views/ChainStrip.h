@@ -30,6 +30,9 @@ public:
 Q_SIGNALS:
     void stationChosen(int station);
 
+protected:
+    void changeEvent(QEvent *event) override; ///< The arrows take the text's colour.
+
 private:
     void _clear();
     void _place();
