@@ -4,10 +4,11 @@
 #include <QWPlatform/appkit/MenuItem.h>
 
 #include <QAbstractItemModelTester>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+
+#include <string>
 
 using Column = EditorHost::Column;
 
@@ -331,24 +332,24 @@ void tst_ShortcutEditorOutline::emptyListSaysWhy()
     QCOMPARE(m_host->outline()->accessibleDescription(), QString("No shortcut is named “zzz”."));
 }
 
+/// In a few hundredths of a second; anything quadratic would meet the time-out of the test.
 void tst_ShortcutEditorOutline::fiveThousandShortcutsStayQuick()
 {
     m_host.reset();
     m_host = std::make_unique<EditorHost>(manyGroups(50));
     QVERIFY(m_host->open());
-    QElapsedTimer timer;
-    timer.start();
-    m_host->outlet<QLineEdit>("searchText")->setText("clip 7");
-    m_host->outline()->grab();
+    auto *const search = m_host->outlet<QLineEdit>("searchText");
+    for (const char letter : std::string("clip 7 of 4"))
+        search->insert(QChar(letter));
+    QCOMPARE(m_host->model()->rowCount(), 11); // groups 4 and 40 to 49
+    QCOMPARE(m_host->model()->rowCount(m_host->group(0)), 1);
+    search->clear();
     m_host->outline()->expandAll();
-    m_host->outlet<QLineEdit>("searchText")->clear();
-    m_host->outline()->expandAll();
-    m_host->model()->setData(m_host->group(0, Column::Enabled), Qt::Unchecked, Qt::CheckStateRole);
+    m_host->model()->setData(m_host->group(49, Column::Enabled), Qt::Unchecked, Qt::CheckStateRole);
     m_host->outline()->scrollToBottom();
     m_host->outline()->grab();
-    qInfo("%lld ms", timer.elapsed());
     QCOMPARE(m_host->model()->rowCount(m_host->group(49)), 100);
-    QVERIFY(timer.elapsed() < 5000); // a slip to quadratic time takes minutes
+    QVERIFY(!m_host->at(49, 99)->enabled());
 }
 
 QW_TEST_MAIN(tst_ShortcutEditorOutline)
