@@ -7,6 +7,8 @@
 
 #include <simulators/GridSimulator.h>
 
+#include <atomic>
+
 namespace
 {
 constexpr int longEnough = 20'000; // milliseconds, on a machine that is busy
@@ -40,6 +42,7 @@ private Q_SLOTS:
     void messagesInPiecesAreNotJoined();
     void hangUpInTheMiddleOfABurst();
     void fullLineHoldsUpNobody();
+    void everythingAtOnce();
     void shutdownLeavesADarkGrid();
     void forbiddenGridIsExplainedInTheLog();
 
@@ -235,6 +238,45 @@ void tst_GridOverPty::fullLineHoldsUpNobody()
         _remote().setLEDStateAtPosition(i % 2, {1, 1});
     _remote().shutdown();
     QVERIFY(!_remote().isConnected());
+}
+
+/// LEDs, settings and observers change on two threads while grids come, press and go.
+void tst_GridOverPty::everythingAtOnce()
+{
+    std::atomic<bool> stop = false;
+    QWMonomeRemote &remote = _remote();
+    std::thread lights([&] {
+        for (unsigned i = 0; !stop; ++i) {
+            remote.toggleLEDAtPosition({static_cast<float>(i % 8), static_cast<float>(i / 8 % 8)});
+            remote.setIntensity(static_cast<float>(i % 16) / 15);
+            std::this_thread::yield();
+        }
+    });
+    std::thread observers([&] {
+        for (unsigned i = 0; !stop; ++i) {
+            GridListener passing;
+            remote.addObserver(passing);
+            remote.setOrientation(i % 4);
+            remote.setOrigin(i % 2);
+            remote.removeObserver(passing);
+            std::this_thread::yield();
+        }
+    });
+    bool wentWell = true;
+    for (const char *serial : {"m64-0123", "m40h0020", "m128-0012"}) {
+        wentWell = wentWell && m_grid->plug(serial) && _hearsOf("connected");
+        wentWell = wentWell && QTest::qWaitFor(
+                                   [&] {
+                                       m_grid->press(0, 0);
+                                       return !m_listener->take().isEmpty();
+                                   },
+                                   longEnough);
+    }
+    stop = true;
+    lights.join();
+    observers.join();
+    QVERIFY(wentWell);
+    QCOMPARE(remote.serialNumber(), 12u);
 }
 
 void tst_GridOverPty::shutdownLeavesADarkGrid()
