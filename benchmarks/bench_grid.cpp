@@ -9,9 +9,11 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 
 namespace
 {
@@ -143,6 +145,27 @@ void writeFrame(benchmark::State &state)
     state.counters["value"] = median(times);
 }
 
+/// The system's part: the same four pieces, written to a raw pseudo-terminal and nothing else.
+void writeFrameBaseline(benchmark::State &state)
+{
+    constexpr int batch = 100;
+    const QTemporaryDir folder;
+    const PseudoTerminal device(folder.filePath("line"));
+    const int line = ::open(qPrintable(device.link()), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    const QByteArray message(9, 0);
+    std::vector<double> times;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        for (int i = 0; i < batch * 4; ++i)
+            benchmark::DoNotOptimize(::write(line, message.constData(), 9));
+        times.push_back(nanoseconds(Clock::now() - start) / batch);
+        while (!device.read().isEmpty()) {
+        }
+    }
+    ::close(line);
+    state.counters["value"] = median(times);
+}
+
 /// As much as the line takes, until all has reached the observer; per message.
 void throughput(benchmark::State &state)
 {
@@ -223,6 +246,7 @@ int main(int argc, char **argv)
     const QWApplication application(argc, argv);
     RegisterBenchmark("grid-decode/ours", decode);
     RegisterBenchmark("grid-frame-write/ours", writeFrame)->Iterations(100);
+    RegisterBenchmark("grid-frame-write/baseline", writeFrameBaseline)->Iterations(100);
     RegisterBenchmark("grid-throughput/ours", throughput)->Iterations(1);
     RegisterBenchmark("grid-latency/ours", latency)->Iterations(1);
     RegisterBenchmark("grid-idle/ours", idle)->Iterations(1);
