@@ -1,6 +1,7 @@
 #include "ShortcutEditorPanel.h"
 
 #include "CaptureSheet.h"
+#include "KeyReturn.h"
 #include "KeycapLabel.h"
 #include "PresetsMenu.h"
 #include "QWKeyboardShortcuts.h"
@@ -197,7 +198,7 @@ void ShortcutEditorPanel::confirmSetShortcut(QObject *sender)
 void ShortcutEditorPanel::saveShortcuts(QObject *)
 {
     m_saveSheet->begin(*m_outlets->window, [this](int code) {
-        _takeKeysBack();
+        m_keyReturn->takeBack();
         m_registry.saveShortcutPanelDidEnd(code);
     });
 }
@@ -281,12 +282,13 @@ void ShortcutEditorPanel::_makeSheets()
 {
     for (QWidget *const sheet : {m_outlets->capture.panel, m_outlets->save.panel})
         sheet->setParent(m_outlets->window, Qt::Dialog);
+    m_keyReturn = std::make_unique<KeyReturn>(*m_outlets->window);
     m_outlets->capture.hintText = m_outlets->capture.panel->findChild<QLabel *>("setShortcutHintText");
     m_outlets->save.ruleText = m_outlets->save.panel->findChild<QLabel *>("saveShortcutRuleText");
     showAsNote(m_outlets->capture.hintText);
     showAsNote(m_outlets->save.ruleText);
     m_captureSheet = std::make_unique<CaptureSheet>(m_registry, m_outlets->capture);
-    connect(m_captureSheet.get(), &CaptureSheet::didEnd, this, &ShortcutEditorPanel::_takeKeysBack);
+    connect(m_captureSheet.get(), &CaptureSheet::didEnd, m_keyReturn.get(), &KeyReturn::takeBack);
     m_saveSheet = std::make_unique<SavePresetSheet>(m_outlets->save);
 }
 
@@ -366,14 +368,6 @@ void ShortcutEditorPanel::_tellRow(const QModelIndex &index)
     if (!QAccessible::isActive() || !index.isValid())
         return;
     m_outlets->shortcutsTable->tellName(index);
-}
-
-/// From a sheet that has gone: without a window manager nobody else sees to it.
-void ShortcutEditorPanel::_takeKeysBack()
-{
-    const QWidget *const key = platform::keyWindow();
-    if (!key || !key->isVisible())
-        m_outlets->window->activateWindow();
 }
 
 void ShortcutEditorPanel::windowDidMove()

@@ -20,6 +20,7 @@ namespace qw
 {
 
 class CaptureSheet;
+class KeyReturn;
 class SavePresetSheet;
 class ShortcutOutlineView;
 
@@ -70,7 +71,6 @@ private:
     void _clearKey(const QModelIndex &index);
     void _showRowMenu(const QModelIndex &index, const QPoint &position);
     void _tellRow(const QModelIndex &index);
-    void _takeKeysBack();
     void windowDidMove();
     void windowWillClose();
     void applicationWillTerminate();
@@ -80,6 +80,7 @@ private:
     std::unique_ptr<QWidget> m_nib;
     std::unique_ptr<Outlets> m_outlets; ///< Null before the first opening.
     ShortcutOutlineModel m_model;
+    std::unique_ptr<KeyReturn> m_keyReturn;
     std::unique_ptr<CaptureSheet> m_captureSheet;
     std::unique_ptr<SavePresetSheet> m_saveSheet;
     std::unique_ptr<platform::WindowOpenState> m_openState;
