@@ -35,6 +35,7 @@ private Q_SLOTS:
     void gridThatIsThereIsFound();
     void gridComesAndGoes();
     void gridComesBackUnderAnotherName();
+    void gridOfAnEarlierTerminalsNumberIsAnotherOne();
     void showsItselfAndListens_data();
     void showsItselfAndListens();
     void ledsArrive();
@@ -135,6 +136,16 @@ void tst_GridOverPty::gridComesBackUnderAnotherName()
     QVERIFY(_hears(QStringList{"removed", "connected"}));
     QCOMPARE(_remote().serialNumber(), 20u);
     QVERIFY(_isListening());
+}
+
+/// What ends without taking its link along, and then starts again, mostly gets the same terminal.
+void tst_GridOverPty::gridOfAnEarlierTerminalsNumberIsAnotherOne()
+{
+    const PseudoTerminal device(m_machine->folder() + "/tty.usbserial-m64-0123");
+    QVERIFY(_hears(QStringList{"connected"}));
+    const QString terminal = QFileInfo(device.link()).symLinkTarget();
+    QVERIFY(QFile::remove(device.link()) && QFile::link(terminal, device.link()));
+    QVERIFY(_hears(QStringList{"removed", "connected"}));
 }
 
 void tst_GridOverPty::showsItselfAndListens_data()
