@@ -47,19 +47,6 @@ void GridObservers::release()
     _waitForCalls(lock, nullptr);
 }
 
-void GridObservers::each(const std::function<void(QWMonomeRemoteObserver &)> &call)
-{
-    const auto list = _list();
-    if (!list)
-        return;
-    for (QWMonomeRemoteObserver *observer : *list) {
-        if (!_begin(*list, observer))
-            continue;
-        const std::unique_ptr<GridObservers, void (*)(GridObservers *)> end(this, [](auto *self) { self->_end(); });
-        call(*observer);
-    }
-}
-
 std::shared_ptr<const GridObservers::List> GridObservers::_list() const
 {
     const std::lock_guard guard(m_mutex);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <condition_variable>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -30,7 +29,19 @@ public:
     void release();
 
     /// Calls those that are there now and still are when their turn comes.
-    void each(const std::function<void(QWMonomeRemoteObserver &)> &call);
+    template <class Function>
+    void each(const Function &call)
+    {
+        const auto list = _list();
+        if (!list)
+            return;
+        for (QWMonomeRemoteObserver *observer : *list) {
+            if (!_begin(*list, observer))
+                continue;
+            const Ending ending(*this);
+            call(*observer);
+        }
+    }
 
 private:
     using List = std::vector<QWMonomeRemoteObserver *>;
@@ -39,6 +50,19 @@ private:
     {
         std::thread::id thread;
         const QWMonomeRemoteObserver *observer;
+    };
+
+    struct Ending
+    {
+        explicit Ending(GridObservers &observers)
+            : m_observers(observers)
+        {
+        }
+        ~Ending() { m_observers._end(); }
+        Ending(const Ending &) = delete;
+        Ending &operator=(const Ending &) = delete;
+
+        GridObservers &m_observers;
     };
 
     std::shared_ptr<const List> _list() const;
