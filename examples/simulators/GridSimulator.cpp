@@ -32,6 +32,7 @@ bool GridSimulator::plug(const QString &serial)
     auto terminal = std::make_unique<PseudoTerminal>(m_folder + "/tty.usbserial-" + serial);
     if (!model || !terminal->isOpen())
         return false;
+    m_serial = serial;
     m_device = std::make_unique<GridDevice>(*model);
     m_terminal = std::move(terminal);
     m_notifier = std::make_unique<QSocketNotifier>(m_terminal->file(), QSocketNotifier::Read);

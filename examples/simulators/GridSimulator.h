@@ -33,6 +33,9 @@ public:
     bool isPlugged() const { return m_terminal != nullptr; }
     bool hasHost() const { return m_hasHost; }
 
+    /// Of the grid plugged in last; "" before the first.
+    const QString &serial() const { return m_serial; }
+
     /// "" when unplugged.
     QString link() const { return m_terminal ? m_terminal->link() : QString(); }
 
@@ -63,6 +66,7 @@ private:
     const QString m_folder;
     QElapsedTimer m_time;
     QFile m_log;
+    QString m_serial;
     std::unique_ptr<GridDevice> m_device;
     std::unique_ptr<PseudoTerminal> m_terminal;
     std::unique_ptr<QSocketNotifier> m_notifier; ///< Enabled while there is a host.

@@ -76,6 +76,7 @@ void GridWindow::_connect()
 void GridWindow::_showGrid()
 {
     if (const GridDevice *device = m_grid.device()) {
+        _choose(m_grid.serial());
         m_view->setDimensions(device->model().columns, device->model().rows);
         m_view->setLEDs([this](int column, int row) {
             const GridDevice *const now = m_grid.device();
@@ -84,6 +85,14 @@ void GridWindow::_showGrid()
         resize(sizeHint());
     }
     _showState();
+}
+
+/// Scripts may plug in any grid.
+void GridWindow::_choose(const QString &serial)
+{
+    if (m_serials->findText(serial) < 0)
+        m_serials->addItem(serial);
+    m_serials->setCurrentText(serial);
 }
 
 void GridWindow::_showState()

@@ -23,6 +23,7 @@ private:
     void _layOut();
     void _connect();
     void _showGrid();
+    void _choose(const QString &serial);
     void _showState();
     void _plugOrUnplug();
 

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -66,6 +67,7 @@ private Q_SLOTS:
     void rightClickHoldsAButton();
     void keysAreButtons();
     void ledsShowInTheWindow();
+    void windowNamesTheGridThatIsPluggedIn();
     void programRunsAScript();
     void programIsLedByItsInput();
     void programTakesItsLinkAlong();
@@ -185,6 +187,19 @@ void tst_GridSimulator::ledsShowInTheWindow()
     QVERIFY(bright != dark);
     QVERIFY(dim != dark);
     QVERIFY(dim != bright);
+}
+
+void tst_GridSimulator::windowNamesTheGridThatIsPluggedIn()
+{
+    QTemporaryDir folder;
+    GridSimulator grid(folder.path());
+    QVERIFY(grid.plug("m64-0123"));
+    GridWindow window(grid, "m64-0123");
+    QVERIFY(grid.plug("m128-0077")); // as a script does
+    QVERIFY(window.windowTitle().endsWith("m128-0077"));
+    grid.unplug();
+    window.findChild<QPushButton *>()->click();
+    QCOMPARE(grid.link(), folder.filePath("tty.usbserial-m128-0077"));
 }
 
 void tst_GridSimulator::programRunsAScript()
