@@ -69,12 +69,12 @@ void tst_QWMonomeRemote::callsWithoutAGridReachDescriptorZero()
     remote.clearLEDs();
     remote.setLEDStateAtPosition(true, {1, 0});
     const auto writes = machine.lines().takeWrites();
-    QCOMPARE(writes.size(), 6);
+    QCOMPARE(writes.size(), 3);
     for (const auto &write : writes)
         QCOMPARE(write.descriptor, 0);
     QCOMPARE(writes[0].bytes, hex("a7"));
     QCOMPARE(writes[1].bytes, hex("90"));
-    QCOMPARE(writes[2].bytes, hex("80 0200000000000000"));
+    QCOMPARE(writes[2].bytes.first(9), hex("80 0200000000000000"));
     QVERIFY(remote.LEDStateAtPosition({1, 0}));
     remote.shutdown();
     QVERIFY(machine.lines().closed().isEmpty());
@@ -222,11 +222,8 @@ void tst_QWMonomeRemote::ledsOfASeriesSendTheWholeFrame()
     QVERIFY(remote.LEDStateAtPosition({3, 2}));
     QVERIFY(!remote.LEDStateAtPosition({2, 3}));
     const auto writes = machine.lines().takeWrites();
-    QCOMPARE(writes.size(), 4); // one for each message
-    QCOMPARE(writes[0].bytes, hex("80 0000080000000000"));
-    QCOMPARE(writes[1].bytes, hex("81 0000000000000000"));
-    QCOMPARE(writes[2].bytes, hex("82 0000000000000000"));
-    QCOMPARE(writes[3].bytes, hex("83 0000000000000000"));
+    QCOMPARE(writes.size(), 1); // no message of another thread comes between its four
+    QCOMPARE(writes[0].bytes, hex("80 0000080000000000 81 0000000000000000 82 0000000000000000 83 0000000000000000"));
     remote.setLEDStateAtPosition(false, {3, 2});
     QCOMPARE(machine.lines().takeWritten(machine.lines().last()), hex(darkSeriesFrame));
 }
@@ -237,10 +234,8 @@ void tst_QWMonomeRemote::ledsOfA40hSendItsRows()
     QWMonomeRemote &remote = machine.readyRemote();
     remote.setLEDStateAtPosition(true, {3, 2});
     const auto writes = machine.lines().takeWrites();
-    QCOMPARE(writes.size(), 8);
-    QCOMPARE(writes[0].bytes, hex("0070"));
-    QCOMPARE(writes[2].bytes, hex("0872"));
-    QCOMPARE(writes[7].bytes, hex("0077"));
+    QCOMPARE(writes.size(), 1);
+    QCOMPARE(writes[0].bytes, hex("0070 0071 0872 0073 0074 0075 0076 0077"));
 }
 
 void tst_QWMonomeRemote::columnsBeyondSevenAreLitByFramesOnly()
@@ -262,7 +257,7 @@ void tst_QWMonomeRemote::ledsFollowTheOrientation()
     QWMonomeRemote &remote = machine.readyRemote();
     remote.setOrientation(1);
     remote.setLEDStateAtPosition(true, {7, 0}); // the device's first
-    QCOMPARE(machine.lines().takeWrites().first().bytes, hex("80 0100000000000000"));
+    QCOMPARE(machine.lines().takeWrites().first().bytes.first(9), hex("80 0100000000000000"));
     QVERIFY(remote.LEDStateAtPosition({7, 0}));
     remote.setOrientation(0);
     QVERIFY(remote.LEDStateAtPosition({0, 0}));
@@ -276,7 +271,7 @@ void tst_QWMonomeRemote::toggleNegates()
     QVERIFY(remote.LEDStateAtPosition({1, 1}));
     remote.toggleLEDAtPosition({1, 1});
     QVERIFY(!remote.LEDStateAtPosition({1, 1}));
-    QCOMPARE(machine.lines().takeWrites().size(), 8);
+    QCOMPARE(machine.lines().takeWrites().size(), 2);
 }
 
 void tst_QWMonomeRemote::clearingSendsOneByteToASeries()
@@ -333,7 +328,7 @@ void tst_QWMonomeRemote::ledsMayBeSetOnManyThreads()
     second.join();
     machine.lines().takeWrites();
     remote.setLEDStateAtPosition(true, {0, 0});
-    QCOMPARE(machine.lines().takeWrites().first().bytes, hex("80 0706060606060606"));
+    QCOMPARE(machine.lines().takeWrites().first().bytes.first(9), hex("80 0706060606060606"));
 }
 
 QW_TEST_MAIN(tst_QWMonomeRemote)

@@ -64,6 +64,9 @@ struct GridMessage
     bool operator==(const GridMessage &) const = default;
 };
 
+/// Bytes of the four quadrants in their messages; the 40h needs 16.
+constexpr std::size_t gridLongestFrame = 36;
+
 using GridRows = std::array<std::uint8_t, 8>; ///< Row 0 first; bit n is column n.
 
 /// All LEDs off; series only.

@@ -11,6 +11,9 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+#include <array>
+
 using namespace std::chrono_literals;
 
 namespace
@@ -242,18 +245,24 @@ void QWMonomeRemote::_press(const qw::GridPress &press)
     m_observers.each([&](QWMonomeRemoteObserver &observer) { (observer.*call)(*this, position); });
 }
 
+/// In one write: messages of other threads come before or behind the whole frame, and a call is what takes the time.
 void QWMonomeRemote::_writeFrame()
 {
-    if (_protocol() == qw::GridProtocol::FortyH) {
+    std::array<std::uint8_t, qw::gridLongestFrame> bytes{};
+    auto end = bytes.begin();
+    const auto append = [&end](const qw::GridMessage &message) {
+        end = std::copy_n(message.bytes.begin(), message.length, end);
+    };
+    if (_protocol() == qw::GridProtocol::FortyH)
         for (unsigned row = 0; row < 8; ++row)
-            _write(qw::gridRowMessage(row, m_frame.row(0, row)));
-        return;
-    }
-    for (unsigned quadrant = 0; quadrant < qw::GridFrame::quadrants; ++quadrant)
-        _write(qw::gridQuadrantMessage(quadrant, m_frame.rows(quadrant)));
+            append(qw::gridRowMessage(row, m_frame.row(0, row)));
+    else
+        for (unsigned quadrant = 0; quadrant < qw::GridFrame::quadrants; ++quadrant)
+            append(qw::gridQuadrantMessage(quadrant, m_frame.rows(quadrant)));
+    m_lines.write(m_fileID, std::span(bytes.begin(), end));
 }
 
-/// One message, one write; whether it arrives is not looked at.
+/// Whether it arrives is not looked at.
 void QWMonomeRemote::_write(const qw::GridMessage &message)
 {
     m_lines.write(m_fileID, std::span(message.bytes).first(message.length));
