@@ -31,6 +31,10 @@ private Q_SLOTS:
     void heldKeyRepeatsAreOnePress();
     void heldKeyFiresNothingOnceSet();
     void modifierThatChangesEndsTheHold();
+    void heldOptionClearsTheOther();
+    void heldOptionLetGoTooSoonDoesNot();
+    void heldOptionWithAnotherModifierDoesNot();
+    void heldOptionWithoutAConflictDoesNothing();
     void keyThatOpenedTheSheetIsNotCaptured();
     void buttonsAnswerAssistiveTechnology();
     void whatHappensIsTold();
@@ -167,6 +171,69 @@ void tst_KeyCaptureWithoutMouse::modifierThatChangesEndsTheHold()
     m_host->release(Qt::Key_K);
 }
 
+/// Desktops that move windows by Alt and the mouse keep such clicks from "Clear Other".
+void tst_KeyCaptureWithoutMouse::heldOptionClearsTheOther()
+{
+    QVERIFY(m_host->edit(0, 0));
+    const auto *const hint = m_host->outlet<QLabel>("setShortcutHintText");
+    const QString usual = hint->text();
+    m_host->type(Qt::Key_X, Qt::ControlModifier);
+    QVERIFY(hint->text().contains("hold Alt for a second to clear the other"));
+    m_host->press(Qt::Key_Alt);
+    hold(900ms);
+    QVERIFY(!m_host->at(1, 0)->key().isClear());
+    m_host->system.clock.advance(100ms);
+    QTRY_VERIFY(m_host->at(1, 0)->key().isClear());
+    QCOMPARE(m_host->system.current().size(), 1); // kept at once
+    hold(5s);
+    m_host->release(Qt::Key_Alt, Qt::AltModifier);
+    QCOMPARE(hint->text(), usual);
+    QVERIFY(m_host->sheet()->isVisible() && m_host->ok->isEnabled());
+    QCOMPARE(m_host->at(0, 0)->key(), QWShortcutKey('p', 0)); // not before OK
+    m_host->click(m_host->ok);
+    QCOMPARE(m_host->at(0, 0)->key(), QWShortcutKey('x', EditorHost::command));
+}
+
+void tst_KeyCaptureWithoutMouse::heldOptionLetGoTooSoonDoesNot()
+{
+    QVERIFY(m_host->edit(0, 0));
+    m_host->type(Qt::Key_X, Qt::ControlModifier);
+    for (int i = 0; i < 3; ++i) {
+        m_host->press(Qt::Key_Alt);
+        hold(900ms);
+        m_host->release(Qt::Key_Alt, Qt::AltModifier);
+        hold(5s);
+    }
+    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
+}
+
+void tst_KeyCaptureWithoutMouse::heldOptionWithAnotherModifierDoesNot()
+{
+    QVERIFY(m_host->edit(0, 0));
+    m_host->type(Qt::Key_X, Qt::ControlModifier);
+    m_host->press(Qt::Key_Alt);
+    hold(900ms);
+    m_host->press(Qt::Key_Shift, Qt::AltModifier);
+    hold(5s);
+    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
+    m_host->press(Qt::Key_K, Qt::AltModifier | Qt::ShiftModifier); // which is free
+    m_host->system.clock.advance(1s);
+    QTRY_COMPARE(m_host->at(0, 0)->key(), QWShortcutKey('k', EditorHost::option | EditorHost::shift));
+    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
+    m_host->release(Qt::Key_K, Qt::AltModifier | Qt::ShiftModifier);
+}
+
+void tst_KeyCaptureWithoutMouse::heldOptionWithoutAConflictDoesNothing()
+{
+    QVERIFY(m_host->edit(0, 0));
+    m_host->type(Qt::Key_K);
+    m_host->press(Qt::Key_Alt);
+    hold(5s);
+    m_host->release(Qt::Key_Alt, Qt::AltModifier);
+    QCOMPARE(m_host->shown->text(), QString("K"));
+    QCOMPARE(m_host->system.current().size(), 0);
+}
+
 void tst_KeyCaptureWithoutMouse::keyThatOpenedTheSheetIsNotCaptured()
 {
     QVERIFY(m_host->edit(0, 0));
@@ -201,7 +268,8 @@ void tst_KeyCaptureWithoutMouse::whatHappensIsTold()
     m_host->type(Qt::Key_K, Qt::ControlModifier);
     QCOMPARE(told(), QString("Ctrl+K"));
     m_host->type(Qt::Key_X, Qt::ControlModifier);
-    QCOMPARE(told(), "Ctrl+X. " + m_host->inUse("Cut"));
+    QVERIFY(told().startsWith("Ctrl+X. " + m_host->inUse("Cut")) &&
+            told().endsWith("hold Alt for a second to clear the other."));
     m_host->type(Qt::Key_Escape);
     QCOMPARE(told(), "Esc. " + m_host->reserved);
     m_host->click(m_host->clear);

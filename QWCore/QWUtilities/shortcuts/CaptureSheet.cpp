@@ -47,6 +47,8 @@ CaptureSheet::CaptureSheet(QWKeyboardShortcuts &registry, const Outlets &outlets
     reserveWidth(*m_outlets.clearButton, {localized("Clear Other"), localized("Clear")});
     reserveLines(*m_outlets.introText, 2);
     reserveLines(*m_outlets.outroText, 2);
+    if (m_outlets.hintText)
+        m_hint = m_outlets.hintText->text();
     m_ticks.setInterval(tick);
     connect(&m_ticks, &QTimer::timeout, this, &CaptureSheet::_tick);
 }
@@ -135,7 +137,7 @@ void CaptureSheet::_didEnd()
     Q_EMIT didEnd();
 }
 
-/// Keeps the time of an allowed key that is held by itself.
+/// Keeps the time of an allowed key, or of Option, that is held by itself.
 void CaptureSheet::_hold(const KeyEvent &event)
 {
     const bool isKey = event.type == KeyEvent::KeyDown && !m_capture.editingKey().isClear();
@@ -143,6 +145,8 @@ void CaptureSheet::_hold(const KeyEvent &event)
         return;
     if (isKey && (m_isSet || m_capture.isAllowed()))
         m_hold.press(event.character, event.modifierFlags);
+    else if (_asksToClearOther(event))
+        m_hold.press(0, event.modifierFlags);
     else if (!m_isSet)
         m_hold.stop();
     if (m_hold.isRunning())
@@ -150,18 +154,34 @@ void CaptureSheet::_hold(const KeyEvent &event)
     _tick();
 }
 
+bool CaptureSheet::_asksToClearOther(const KeyEvent &event) const
+{
+    constexpr quint32 modifiers = KeyEvent::Shift | KeyEvent::Control | KeyEvent::Option | KeyEvent::Command;
+    const bool isOptionAlone =
+        event.type == KeyEvent::FlagsChanged && (event.modifierFlags & modifiers) == KeyEvent::Option;
+    return isOptionAlone && !m_isSet && m_capture.isInUse();
+}
+
 void CaptureSheet::_tick()
 {
     if (auto *const well = qobject_cast<KeycapLabel *>(m_outlets.shortcutText))
         well->setProgress(m_hold.isReleased() ? 0 : m_hold.progress());
     if (!m_isSet && m_hold.progress() >= 1)
-        return _setHeldKey();
+        return _actOnHeldKey();
     if (m_hold.isRunning() && !m_hold.isReleased())
         return;
     m_ticks.stop();
     m_hold.stop();
     if (m_isSet)
         end();
+}
+
+void CaptureSheet::_actOnHeldKey()
+{
+    if (m_hold.character() == 0)
+        clear();
+    else
+        _setHeldKey();
 }
 
 void CaptureSheet::_setHeldKey()
@@ -191,7 +211,18 @@ void CaptureSheet::_show()
         m_outlets.shortcutText->setText(m_capture.editingKey().displayString());
     m_outlets.outroText->setText(m_capture.refusal());
     m_outlets.okButton->setEnabled(m_capture.isAllowed());
+    _showHint();
     _showClearButton();
+}
+
+/// What can be done without the mouse; room is reserved for the longer text.
+void CaptureSheet::_showHint()
+{
+    if (m_outlets.hintText)
+        m_outlets.hintText->setText(
+            m_capture.isInUse()
+                ? localized("Press Escape twice to cancel, or hold Alt for a second to clear the other.")
+                : m_hint);
 }
 
 /// The captured key has the focus, so that its name is what a screen reader says.
@@ -199,7 +230,9 @@ void CaptureSheet::_announce()
 {
     const QString key = Keycaps::spokenText(m_capture.editingKey());
     const QString shown = key.isEmpty() ? localized("No shortcut") : key;
-    const QString message = m_outlets.outroText->text();
+    QString message = m_outlets.outroText->text();
+    if (m_capture.isInUse() && m_outlets.hintText)
+        message += ' ' + m_outlets.hintText->text();
     announce(*m_outlets.shortcutText, message.isEmpty() ? shown : shown + ". " + message);
 }
 

@@ -13,8 +13,9 @@ namespace qw
 {
 
 /// Wires the sheet that captures a key. Every key is the capture's, so that none of them can operate the sheet: plain
-/// Escape pressed twice leaves, an allowed combination held for a second is set. The buttons answer the mouse and
-/// assistive technology.
+/// Escape pressed twice leaves, an allowed combination held for a second is set, and Option held by itself clears the
+/// other shortcut that has the key, since many desktops keep clicks with Option for moving windows. The buttons answer
+/// the mouse and assistive technology.
 class CaptureSheet : public QObject
 {
     Q_OBJECT
@@ -54,9 +55,12 @@ private:
     void _didEnd();
     void _hold(const platform::KeyEvent &event);
     void _tick();
+    bool _asksToClearOther(const platform::KeyEvent &event) const;
+    void _actOnHeldKey();
     void _setHeldKey();
     void _syncModifiers(Qt::KeyboardModifiers modifiers);
     void _show();
+    void _showHint();
     void _announce();
     QString _instructions() const;
     void _showClearButton();
@@ -64,6 +68,7 @@ private:
     Outlets m_outlets;
     KeyCapture m_capture;
     KeyHold m_hold;
+    QString m_hint;       ///< As the interface file has it.
     QTimer m_ticks;       ///< While a key is held.
     bool m_isSet = false; ///< A held key was set; what remains is to let it go, since its repeats would fire it.
 };

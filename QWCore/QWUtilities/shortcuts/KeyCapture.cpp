@@ -49,7 +49,7 @@ void KeyCapture::see(const KeyEvent &event)
         m_clearsOther = isOptionDown;
     else
         _keyDown(event);
-    m_canClear = isOptionDown ? _conflict() != nullptr : !m_editingKey.isClear();
+    m_canClear = isOptionDown ? isInUse() : !m_editingKey.isClear();
 }
 
 void KeyCapture::clear()
@@ -76,7 +76,7 @@ void KeyCapture::commit()
 /// The other shortcut that has the key. No key at all is held by nobody, and neither is the shortcut's own.
 std::shared_ptr<QWShortcut> KeyCapture::_conflict() const
 {
-    const bool isFree = m_editingKey.isClear() || m_editingKey == m_editingShortcut->key();
+    const bool isFree = !m_editingShortcut || m_editingKey.isClear() || m_editingKey == m_editingShortcut->key();
     return isFree ? nullptr : m_registry.shortcutWithKey(m_editingKey);
 }
 
@@ -109,7 +109,7 @@ void KeyCapture::_clearOther()
     m_registry.saveToDefaults();
     m_registry.reloadDisplay();
     _judge();
-    m_canClear = _conflict() != nullptr;
+    m_canClear = isInUse();
 }
 
 } // namespace qw

@@ -43,12 +43,13 @@ public:
     bool isAllowed() const { return m_isAllowed; }
     bool canClear() const { return m_canClear; }
     bool clearsOther() const { return m_clearsOther; }
+    bool isInUse() const { return _conflict() != nullptr; } ///< The key is another shortcut's.
 
     /// Escape, by itself, was pressed twice with nothing between.
     bool wantsToLeave() const { return m_escapes >= 2; }
 
 private:
-    std::shared_ptr<QWShortcut> _conflict() const;
+    std::shared_ptr<QWShortcut> _conflict() const; ///< Null between edits.
     void _keyDown(const platform::KeyEvent &event);
     void _judge();
     void _clearOther();

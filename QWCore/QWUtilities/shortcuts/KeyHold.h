@@ -23,6 +23,7 @@ public:
 
     bool isRunning() const { return m_start.has_value(); } ///< Also shortly after the key was let go.
     bool isReleased() const;
+    char16_t character() const { return m_character; } ///< Of the key that is, or was, held; 0: a modifier by itself.
 
     /// 0 to 1.
     double progress() const;
