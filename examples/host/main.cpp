@@ -3,9 +3,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 namespace
 {
@@ -54,6 +56,15 @@ void prepareEnvironment(const demo::HostOptions &options)
     if (!options.tour.isEmpty() && qgetenv("QT_QPA_PLATFORM") == "offscreen")
         useScreen(qEnvironmentVariable("HOME") + "/Library/Caches", std::max(options.scale, 1));
 }
+// Where the tour plugs in a grid; its name has no digits, which would be taken for a model's.
+std::unique_ptr<QTemporaryDir> makeDeviceFolder(const demo::HostOptions &options)
+{
+    if (options.tour.isEmpty() || qEnvironmentVariableIsSet("QW_SERIAL_DEVICES"))
+        return nullptr;
+    auto folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/tine-grid-XXXXXX");
+    qputenv("QW_SERIAL_DEVICES", QFile::encodeName(folder->path()));
+    return folder;
+}
 } // namespace
 
 int main(int argc, char **argv)
@@ -69,6 +80,7 @@ int main(int argc, char **argv)
         return 0;
     }
     prepareEnvironment(*options);
+    const auto devices = makeDeviceFolder(*options);
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts); // for web views
     if (!options->tour.isEmpty())
         passedOn = qInstallMessageHandler(passOn);

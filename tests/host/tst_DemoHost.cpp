@@ -93,11 +93,26 @@ void tst_DemoHost::initTestCase()
 void tst_DemoHost::tourMakesEveryPicture()
 {
     QVERIFY2(m_tour.status == 0, qPrintable(m_tour.output + m_tour.errors));
-    for (const QString &name :
-         QStringList{"host", "host-empty", "splash", "about", "manual", "manual-legal", "scan-alert", "effects-menu",
-                     "effect-applied", "shortcuts", "shortcuts-search", "shortcut-capture", "shortcut-capture-conflict",
-                     "shortcut-save-preset", "scrollwheel", "preferences-general", "preferences-files",
-                     "preferences-controllers", "preferences-appearance"}) {
+    for (const QString &name : QStringList{"host",
+                                           "host-empty",
+                                           "splash",
+                                           "about",
+                                           "manual",
+                                           "manual-legal",
+                                           "scan-alert",
+                                           "effects-menu",
+                                           "effect-applied",
+                                           "shortcuts",
+                                           "shortcuts-search",
+                                           "shortcut-capture",
+                                           "shortcut-capture-conflict",
+                                           "shortcut-save-preset",
+                                           "scrollwheel",
+                                           "grid-simulator",
+                                           "preferences-general",
+                                           "preferences-files",
+                                           "preferences-controllers",
+                                           "preferences-appearance"}) {
         const QImage picture(m_folder.filePath("tour/" + name + ".png"));
         QVERIFY2(!picture.isNull() && hasContent(picture), qPrintable(name));
         QVERIFY2(m_tour.output.contains(name + ": "), qPrintable(name));

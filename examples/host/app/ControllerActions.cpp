@@ -11,14 +11,31 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <utility>
 
 namespace demo
 {
 
 namespace
 {
-constexpr float reachableColumns = 8; ///< Lights beyond cannot be switched one by one.
+constexpr int quadrantColumns = 8; ///< Lights beyond cannot be switched one by one.
+constexpr int mostColumns = 16;
+constexpr int showMilliseconds = 1500; ///< A grid that comes plays with its lights for so long at most.
+
+/// Columns 8 to 15 come as -8 to -1.
+float columnOf(QWGridPosition position)
+{
+    return position.x < 0 ? position.x + mostColumns : position.x;
+}
+
+/// A light of the top row.
+void setLight(QWMonomeRemote &grid, int column, bool on)
+{
+    if (column < quadrantColumns)
+        return grid.setLEDStateAtPosition(on, {static_cast<float>(column), 0});
+    const std::array<quint8, 8> rows{static_cast<quint8>(on ? 1 << (column - quadrantColumns) : 0)};
+    grid.setLEDFrameAtQuadrant(rows.data(), 1);
+}
 
 struct RemoteAction
 {
@@ -35,6 +52,9 @@ constexpr std::array remoteActions{
 ControllerActions::ControllerActions(Viewport &viewport)
     : m_viewport(viewport)
 {
+    m_show.setSingleShot(true);
+    m_show.setInterval(showMilliseconds);
+    connect(&m_show, &QTimer::timeout, this, &ControllerActions::_lightUp);
     connect(&viewport, &Viewport::positionChanged, this, &ControllerActions::_showPosition);
     connect(&viewport, &Viewport::visibleChanged, this, &ControllerActions::_showPosition);
 }
@@ -61,21 +81,28 @@ void ControllerActions::_useGrid(bool use)
     if (!use && !m_usesGrid)
         return;
     QWMonomeRemote &grid = QWMonomeRemote::remote();
-    if (use != m_usesGrid)
+    if (use != std::exchange(m_usesGrid, use)) {
         use ? grid.addObserver(*this) : grid.removeObserver(*this);
-    m_usesGrid = use;
+        m_show.start(); // it may have come just now
+    }
     if (use)
-        monomeRemoteConnected(grid);
+        _lightUp();
     else if (grid.isConnected())
         grid.clearLEDs();
 }
 
-void ControllerActions::monomeRemoteConnected(QWMonomeRemote &remote)
+/// The grid's own show would end what is lit now.
+void ControllerActions::monomeRemoteConnected(QWMonomeRemote &)
 {
-    if (!remote.isConnected())
+    m_show.start();
+}
+
+void ControllerActions::_lightUp()
+{
+    if (!m_usesGrid || !QWMonomeRemote::remote().isConnected())
         return;
     const auto percent = platform::System::current().userDefaults().integer(HostSettings::gridIntensityKey);
-    remote.setIntensity(static_cast<float>(std::clamp<qlonglong>(percent, 0, 100)) / 100);
+    QWMonomeRemote::remote().setIntensity(static_cast<float>(std::clamp<qlonglong>(percent, 0, 100)) / 100);
     m_litColumn = -1;
     _showPosition();
 }
@@ -83,7 +110,7 @@ void ControllerActions::monomeRemoteConnected(QWMonomeRemote &remote)
 void ControllerActions::monomeRemoteButtonDownAtPosition(QWMonomeRemote &, QWGridPosition position)
 {
     QMetaObject::invokeMethod(
-        this, [this, position] { _goToColumn(position.x); }, Qt::QueuedConnection);
+        this, [this, column = columnOf(position)] { _goToColumn(column); }, Qt::QueuedConnection);
 }
 
 void ControllerActions::_goToColumn(float column)
@@ -100,12 +127,12 @@ void ControllerActions::_showPosition()
     QWMonomeRemote &grid = QWMonomeRemote::remote();
     const TimeRange &visible = m_viewport.visible();
     const double part = (m_viewport.position() - visible.begin) / visible.length();
-    const auto column = static_cast<float>(std::floor(std::clamp(part, 0.0, 0.999) * grid.numberOfColumns()));
-    if (column == m_litColumn || column >= reachableColumns)
+    const int column = static_cast<int>(std::clamp(part, 0.0, 0.999) * grid.numberOfColumns());
+    if (column == m_litColumn)
         return;
     if (m_litColumn >= 0)
-        grid.setLEDStateAtPosition(false, {m_litColumn, 0});
-    grid.setLEDStateAtPosition(true, {column, 0});
+        setLight(grid, m_litColumn, false);
+    setLight(grid, column, true);
     m_litColumn = column;
 }
 

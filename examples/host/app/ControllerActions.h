@@ -4,6 +4,7 @@
 #include <QWUtilities/controllers/QWRemoteControlListener.h>
 
 #include <QObject>
+#include <QTimer>
 
 namespace demo
 {
@@ -31,6 +32,7 @@ public:
 
 private:
     void _useGrid(bool use);
+    void _lightUp();
     void _goToColumn(float column);
     void _showPosition();
     void _send(const char *action, int tag);
@@ -38,7 +40,8 @@ private:
     Viewport &m_viewport;
     bool m_usesGrid = false;
     bool m_usesRemote = false;
-    float m_litColumn = -1;
+    int m_litColumn = -1;
+    QTimer m_show; ///< Until it is over, lights that are set go out again.
 };
 
 } // namespace demo

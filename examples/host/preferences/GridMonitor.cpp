@@ -26,9 +26,11 @@ QColor withAlpha(QColor colour, float alpha)
     return colour;
 }
 
+/// Columns 8 to 15 come as -8 to -1.
 QPoint buttonOf(QWGridPosition position)
 {
-    return {static_cast<int>(position.x), static_cast<int>(position.y)};
+    const auto column = static_cast<int>(position.x);
+    return {column < 0 ? column + 16 : column, static_cast<int>(position.y)};
 }
 
 QWGridPosition positionOf(QPoint button)
@@ -81,6 +83,18 @@ void GridMonitor::_hold(QPoint button, bool held)
     else
         m_held.remove(button);
     update();
+}
+
+/// Nobody tells of the release of what is held then. It comes after what the grid's own thread has told.
+void GridMonitor::monomeRemoteRemoved(QWMonomeRemote &)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_held.clear();
+            update();
+        },
+        Qt::QueuedConnection);
 }
 
 void GridMonitor::monomeRemoteButtonDownAtPosition(QWMonomeRemote &, QWGridPosition position)

@@ -25,9 +25,13 @@ public:
 
     QSize sizeHint() const override { return {320, 112}; }
 
+    void monomeRemoteRemoved(QWMonomeRemote &remote) override;
+
     // On the grid's own thread.
     void monomeRemoteButtonDownAtPosition(QWMonomeRemote &remote, QWGridPosition position) override;
     void monomeRemoteButtonUpAtPosition(QWMonomeRemote &remote, QWGridPosition position) override;
+
+    bool isHeld(QPoint button) const { return m_held.contains(button); }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -1,5 +1,7 @@
 #include "ControllerScenes.h"
 
+#include "GridScene.h"
+
 #include <QWPlatform/appkit/Panel.h>
 #include <QWUtilities/controllers/QWScrollWheelManager.h>
 #include <QWUtilities/shell/QWPreferencesPanel.h>
@@ -35,6 +37,7 @@ void closeScrollWheelPanel(DemoApplication &)
 
 void closePreferences(DemoApplication &)
 {
+    unplugGrid();
     QWPreferencesPanel::sharedInstance().panel()->close();
 }
 } // namespace
@@ -49,6 +52,7 @@ std::span<const WindowStep::Window> controllerScenes()
          .window = scrollWheelPanel,
          .close = closeScrollWheelPanel,
          .onBackdrop = true},
+        gridScene(),
         {.name = "preferences-general",
          .open = [](App &) { QWPreferencesPanel::openPane("general"); },
          .window = preferencesPanel,
