@@ -231,6 +231,8 @@ void QWScrollWheelManager::addAction(QObject *)
         record.insert("action", first->representedObject());
     if (m_model)
         m_model->append(ScrollWheelBinding(record));
+    else
+        m_actions.emplace_back(record);
     if (m_table)
         m_table->scrollToBottom();
 }

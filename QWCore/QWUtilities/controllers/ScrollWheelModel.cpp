@@ -178,7 +178,7 @@ bool ScrollWheelModel::setData(const QModelIndex &index, const QVariant &value, 
 
 QVariant ScrollWheelModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal)
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount())
         return {};
     const ScrollWheelColumn &column = columnAt(section);
     const bool isPicture = column.identifier == reverse && !m_reverseImage.isNull();
