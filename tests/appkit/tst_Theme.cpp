@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QMenu>
 #include <QPalette>
 #include <QStyle>
 #include <QTest>
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void textIsLegible();
     void bareDisplayGetsTheLightLook();
     void themesCanBeChanged();
+    void darkMenusStandOutFromDarkLists();
 };
 
 namespace
@@ -101,6 +103,18 @@ void tst_Theme::themesCanBeChanged()
     QTRY_COMPARE(widget.palette().color(QPalette::Window).name(), QString("#242528"));
     platform::applyTheme(*qApp, ThemeChoice::Light);
     QTRY_COMPARE(widget.palette().color(QPalette::Window).name(), QString("#f6f6f7"));
+}
+
+void tst_Theme::darkMenusStandOutFromDarkLists()
+{
+    const QWidget list;
+    const QMenu menu;
+    const auto ground = [](const QWidget &widget) { return widget.palette().color(QPalette::Base); };
+    platform::applyTheme(*qApp, ThemeChoice::Dark);
+    QTRY_VERIFY(luminance(ground(menu)) > 1.5 * luminance(ground(list)));
+    QVERIFY(contrast(menu.palette().color(QPalette::WindowText), ground(menu)) >= 4.5);
+    platform::applyTheme(*qApp, ThemeChoice::Light);
+    QTRY_COMPARE(ground(menu).name(), QString("#ffffff"));
 }
 
 QTEST_MAIN(tst_Theme)

@@ -52,12 +52,25 @@ constexpr std::array disabledColors{
     RoleColors{QPalette::HighlightedText, 0xff6b6b72, 0xff9a9aa2},
 };
 
+/// Menus of the dark look, which stand over dark lists: the ground is lighter, and so is the edge, which the style
+/// makes of the window's colour.
+constexpr std::array darkMenuColors{std::pair{QPalette::Base, 0xff2b2c30U}, std::pair{QPalette::Window, 0xff6a6c72U}};
+
 /// Without a desktop nothing chooses a font that is sure to be there.
 void chooseBareFont(QApplication &application)
 {
     QFont font("DejaVu Sans");
     font.setPointSize(10);
     application.setFont(font);
+}
+
+QPalette menuPalette(ThemeChoice choice)
+{
+    QPalette palette = themePalette(choice);
+    if (choice == ThemeChoice::Dark)
+        for (const auto &[role, color] : darkMenuColors)
+            palette.setColor(role, QColor(color));
+    return palette;
 }
 
 /// What the desktop gave, kept from before the first change.
@@ -77,6 +90,7 @@ void followDesktop(QApplication &application)
 {
     application.setStyle(desktopLook().style);
     application.setPalette(QPalette());
+    application.setPalette(QPalette(), "QMenu");
     application.setFont(desktopLook().font);
 }
 
@@ -84,6 +98,7 @@ void useOwnLook(QApplication &application, ThemeChoice choice)
 {
     application.setStyle(QStyleFactory::create("Fusion"));
     application.setPalette(themePalette(choice));
+    application.setPalette(menuPalette(choice), "QMenu");
     if (isBareDisplay())
         chooseBareFont(application);
 }
