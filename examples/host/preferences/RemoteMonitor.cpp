@@ -7,6 +7,8 @@
 #include <QEvent>
 #include <QPainter>
 
+#include <utility>
+
 namespace demo
 {
 
@@ -15,6 +17,7 @@ using platform::localized;
 namespace
 {
 constexpr int fadeMilliseconds = 250;
+constexpr int refreshMilliseconds = 500;
 constexpr int spacing = 8;
 constexpr int keyHeight = 30;
 
@@ -32,6 +35,8 @@ RemoteMonitor::RemoteMonitor(QWidget *parent)
         m_lit.fill(false);
         update();
     });
+    m_refresh.setInterval(refreshMilliseconds);
+    connect(&m_refresh, &QTimer::timeout, this, &RemoteMonitor::_followReceiver);
 }
 
 RemoteMonitor::~RemoteMonitor()
@@ -53,6 +58,18 @@ void RemoteMonitor::_listen()
         QWRemoteControl::remoteControl().addListener(this);
     else
         QWRemoteControl::remoteControl().removeListener(this);
+    m_wasActive = QWRemoteControl::remoteControl().isActive();
+    listens ? m_refresh.start() : m_refresh.stop();
+    setAccessibleDescription(_status());
+    update();
+}
+
+/// Nobody tells that it has gone, or was found again.
+void RemoteMonitor::_followReceiver()
+{
+    const bool isActive = QWRemoteControl::remoteControl().isActive();
+    if (isActive == std::exchange(m_wasActive, isActive))
+        return;
     setAccessibleDescription(_status());
     update();
 }

@@ -33,9 +33,12 @@ protected:
 
 private:
     void _listen();
+    void _followReceiver();
     QString _status() const;
 
     bool m_listens = false;
+    bool m_wasActive = false;
+    QTimer m_refresh;
     std::array<bool, 6> m_lit{};
     QTimer m_fade; ///< A press is too short to be seen, and a hold may have no end.
 };
