@@ -4,8 +4,11 @@
 
 #include <QWPlatform/foundation/PropertyList.h>
 
+#include <QFile>
+
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 using namespace sample;
 
@@ -45,9 +48,11 @@ private Q_SLOTS:
     void badFilesHurtNothing();
     void unreadableCurrentFileIsKept();
     void everyUnreadableFileIsKept();
+    void pipesAreNoFiles();
     void tenThousandEntries();
     void readOnlyFolderHurtsNothing();
     void fullDiskKeepsWhatWasThere();
+    void fullDiskLeavesNoHalfFiles();
 };
 
 void tst_ShortcutBadInput::badFilesHurtNothing_data()
@@ -128,6 +133,26 @@ void tst_ShortcutBadInput::everyUnreadableFileIsKept()
     QCOMPARE(system.readFile(system.path("_kept 3 _current.plist")), QByteArray("third"));
 }
 
+/// Reading one would wait for somebody to write, for ever.
+void tst_ShortcutBadInput::pipesAreNoFiles()
+{
+    const ShortcutSystem system(factory);
+    system.makeDirectory(system.path("."));
+    for (const char *name : {"_current.plist", "Pipe.plist", "Pipe.qwshortcuts"})
+        QCOMPARE(::mkfifo(QFile::encodeName(system.path(name)).constData(), 0600), 0);
+    auto &registry = loaded();
+    auto &editor = addEditor(registry);
+    registry.buildPresetsMenu();
+    registry.loadPreset(editor.preset("Pipe"));
+    registry.loadShortcuts(nullptr);
+    system.filePanels.endOpen(platform::FilePanels::OK, {system.path("Pipe.qwshortcuts")});
+    registry.saveToDefaults();
+    editor.name = "Pipe";
+    system.alerts.answerWith({"Replace"});
+    registry.saveShortcutPanelDidEnd(1);
+    QCOMPARE(registry.groups().size(), std::size_t(2));
+}
+
 void tst_ShortcutBadInput::tenThousandEntries()
 {
     QVariantList many, changes;
@@ -137,9 +162,15 @@ void tst_ShortcutBadInput::tenThousandEntries()
     }
     const ShortcutSystem system({groupState("Many", many)});
     system.setCurrent(changes);
-    const auto &registry = loaded();
+    auto &registry = loaded();
     QCOMPARE(keyOf(registry, "play:", 0), QWShortcutKey(0x4e00 + 9'999, shift));
     QCOMPARE(registry.changedShortcuts().size(), 10'000);
+    auto &editor = addEditor(registry);
+    system.writePropertyList("~/Many.qwshortcuts", changes.mid(5'000));
+    registry.loadShortcuts(nullptr);
+    system.filePanels.endOpen(platform::FilePanels::OK, {system.real("~/Many.qwshortcuts")});
+    registry.loadPreset(editor.preset("Many"));
+    QCOMPARE(registry.changedShortcuts().size(), 5'000);
 }
 
 void tst_ShortcutBadInput::readOnlyFolderHurtsNothing()
@@ -172,6 +203,22 @@ void tst_ShortcutBadInput::fullDiskKeepsWhatWasThere()
     QCOMPARE(system.readFile(system.path("_current.plist")), before);
     registry.saveToDefaults();
     QCOMPARE(system.current().size(), 3);
+}
+
+/// An empty file would be listed as a preset, and set aside as changes that cannot be read.
+void tst_ShortcutBadInput::fullDiskLeavesNoHalfFiles()
+{
+    const ShortcutSystem system(factory);
+    const SmallFiles limit(100);
+    auto &registry = loaded();
+    QVERIFY(!QFile::exists(registry.currentShortcutsPath()));
+    addEditor(registry).name = "Mine";
+    registry.saveShortcutPanelDidEnd(1);
+    registry.exportShortcuts(nullptr);
+    system.filePanels.endSave(platform::FilePanels::OK, system.real("~/Mine.qwshortcuts"));
+    QCOMPARE(registry.presets(), QStringList());
+    QVERIFY(!QFile::exists(system.path("Mine.plist")));
+    QVERIFY(!QFile::exists(system.real("~/Mine.qwshortcuts")));
 }
 
 QW_TEST_MAIN(tst_ShortcutBadInput)

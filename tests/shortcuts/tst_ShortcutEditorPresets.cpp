@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QSignalSpy>
 
 namespace
 {
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void commandsDoWhatTheySay();
     void commandsAreEnabledWhileTheWindowIsKey();
     void chosenPresetIsLoaded();
+    void searchFieldHearsThatItIsEmpty();
     void currentPresetIsChecked();
     void saveSheetBeginsEmpty();
     void buttonNeedsAName();
@@ -131,6 +133,23 @@ void tst_ShortcutEditorPresets::chosenPresetIsLoaded()
     QCOMPARE(m_host->at(0, 0)->key(), QWShortcutKey('q', 0));
     QCOMPARE(search->text(), QString());
     QCOMPARE(m_host->model()->rowCount(), 2);
+}
+
+/// Else its button to empty it would stay.
+void tst_ShortcutEditorPresets::searchFieldHearsThatItIsEmpty()
+{
+    auto &search = *m_host->outlet<QLineEdit>("searchText");
+    QTest::keyClicks(&search, "cut");
+    QCOMPARE(m_host->model()->rowCount(), 1);
+    m_host->outline()->collapseAll();
+    const QSignalSpy changes(&search, &QLineEdit::textChanged);
+    m_host->system.alerts.answerWith({"Reset"});
+    m_host->registry().loadFactoryPreset(nullptr);
+    QCOMPARE(search.text(), QString());
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(m_host->model()->rowCount(), 2);
+    QTest::keyClicks(&search, "p"); // searches as before
+    QVERIFY(m_host->outline()->isExpanded(m_host->group(0)));
 }
 
 void tst_ShortcutEditorPresets::currentPresetIsChecked()

@@ -15,7 +15,7 @@ class tst_ShortcutPresets : public QObject
 
 private Q_SLOTS:
     void presetsMenuListsThePresets();
-    void presetsMenuNeedsAMoreThanTheCurrentFile();
+    void presetsMenuNeedsMoreThanTheCurrentFile();
     void presetIsLoaded();
     void unreadablePresetCountsAsEmpty_data();
     void unreadablePresetCountsAsEmpty();
@@ -48,7 +48,7 @@ void tst_ShortcutPresets::presetsMenuListsThePresets()
     QCOMPARE(qobject_cast<platform::MenuItem *>(editor.preset("Text"))->action(), platform::Selector("loadPreset:"));
 }
 
-void tst_ShortcutPresets::presetsMenuNeedsAMoreThanTheCurrentFile()
+void tst_ShortcutPresets::presetsMenuNeedsMoreThanTheCurrentFile()
 {
     const ShortcutSystem system(factory);
     auto &registry = loaded();

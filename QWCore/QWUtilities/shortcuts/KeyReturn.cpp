@@ -11,9 +11,17 @@
 namespace qw
 {
 
+namespace
+{
+constexpr int untilAgain = 100; ///< Milliseconds.
+} // namespace
+
 KeyReturn::KeyReturn(QWidget &window)
     : m_window(window)
 {
+    m_again.setSingleShot(true);
+    m_again.setInterval(untilAgain);
+    connect(&m_again, &QTimer::timeout, this, &KeyReturn::_comeBackAgain);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &KeyReturn::_focusWindowChanged);
 }
 
@@ -23,6 +31,19 @@ void KeyReturn::takeBack()
 {
     const QWidget *const key = platform::keyWindow();
     if (!key || !key->isVisible())
+        _comeBack();
+}
+
+/// X refuses those whose last event is older than the last change of the focus; a moment later there is a newer one.
+void KeyReturn::_comeBack()
+{
+    m_window.activateWindow();
+    m_again.start();
+}
+
+void KeyReturn::_comeBackAgain()
+{
+    if (m_window.isVisible() && !m_wasAbove)
         m_window.activateWindow();
 }
 
@@ -33,8 +54,10 @@ void KeyReturn::_focusWindowChanged(QWindow *focus)
         return;
     const bool hasGone = std::exchange(m_wasAbove, _isAbove(focus)) && (!m_above || !m_above->isVisible());
     m_above = m_wasAbove ? focus : nullptr;
-    if (hasGone && !m_wasAbove && focus != m_window.windowHandle() && m_window.isVisible())
-        m_window.activateWindow();
+    if (focus == m_window.windowHandle())
+        m_again.stop();
+    else if (hasGone && !m_wasAbove && m_window.isVisible())
+        _comeBack();
 }
 
 bool KeyReturn::_isAbove(const QWindow *window) const

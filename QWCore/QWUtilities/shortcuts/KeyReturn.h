@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 class QWidget;
 class QWindow;
@@ -26,10 +27,13 @@ public:
     void takeBack();
 
 private:
+    void _comeBack();
+    void _comeBackAgain();
     void _focusWindowChanged(QWindow *focus);
     bool _isAbove(const QWindow *window) const;
 
     QWidget &m_window;
+    QTimer m_again;
     QPointer<QWindow> m_above; ///< The one above the window that had the keyboard last, or null.
     bool m_wasAbove = false;   ///< Also when that one exists no longer.
 };

@@ -136,8 +136,9 @@ void ShortcutEditorPanel::clearSearchString()
 {
     if (!m_outlets)
         return;
-    const QSignalBlocker blocker(m_outlets->searchText);
+    disconnect(m_searching); // the field's own button is to hear of it
     m_outlets->searchText->clear();
+    _connectSearching();
 }
 
 void ShortcutEditorPanel::displayResultsDidChange()
@@ -311,9 +312,15 @@ void ShortcutEditorPanel::_connectSearch()
     QLineEdit &search = *m_outlets->searchText;
     search.installEventFilter(this);
     search.addAction(searchIcon(), QLineEdit::LeadingPosition);
-    connect(&search, &QLineEdit::textChanged, this, [this, &search] { searchChanged(&search); });
+    _connectSearching();
     const auto *const find = new QShortcut(QKeySequence::Find, m_outlets->window);
     connect(find, &QShortcut::activated, &search, [&search] { search.setFocus(Qt::ShortcutFocusReason); });
+}
+
+void ShortcutEditorPanel::_connectSearching()
+{
+    QLineEdit &search = *m_outlets->searchText;
+    m_searching = connect(&search, &QLineEdit::textChanged, this, [this, &search] { searchChanged(&search); });
 }
 
 /// Groups have no key.

@@ -64,6 +64,7 @@ private:
     void _makeSheets();
     void _connectOutline();
     void _connectSearch();
+    void _connectSearching();
     bool _leaveSearch(int key);
     QString _emptyText() const;
     void _edit(const QModelIndex &index);
@@ -84,7 +85,8 @@ private:
     std::unique_ptr<CaptureSheet> m_captureSheet;
     std::unique_ptr<SavePresetSheet> m_saveSheet;
     std::unique_ptr<platform::WindowOpenState> m_openState;
-    QPoint m_position; ///< Where the window was put, or moved to.
+    QMetaObject::Connection m_searching; ///< What is typed into the search field, to searchChanged().
+    QPoint m_position;                   ///< Where the window was put, or moved to.
 };
 
 } // namespace qw

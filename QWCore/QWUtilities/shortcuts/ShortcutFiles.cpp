@@ -42,14 +42,18 @@ std::optional<QVariantList> readArray(const QString &path)
 bool writeArray(const QString &path, const QVariantList &array)
 {
     QFile file(path);
-    const bool isUsable = !QFileInfo::exists(path) || QFileInfo(path).isFile(); // a device would never end
+    const bool isNew = !QFileInfo::exists(path);
+    const bool isUsable = isNew || QFileInfo(path).isFile(); // a device would never end
     if (!isUsable || !file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return false;
     const QByteArray before = file.readAll();
     if (overwrite(file, textOf(array)))
         return true;
     file.unsetError();
-    overwrite(file, before);
+    if (isNew)
+        file.remove();
+    else
+        overwrite(file, before);
     return false;
 }
 

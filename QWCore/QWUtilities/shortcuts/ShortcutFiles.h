@@ -17,7 +17,7 @@ namespace ShortcutFiles
 std::optional<QVariantList> readArray(const QString &path);
 
 /// Writes in place. A represented object that no file can hold is left out; a write that fails, on a full disk for
-/// one, leaves what was there before.
+/// one, leaves what was there before, or nothing.
 bool writeArray(const QString &path, const QVariantList &array);
 
 /// Moves a file out of the way of the next write, under a name that is no preset's and that no other file has.
