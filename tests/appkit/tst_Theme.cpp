@@ -1,6 +1,7 @@
 #include <QWPlatform/appkit/Theme.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QFont>
 #include <QMenu>
 #include <QPalette>
@@ -20,7 +21,7 @@ private Q_SLOTS:
     void textIsLegible();
     void bareDisplayGetsTheLightLook();
     void themesCanBeChanged();
-    void darkMenusStandOutFromDarkLists();
+    void darkMenusAndBoxesStandOut();
 };
 
 namespace
@@ -105,16 +106,19 @@ void tst_Theme::themesCanBeChanged()
     QTRY_COMPARE(widget.palette().color(QPalette::Window).name(), QString("#f6f6f7"));
 }
 
-void tst_Theme::darkMenusStandOutFromDarkLists()
+void tst_Theme::darkMenusAndBoxesStandOut()
 {
     const QWidget list;
     const QMenu menu;
+    const QCheckBox box;
     const auto ground = [](const QWidget &widget) { return widget.palette().color(QPalette::Base); };
     platform::applyTheme(*qApp, ThemeChoice::Dark);
     QTRY_VERIFY(luminance(ground(menu)) > 1.5 * luminance(ground(list)));
+    QCOMPARE(ground(box), ground(menu));
     QVERIFY(contrast(menu.palette().color(QPalette::WindowText), ground(menu)) >= 4.5);
     platform::applyTheme(*qApp, ThemeChoice::Light);
     QTRY_COMPARE(ground(menu).name(), QString("#ffffff"));
+    QCOMPARE(ground(box), ground(menu));
 }
 
 QTEST_MAIN(tst_Theme)

@@ -52,9 +52,11 @@ constexpr std::array disabledColors{
     RoleColors{QPalette::HighlightedText, 0xff6b6b72, 0xff9a9aa2},
 };
 
-/// Menus of the dark look, which stand over dark lists: the ground is lighter, and so is the edge, which the style
-/// makes of the window's colour.
-constexpr std::array darkMenuColors{std::pair{QPalette::Base, 0xff2b2c30U}, std::pair{QPalette::Window, 0xff6a6c72U}};
+/// What has to stand out from dark windows and lists.
+constexpr std::array raisedClasses{"QMenu", "QCheckBox", "QRadioButton"};
+
+/// Theirs in the dark look: the ground is lighter, and so is the edge, which the style makes of the window's colour.
+constexpr std::array raisedDarkColors{std::pair{QPalette::Base, 0xff2b2c30U}, std::pair{QPalette::Window, 0xff6a6c72U}};
 
 /// Without a desktop nothing chooses a font that is sure to be there.
 void chooseBareFont(QApplication &application)
@@ -64,13 +66,19 @@ void chooseBareFont(QApplication &application)
     application.setFont(font);
 }
 
-QPalette menuPalette(ThemeChoice choice)
+QPalette raisedPalette(ThemeChoice choice)
 {
     QPalette palette = themePalette(choice);
     if (choice == ThemeChoice::Dark)
-        for (const auto &[role, color] : darkMenuColors)
+        for (const auto &[role, color] : raisedDarkColors)
             palette.setColor(role, QColor(color));
     return palette;
+}
+
+void setRaisedPalette(const QPalette &palette)
+{
+    for (const char *name : raisedClasses)
+        QApplication::setPalette(palette, name);
 }
 
 /// What the desktop gave, kept from before the first change.
@@ -90,7 +98,7 @@ void followDesktop(QApplication &application)
 {
     application.setStyle(desktopLook().style);
     application.setPalette(QPalette());
-    application.setPalette(QPalette(), "QMenu");
+    setRaisedPalette(QPalette());
     application.setFont(desktopLook().font);
 }
 
@@ -98,7 +106,7 @@ void useOwnLook(QApplication &application, ThemeChoice choice)
 {
     application.setStyle(QStyleFactory::create("Fusion"));
     application.setPalette(themePalette(choice));
-    application.setPalette(menuPalette(choice), "QMenu");
+    setRaisedPalette(raisedPalette(choice));
     if (isBareDisplay())
         chooseBareFont(application);
 }
