@@ -3,6 +3,7 @@
 #include "FactoryDefinition.h"
 #include "LegacyShortcuts.h"
 #include "MainMenuItems.h"
+#include "PresetNames.h"
 #include "ShortcutEditorPanel.h"
 #include "ShortcutFiles.h"
 #include "ShortcutFilter.h"
@@ -12,7 +13,6 @@
 
 #include <QWBase/QWApplication.h>
 #include <QWBase/QWFile.h>
-#include <QWBase/QWPathStrings.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/appkit/FilePanels.h>
@@ -28,6 +28,7 @@
 
 #include <algorithm>
 
+namespace PresetNames = qw::PresetNames;
 namespace ShortcutFiles = qw::ShortcutFiles;
 using platform::localized;
 using platform::System;
@@ -45,26 +46,6 @@ QString supportDirectory()
     const QWApplication *const application = QWApplication::sharedApplication();
     return application ? application->supportDirectory()
                        : System::current().locations().mapped("~/Library/Application Support/Quorwell");
-}
-
-bool isHiddenName(const QString &name)
-{
-    return name.startsWith('.') || name.startsWith('_');
-}
-
-QString withoutExtension(const QString &name)
-{
-    const qsizetype dot = name.lastIndexOf('.');
-    return dot > 0 ? name.left(dot) : name;
-}
-
-/// An imported file keeps its name, as far as that is one of a preset.
-QString presetNameForFile(const QString &path)
-{
-    QString name = QWPathStrings::filename(path);
-    while (isHiddenName(name))
-        name.remove(0, 1);
-    return name;
 }
 
 /// Null when nothing in the group matches.
@@ -189,8 +170,8 @@ QStringList QWKeyboardShortcuts::presets() const
     const QStringList entries = QWFile::contentsOfDirectoryAtPath(m_shortcutsDirectory).value_or(QStringList());
     QStringList names;
     for (const QString &entry : entries) {
-        if (entries.size() > 1 && !isHiddenName(entry))
-            names.append(withoutExtension(entry));
+        if (entries.size() > 1 && !PresetNames::isHidden(entry))
+            names.append(PresetNames::withoutExtension(entry));
     }
     return names;
 }
@@ -258,7 +239,7 @@ void QWKeyboardShortcuts::saveShortcutPanelDidEnd(int returnCode)
     if (returnCode != save || !m_editor)
         return;
     QString name = m_editor->presetName();
-    if (name.isEmpty() || isHiddenName(name))
+    if (name.isEmpty() || PresetNames::isHidden(name))
         return; // the save sheet lets no such name through
     name.replace('/', '_');
     if (QWFile::fileExistsAtPath(_presetPath(name)) && !_mayReplace(name))
@@ -395,7 +376,7 @@ bool QWKeyboardShortcuts::_mayReplace(const QString &name) const
 void QWKeyboardShortcuts::_import(const QString &path)
 {
     const auto array = ShortcutFiles::readArray(path);
-    const QString name = presetNameForFile(path);
+    const QString name = PresetNames::forFile(path);
     if (!array || name.isEmpty())
         return;
     ShortcutFiles::writeArray(_presetPath(name), *array);
