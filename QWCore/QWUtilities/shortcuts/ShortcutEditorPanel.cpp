@@ -19,7 +19,6 @@
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -333,7 +332,7 @@ void ShortcutEditorPanel::_edit(const QModelIndex &index)
 void ShortcutEditorPanel::_setEnabled(const QModelIndex &index, bool enabled)
 {
     m_model.setEnabledAt(index, enabled);
-    _tellRow(index);
+    m_outlets->shortcutsTable->tellName(index);
 }
 
 void ShortcutEditorPanel::_clearKey(const QModelIndex &index)
@@ -345,7 +344,7 @@ void ShortcutEditorPanel::_clearKey(const QModelIndex &index)
     shortcut->clearKey();
     m_registry.saveToDefaults();
     m_registry.reloadDisplay();
-    _tellRow(row);
+    m_outlets->shortcutsTable->tellName(row);
 }
 
 /// What the keyboard does where Return, Space and Delete are shortcuts of the host.
@@ -367,14 +366,6 @@ void ShortcutEditorPanel::_showRowMenu(const QModelIndex &index, const QPoint &p
     enabled->setChecked(box.data(Qt::CheckStateRole).toInt() == Qt::Checked);
     connect(enabled, &QAction::toggled, this, [this, row](bool isOn) { _setEnabled(row, isOn); });
     menu->popup(m_outlets->shortcutsTable->viewport()->mapToGlobal(position));
-}
-
-/// The cell that a screen reader stands on says the whole row, which has changed.
-void ShortcutEditorPanel::_tellRow(const QModelIndex &index)
-{
-    if (!QAccessible::isActive() || !index.isValid())
-        return;
-    m_outlets->shortcutsTable->tellName(index);
 }
 
 void ShortcutEditorPanel::windowDidMove()

@@ -71,7 +71,6 @@ private:
     void _setEnabled(const QModelIndex &index, bool enabled);
     void _clearKey(const QModelIndex &index);
     void _showRowMenu(const QModelIndex &index, const QPoint &position);
-    void _tellRow(const QModelIndex &index);
     void windowDidMove();
     void windowWillClose();
     void applicationWillTerminate();

@@ -91,8 +91,11 @@ void ShortcutOutlineView::selectFirst()
     setCurrentIndex(below.isValid() && below.parent().isValid() ? below : group);
 }
 
+/// The cell that a screen reader stands on says the whole row.
 void ShortcutOutlineView::tellName(const QModelIndex &index)
 {
+    if (!QAccessible::isActive() || !index.isValid())
+        return;
     const QRect row = visualRect(index.siblingAtColumn(Column::Name));
     const QPoint place = viewport()->mapToGlobal(row.center());
     QAccessibleInterface *const outline = QAccessible::queryAccessibleInterface(this);

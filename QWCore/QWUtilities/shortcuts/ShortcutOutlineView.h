@@ -24,7 +24,7 @@ public:
     void setAllExpanded(bool expanded);
     void selectFirst(); ///< The first shortcut that shows, else the first group.
 
-    /// Lets a screen reader say the row of @p index, which has changed.
+    /// Lets a screen reader say the row of @p index, which has changed; nothing for no index.
     void tellName(const QModelIndex &index);
 
     /// Which rows are open and where the cursor is, by name; kept over a reset of the model.
