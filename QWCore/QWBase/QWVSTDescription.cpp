@@ -20,14 +20,14 @@ struct QWVSTDescription::IntegerField
 namespace
 {
 template <class Field>
-void writeIfSet(QWStateWriter &writer, const char *key, const std::optional<Field> &field)
+void writeIfSet(QWStateWriter &writer, QLatin1StringView key, const std::optional<Field> &field)
 {
     if (!field)
         return;
     if constexpr (std::is_same_v<Field, QString>)
-        writer.setString(QLatin1StringView(key), *field);
+        writer.setString(key, *field);
     else
-        writer.setInteger(QLatin1StringView(key), *field);
+        writer.setInteger(key, *field);
 }
 } // namespace
 
@@ -81,15 +81,15 @@ void QWVSTDescription::setUniqueID(qint64 uniqueID)
 
 void QWVSTDescription::writeState(QWStateWriter &writer) const
 {
-    writeIfSet(writer, "category", m_category);
-    writeIfSet(writer, "flags", m_flags);
+    writeIfSet(writer, QLatin1StringView("category"), m_category);
+    writeIfSet(writer, QLatin1StringView("flags"), m_flags);
     writer.setBoolean(QLatin1StringView("ignore"), ignore());
     writer.setBoolean(QLatin1StringView("isInstrument"), m_isInstrument);
-    writeIfSet(writer, "modificationDate", m_modificationDate);
-    writeIfSet(writer, "name", m_name);
+    writeIfSet(writer, QLatin1StringView("modificationDate"), m_modificationDate);
+    writeIfSet(writer, QLatin1StringView("name"), m_name);
     writer.setString(QLatin1StringView("path"), m_path);
-    writeIfSet(writer, "uniqueID", m_uniqueID);
-    writeIfSet(writer, "vendor", m_vendor);
+    writeIfSet(writer, QLatin1StringView("uniqueID"), m_uniqueID);
+    writeIfSet(writer, QLatin1StringView("vendor"), m_vendor);
 }
 
 void QWVSTDescription::prefetchTexts() const

@@ -119,6 +119,12 @@ void tst_CatalogFile::namesOfAllKindsAreWrittenAsThePropertyListWriterDoes_data(
     QTest::newRow("1,000 characters") << QString(1000, QChar(0x20AC));
     QTest::newRow("only escapes") << QString(1000, '&');
     QTest::newRow("lone surrogate") << "a" + QString(QChar(0xD83C)) + "b";
+    for (const char16_t odd : {u'&', u'<', u'>', u'\r', u'\x7F', u'\x80', u'\xE9', u'\x200B', u'\x8001'})
+        for (qsizetype place = 0; place < 19; ++place) {
+            QString name = "eighteen letters ab";
+            name[place] = odd;
+            QTest::addRow("U+%04X at %d", unsigned(odd), int(place)) << name;
+        }
 }
 
 void tst_CatalogFile::namesOfAllKindsAreWrittenAsThePropertyListWriterDoes()
@@ -135,11 +141,11 @@ void tst_CatalogFile::namesOfAllKindsAreWrittenAsThePropertyListWriterDoes()
 void tst_CatalogFile::nullCharacterDoesNotLoseTheCatalog()
 {
     Fixture f;
-    f.add("x")->setName(QString("a") + QChar(0) + "b");
+    f.add("x")->setName(QString("many letters: a") + QChar(0) + "b");
     f.save(0);
     const auto list = platform::PropertyList::fromData(f.content());
     QVERIFY(list);
-    QCOMPARE(list->toList().front().toMap().value("name"), QVariant("ab"));
+    QCOMPARE(list->toList().front().toMap().value("name"), QVariant("many letters: ab"));
 }
 
 void tst_CatalogFile::changedTailIsWholeRewrite()

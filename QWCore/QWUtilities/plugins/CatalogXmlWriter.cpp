@@ -7,6 +7,10 @@
 #include <charconv>
 #include <cstring>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace
 {
 constexpr std::string_view prolog = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -56,6 +60,29 @@ char *put(char *at, char c)
     const std::string_view escape = escapeOf(c);
     return std::copy(escape.begin(), escape.end(), at);
 }
+
+constexpr qsizetype groupSize = 8;
+
+#ifdef __SSE2__
+/// Writes eight characters as bytes when all of them are ASCII and stand for themselves.
+bool putPlainGroup(char *at, const QChar *text)
+{
+    const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(text));
+    const __m128i ascii = _mm_packus_epi16(codes, codes); // beyond ASCII: 0x80 to 0xFF, or 0 for negative numbers
+    const auto is = [&](char c) { return _mm_cmpeq_epi8(ascii, _mm_set1_epi8(c)); };
+    const __m128i escaped =
+        _mm_or_si128(_mm_or_si128(_mm_or_si128(is('&'), is('<')), _mm_or_si128(is('>'), is('\r'))), is('\0'));
+    if (_mm_movemask_epi8(_mm_or_si128(ascii, escaped)) != 0)
+        return false;
+    _mm_storel_epi64(reinterpret_cast<__m128i *>(at), ascii);
+    return true;
+}
+#else
+bool putPlainGroup(char *, const QChar *)
+{
+    return false;
+}
+#endif
 
 char *putEscaped(char *at, const QByteArray &utf8)
 {
@@ -180,8 +207,12 @@ void CatalogXmlWriter::_putKey(QLatin1StringView key)
 void CatalogXmlWriter::_putEscaped(const QString &text)
 {
     char *at = m_at; // a local: bytes written through a member might be the member's own
-    for (const QChar character : text) {
-        const char16_t code = character.unicode();
+    const QChar *character = text.constBegin();
+    const QChar *const end = text.constEnd();
+    for (; end - character >= groupSize && putPlainGroup(at, character); character += groupSize)
+        at += groupSize;
+    for (; character != end; ++character) {
+        const char16_t code = character->unicode();
         if (code >= 0x80) {
             m_at = putEscaped(m_at, text.toUtf8());
             return;

@@ -14,10 +14,10 @@ QStringList piecesOf(const QString &text)
     return pieces.size() == 2 ? pieces : text.split(QLatin1Char(':'));
 }
 
-void writeIfSet(QWStateWriter &writer, const char *key, const std::optional<QString> &text)
+void writeIfSet(QWStateWriter &writer, QLatin1StringView key, const std::optional<QString> &text)
 {
     if (text)
-        writer.setString(QLatin1StringView(key), *text);
+        writer.setString(key, *text);
 }
 } // namespace
 
@@ -87,10 +87,10 @@ bool QWAUDescription::loadInfo()
 void QWAUDescription::writeState(QWStateWriter &writer) const
 {
     writer.setData(QLatin1StringView("componentDescription"), m_componentDescription.stateBytes());
-    writeIfSet(writer, "identifier", m_identifier);
+    writeIfSet(writer, QLatin1StringView("identifier"), m_identifier);
     writer.setBoolean(QLatin1StringView("ignore"), ignore());
-    writeIfSet(writer, "manufacturer", m_manufacturer);
-    writeIfSet(writer, "name", m_name);
+    writeIfSet(writer, QLatin1StringView("manufacturer"), m_manufacturer);
+    writeIfSet(writer, QLatin1StringView("name"), m_name);
 }
 
 void QWAUDescription::prefetchTexts() const

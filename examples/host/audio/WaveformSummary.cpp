@@ -51,8 +51,8 @@ WaveformSummary::Column WaveformSummary::_fromBuckets(const std::vector<Bucket> 
     return {sum.least, sum.greatest, std::sqrt(sum.squares / static_cast<float>(summed))};
 }
 
-std::vector<WaveformSummary::Column> WaveformSummary::columns(const Sound &sound, int channel, qint64 start, qint64 frames,
-                                                              int count) const
+std::vector<WaveformSummary::Column> WaveformSummary::columns(const Sound &sound, int channel, qint64 start,
+                                                              qint64 frames, int count) const
 {
     std::vector<Column> result(static_cast<size_t>(std::max(count, 0)));
     const auto &samples = sound.channels[static_cast<size_t>(channel)];
