@@ -17,7 +17,9 @@
 #include <QTest>
 
 #include <algorithm>
+#include <chrono>
 #include <deque>
+#include <vector>
 
 namespace
 {
@@ -159,16 +161,37 @@ protected:
 };
 
 /// @p hooked: as the host's application object delivers it; else as Qt's own would.
-void mouseMove(benchmark::State &state, bool hooked)
+/// Nanoseconds for one of @p count events, with the hooks or without.
+double deliveryTime(QWidget &widget, QEvent &event, bool hooked, int count)
 {
-    StillWidget widget;
-    QMouseEvent event(QEvent::MouseMove, {1, 1}, {1, 1}, Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-    for (auto _ : state) {
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < count; ++i) {
         if (hooked)
             qApp->notify(&widget, &event);
         else
             static_cast<QApplication *>(qApp)->QApplication::notify(&widget, &event);
     }
+    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count() / count;
+}
+
+/// What the hooks add: the median of the differences of short runs side by side, since the delivery itself varies by
+/// many times that over a longer time.
+void mouseMove(benchmark::State &state)
+{
+    constexpr int pairs = 401;
+    constexpr int count = 2'000;
+    StillWidget widget;
+    QMouseEvent event(QEvent::MouseMove, {1, 1}, {1, 1}, Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    std::vector<double> differences(pairs);
+    for (auto _ : state)
+        for (double &difference : differences) {
+            const double without = deliveryTime(widget, event, false, count);
+            const double with = deliveryTime(widget, event, true, count);
+            const double withoutAgain = deliveryTime(widget, event, false, count);
+            difference = with - (without + withoutAgain) / 2;
+        }
+    std::nth_element(differences.begin(), differences.begin() + pairs / 2, differences.end());
+    state.counters["value"] = differences[pairs / 2];
 }
 
 void reload(benchmark::State &state, bool menus)
@@ -211,8 +234,7 @@ int main(int argc, char **argv)
     RegisterBenchmark("shortcut-hit-growth/ours", perform, many, true, false);
     RegisterBenchmark("shortcut-hit-growth/baseline", perform, 100, true, false);
     RegisterBenchmark("shortcut-hit-in-menu/ours", perform, many, true, true);
-    RegisterBenchmark("mouse-move/ours", mouseMove, true);
-    RegisterBenchmark("mouse-move/baseline", mouseMove, false);
+    RegisterBenchmark("mouse-move/ours", mouseMove)->Iterations(1);
     RegisterBenchmark("shortcuts-reload/ours", reload, false)->Unit(benchmark::kMillisecond);
     RegisterBenchmark("shortcuts-reload/baseline", readLists)->Unit(benchmark::kMillisecond);
     RegisterBenchmark("shortcuts-reload-menus/ours", reload, true)->Unit(benchmark::kMillisecond);
