@@ -16,6 +16,7 @@ private Q_SLOTS:
     void readsWhatTheWriterWrites();
     void readsOtherWritersForms_data();
     void readsOtherWritersForms();
+    void textsThatRecordsHaveInCommonAreTold();
     void readsBinaryLists();
     void wrongShapesGiveNoRecords_data();
     void wrongShapesGiveNoRecords();
@@ -113,6 +114,17 @@ void tst_CatalogReader::readsOtherWritersForms()
     const QVariantList expected = expectedStates<QWVSTDescription>(data);
     QCOMPARE(expected.size(), 1);
     QCOMPARE(statesOf<QWVSTDescription>(data), expected);
+}
+
+void tst_CatalogReader::textsThatRecordsHaveInCommonAreTold()
+{
+    QVariantList states;
+    for (const char *const vendor : {"Maker", "Maker", "Maker & Sons", "Maker", "Make", "", "", "Vendor", "Maker"}) {
+        const auto name = QString("%1 %2").arg(vendor).arg(states.size() / 2); // some twice
+        states.append(QVariantMap{
+            {"path", name}, {"name", name}, {"ignore", false}, {"isInstrument", false}, {"vendor", vendor}});
+    }
+    QCOMPARE(statesOf<QWVSTDescription>(platform::PropertyList::toXml(states)), states);
 }
 
 void tst_CatalogReader::readsBinaryLists()

@@ -22,6 +22,8 @@ public:
     /// Steps over everything up to and including the opening tag of the list.
     bool skipProlog();
 
+    const char *position() const { return m_at; }
+
     /// Steps over blanks, then over @p text, or leaves the latter where it is.
     bool take(std::string_view text)
     {
