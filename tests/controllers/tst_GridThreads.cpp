@@ -10,6 +10,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <poll.h>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -19,14 +20,15 @@ namespace
 constexpr int wantedCalls = 500;
 constexpr auto longEnough = 60s;
 
-/// Presses until enough was heard; takes what comes for the LEDs.
+/// Presses until enough was heard; waits for LEDs in between, and takes what comes for them.
 bool press(const PseudoTerminal &device, const GridListener &listener)
 {
     const auto end = std::chrono::steady_clock::now() + longEnough;
     while (listener.count() < wantedCalls && std::chrono::steady_clock::now() < end) {
         device.write(QByteArray::fromHex("0035 1035 0146 0046"));
+        pollfd lights{.fd = device.file(), .events = POLLIN, .revents = 0};
+        ::poll(&lights, 1, 1);
         device.read();
-        std::this_thread::sleep_for(1ms);
     }
     return listener.count() >= wantedCalls;
 }
@@ -40,7 +42,7 @@ void changeLEDs(QWMonomeRemote &remote, const std::atomic<bool> &stop)
         remote.setIntensity(static_cast<float>(i % 16) / 15);
         if (i % 32 == 0)
             remote.clearLEDs();
-        std::this_thread::sleep_for(100us);
+        std::this_thread::yield();
     }
 }
 
@@ -51,7 +53,7 @@ void changeObservers(QWMonomeRemote &remote, const std::atomic<bool> &stop)
         remote.addObserver(passing);
         remote.setOrientation(i % 4);
         remote.setOrigin(i % 2);
-        std::this_thread::sleep_for(100us);
+        std::this_thread::yield();
         remote.removeObserver(passing); // which is destroyed now
     }
 }

@@ -225,7 +225,7 @@ void tst_ShortcutEditorPanel::onlyMovesStoreTheFrame()
     const EditorHost host(EditorHost::sampleGroups(), frame("{{50, 60}, {400, 260}}"));
     QVERIFY(host.open());
     host.window()->resize(420, 280);
-    QTest::qWait(0);
+    QCoreApplication::processEvents();
     QCOMPARE(host.stored(frameKey).toString(), QString("{{50, 60}, {400, 260}}"));
     host.window()->move(70, 80);
     const QRect moved = host.window()->geometry(); // without the desktop's title bar
