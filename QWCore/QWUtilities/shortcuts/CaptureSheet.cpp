@@ -49,6 +49,7 @@ CaptureSheet::CaptureSheet(QWKeyboardShortcuts &registry, const Outlets &outlets
     reserveLines(*m_outlets.outroText, 2);
     if (m_outlets.hintText)
         m_hint = m_outlets.hintText->text();
+    m_ticks.setObjectName("holdTicks");
     m_ticks.setInterval(tick);
     connect(&m_ticks, &QTimer::timeout, this, &CaptureSheet::_tick);
 }

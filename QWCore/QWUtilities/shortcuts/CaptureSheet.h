@@ -69,7 +69,7 @@ private:
     KeyCapture m_capture;
     KeyHold m_hold;
     QString m_hint;       ///< As the interface file has it.
-    QTimer m_ticks;       ///< While a key is held.
+    QTimer m_ticks{this}; ///< While a key is held; "holdTicks".
     bool m_isSet = false; ///< A held key was set; what remains is to let it go, since its repeats would fire it.
 };
 

@@ -288,6 +288,7 @@ void ShortcutEditorPanel::_makeSheets()
     showAsNote(m_outlets->capture.hintText);
     showAsNote(m_outlets->save.ruleText);
     m_captureSheet = std::make_unique<CaptureSheet>(m_registry, m_outlets->capture);
+    m_captureSheet->setParent(this);
     connect(m_captureSheet.get(), &CaptureSheet::didEnd, m_keyReturn.get(), &KeyReturn::takeBack);
     m_saveSheet = std::make_unique<SavePresetSheet>(m_outlets->save);
 }
