@@ -43,10 +43,6 @@ public:
     /// Hands the entries of state() to @p writer.
     virtual void writeState(QWStateWriter &writer) const = 0;
 
-    /// Asks the processor for the texts that writeState() will read, which takes longer than writing them. The record
-    /// itself should have been asked for before.
-    virtual void prefetchTexts() const = 0;
-
     /// Place @p index in the catalog that looks at @p changes; called by that catalog.
     void setPlace(std::shared_ptr<Changes> changes, std::size_t index);
 
@@ -62,13 +58,6 @@ protected:
     {
         field = std::move(value);
         changed();
-    }
-
-    static void prefetch(const QString &text) { __builtin_prefetch(text.constData()); }
-    static void prefetch(const std::optional<QString> &text)
-    {
-        if (text)
-            prefetch(*text);
     }
 
     /// Sets @p field when @p value is text; likewise the others.

@@ -92,13 +92,6 @@ void QWVSTDescription::writeState(QWStateWriter &writer) const
     writeIfSet(writer, QLatin1StringView("vendor"), m_vendor);
 }
 
-void QWVSTDescription::prefetchTexts() const
-{
-    prefetch(m_name);
-    prefetch(m_path);
-    prefetch(m_vendor);
-}
-
 void QWVSTDescription::applyValueForKey(std::string_view key, const QVariant &value)
 {
     static constexpr StringField strings[] = {{"name", &QWVSTDescription::m_name},

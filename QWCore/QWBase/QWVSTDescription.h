@@ -53,7 +53,6 @@ public:
     void setUniqueID(qint64 uniqueID);
 
     void writeState(QWStateWriter &writer) const override;
-    void prefetchTexts() const override;
 
 protected:
     void applyValueForKey(std::string_view key, const QVariant &value) override;

@@ -80,33 +80,12 @@ public:
 
     void save()
     {
-        m_file.save(m_records.size(), m_changes->first, [this](std::size_t i) -> const QWCatalogRecord & {
-            _prefetch(i);
-            return *m_records[i];
-        });
+        m_file.save(m_records.size(), m_changes->first,
+                    [this](std::size_t i) -> const QWCatalogRecord & { return *m_records[i]; });
         m_changes->first = m_records.size();
     }
 
 private:
-    static constexpr std::size_t recordsAhead = 8;
-    static constexpr std::size_t textsAhead = 4; ///< Their records were asked for before.
-
-    static void prefetch(const Record &record)
-    {
-        const char *const bytes = reinterpret_cast<const char *>(&record);
-        for (std::size_t at = 0; at < sizeof(Record); at += 64)
-            __builtin_prefetch(bytes + at);
-    }
-
-    /// Record @p place is about to be written: fetching those behind it takes longer than writing them.
-    void _prefetch(std::size_t place) const
-    {
-        if (place + recordsAhead < m_records.size())
-            prefetch(*m_records[place + recordsAhead]);
-        if (place + textsAhead < m_records.size())
-            m_records[place + textsAhead]->prefetchTexts();
-    }
-
     QWCatalogRecord &_make() { return *m_records.emplace_back(std::make_shared<Record>()); }
 
     /// Tells the records from @p first on where they stand; they count as changed.

@@ -93,13 +93,6 @@ void QWAUDescription::writeState(QWStateWriter &writer) const
     writeIfSet(writer, QLatin1StringView("name"), m_name);
 }
 
-void QWAUDescription::prefetchTexts() const
-{
-    prefetch(m_identifier);
-    prefetch(m_manufacturer);
-    prefetch(m_name);
-}
-
 void QWAUDescription::applyValueForKey(std::string_view key, const QVariant &value)
 {
     if (key == "name")

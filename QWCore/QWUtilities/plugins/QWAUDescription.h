@@ -47,7 +47,6 @@ public:
     bool loadInfo();
 
     void writeState(QWStateWriter &writer) const override;
-    void prefetchTexts() const override;
 
 protected:
     void applyValueForKey(std::string_view key, const QVariant &value) override;
