@@ -113,13 +113,31 @@ private slots:
         QTEST(defaults.string("k"), "string");
     }
 
+    void whatAListCannotHoldIsRefused_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("value");
+        QVariant deep = true;
+        for (int level = 0; level < 512; ++level)
+            deep = QVariantList{deep};
+        QTest::newRow("class") << "k" << QVariant(QPoint(1, 2));
+        QTest::newRow("null character in the text") << "k" << QVariant(QString(QChar(0)));
+        QTest::newRow("null character in the key") << QString("k") + QChar(0) << QVariant(1);
+        QTest::newRow("one level more than a file may have") << "k" << deep;
+    }
+
     void whatAListCannotHoldIsRefused()
     {
+        QFETCH(QString, key);
+        QFETCH(QVariant, value);
         UserDefaults defaults(m_path);
         defaults.setObject("k", "old");
+        QVERIFY(defaults.synchronize());
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("The setting \"k\" cannot hold"));
-        defaults.setObject("k", QPoint(1, 2));
-        QCOMPARE(defaults.string("k"), "old");
+        defaults.setObject(key, value);
+        defaults.setObject("other", "new");
+        QVERIFY(defaults.synchronize());
+        QCOMPARE(stored(), (QVariantMap{{"k", "old"}, {"other", "new"}}));
     }
 
     void onlyChangedKeysAreApplied()

@@ -16,7 +16,8 @@ constexpr quint64 trailerSize = 32;
 constexpr quint64 maximumWeight = quint64(1) << 28;
 
 constexpr qint64 referenceSeconds = 978307200;      ///< 2001-01-01 00:00 UTC, from which dates count.
-constexpr double furthestSeconds = 251'000'000'000; ///< Dates lie within about 8,000 years of it.
+constexpr double earliestSeconds = -63'113'904'000; ///< The year 1 begins.
+constexpr double latestSeconds = 252'423'993'599;   ///< The year 9999 ends.
 
 enum Type
 {
@@ -159,7 +160,7 @@ bool BinaryPropertyListReader::_date(quint64 at, QVariant &value) const
     if (!_fits(at, 1, 8))
         return false;
     const double seconds = std::bit_cast<double>(_number(at, 8));
-    if (!(std::fabs(seconds) < furthestSeconds)) // not a number too
+    if (!(seconds >= earliestSeconds && seconds <= latestSeconds)) // not a number too
         return false;
     value = QDateTime::fromMSecsSinceEpoch(referenceSeconds * 1000 + std::llround(seconds * 1000), Qt::UTC);
     return true;
@@ -167,24 +168,28 @@ bool BinaryPropertyListReader::_date(quint64 at, QVariant &value) const
 
 bool BinaryPropertyListReader::_text(const Body &body, int type, QVariant &value) const
 {
-    const char *bytes = m_data.constData() + body.at;
-    const auto count = static_cast<qsizetype>(body.count);
+    const QByteArrayView bytes(m_data.constData() + body.at, static_cast<qsizetype>(body.count));
     if (type == Data) {
-        value = QByteArray(bytes, count);
-    } else if (type == Ascii) {
-        if (!std::all_of(bytes, bytes + count, [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
-            return false;
-        value = QString::fromLatin1(bytes, count);
-    } else if (type == Utf16) {
-        QString text(count, Qt::Uninitialized);
-        for (qsizetype i = 0; i < count; ++i)
-            text[i] = QChar(static_cast<char16_t>(_number(body.at + 2 * static_cast<quint64>(i), 2)));
-        value = text;
-        return text.isValidUtf16(); // half a character could not be written
-    } else {
-        return false;
+        value = bytes.toByteArray();
+        return true;
     }
-    return true;
+    if (type != Ascii && type != Utf16)
+        return false;
+    const QString text = type == Ascii ? QString::fromLatin1(bytes) : _utf16(body);
+    value = text;
+    const bool isAscii = type == Utf16 || std::none_of(bytes.begin(), bytes.end(), [](char c) { return c & 0x80; });
+    return isAscii && PropertyListScalars::isWritable(text);
+}
+
+QString BinaryPropertyListReader::_utf16(const Body &body) const
+{
+    QString text(static_cast<qsizetype>(body.count), Qt::Uninitialized);
+    quint64 at = body.at;
+    for (QChar &unit : text) {
+        unit = QChar(static_cast<char16_t>(_number(at, 2)));
+        at += 2;
+    }
+    return text;
 }
 
 bool BinaryPropertyListReader::_array(const Body &body, int depth, Object &object)

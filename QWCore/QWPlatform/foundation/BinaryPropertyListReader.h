@@ -54,6 +54,7 @@ private:
     bool _real(quint64 at, int sizeExponent, QVariant &value) const;
     bool _date(quint64 at, QVariant &value) const;
     bool _text(const Body &body, int type, QVariant &value) const;
+    QString _utf16(const Body &body) const;
     bool _array(const Body &body, int depth, Object &object);
     bool _dictionary(const Body &body, int depth, Object &object);
     Object *_entry(quint64 at, int depth, Object &container);

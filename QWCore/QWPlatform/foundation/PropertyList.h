@@ -12,7 +12,8 @@ namespace platform
 
 /// Property lists as QVariant trees: QVariantMap, QVariantList, QString, bool, qlonglong (qulonglong above its range),
 /// double, QDateTime (UTC), QByteArray. Reading takes the XML, binary and old text forms and is strict: garbage,
-/// truncation, a wrong shape or more than 512 levels give no list, never half a one. Any thread.
+/// truncation, a wrong shape or more than 512 levels give no list, never half a one. Whatever was read can be written,
+/// so texts hold no null characters and dates lie in the years 1 to 9999. Any thread.
 namespace PropertyList
 {
 

@@ -110,6 +110,11 @@ std::optional<QByteArray> data(std::string_view text)
     return std::move(decoded.decoded);
 }
 
+bool isWritable(const QString &text)
+{
+    return text.isValidUtf16() && !text.contains(QChar::Null);
+}
+
 std::string realText(double value)
 {
     if (std::isnan(value))

@@ -31,6 +31,9 @@ std::optional<QDateTime> date(std::string_view text);
 /// Base64 with padding; blanks anywhere.
 std::optional<QByteArray> data(std::string_view text);
 
+/// True for text that can be written: without null characters and halves of surrogate pairs.
+bool isWritable(const QString &text);
+
 /// The shortest text that reads back the same: "100", "12.5"; with an exponent only where very large or small.
 std::string realText(double value);
 

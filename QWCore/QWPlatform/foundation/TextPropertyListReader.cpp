@@ -147,7 +147,7 @@ bool TextPropertyListReader::_quoted(QChar quote, QString &text)
     while (m_at < m_text.size()) {
         const QChar c = m_text.at(m_at++);
         if (c == quote)
-            return true;
+            return PropertyListScalars::isWritable(text); // escapes can spell anything
         if (c == end || (c == u'\\' && !_escape(text)))
             return false;
         if (c != u'\\')

@@ -82,7 +82,7 @@ bool writeValues(const QString &path, const QVariantMap &values)
 {
     const QByteArray xml = PropertyList::toXml(values);
     QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(xml) == xml.size() && file.commit();
+    return !xml.isEmpty() && file.open(QIODevice::WriteOnly) && file.write(xml) == xml.size() && file.commit();
 }
 
 bool isNumber(const QVariant &value)
@@ -250,8 +250,8 @@ bool UserDefaults::isSet(const QString &key) const
 
 void UserDefaults::setObject(const QString &key, const QVariant &value)
 {
-    if (PropertyList::toXml(value).isEmpty())
-        qWarning("The setting \"%s\" cannot hold a value of type %s.", qUtf8Printable(key), value.typeName());
+    if (PropertyList::toXml(QVariantMap{{key, value}}).isEmpty()) // as it will stand in the file
+        qWarning("The setting \"%s\" cannot hold this value of type %s.", qUtf8Printable(key), value.typeName());
     else
         m_d->change(key, value);
 }
