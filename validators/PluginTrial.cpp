@@ -14,7 +14,7 @@ using platform::AudioPlugin;
 namespace
 {
 constexpr double sampleRate = 48000;
-constexpr int frames = 512;
+constexpr int blockFrames = 512;
 constexpr int silentBlocks = 4;
 constexpr int noiseBlocks = 8;
 constexpr AudioPlugin::MidiEvent noteOn{0, {0x90, 60, 100}};
@@ -24,7 +24,7 @@ class Channels
 {
 public:
     explicit Channels(int count)
-        : m_samples(static_cast<std::size_t>(count), std::vector<float>(frames))
+        : m_samples(static_cast<std::size_t>(count), std::vector<float>(blockFrames))
     {
         for (std::vector<float> &channel : m_samples)
             m_pointers.push_back(channel.data());
@@ -72,7 +72,7 @@ bool runBlocks(AudioPlugin &plugin, Watchdog &watchdog)
         watchdog.progress("processing");
         if (block >= 0)
             inputs.fillWithNoise(random);
-        plugin.process(readable, outputs.writable(), frames, eventsOfBlock(plugin, block));
+        plugin.process(readable, outputs.writable(), eventsOfBlock(plugin, block));
         if (!outputs.areFinite())
             return false;
     }
@@ -83,7 +83,7 @@ bool runBlocks(AudioPlugin &plugin, Watchdog &watchdog)
 QString tryPlugin(AudioPlugin &plugin, Watchdog &watchdog)
 {
     watchdog.progress("starting to process");
-    if (!plugin.start(sampleRate, frames))
+    if (!plugin.start(sampleRate, blockFrames))
         return QStringLiteral("The plug-in refuses to start.");
     const bool isFinite = runBlocks(plugin, watchdog);
     watchdog.progress("stopping to process");

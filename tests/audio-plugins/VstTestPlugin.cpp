@@ -15,6 +15,8 @@ constexpr float gain = 0.5F;
 constexpr bool isInstrument = behaviour == Behaviour::Instrument;
 constexpr bool isShell = behaviour == Behaviour::Shell;
 bool noteIsOn = false;
+vst::Dispatcher hostCallback = nullptr;
+std::int32_t flagsAtOpen = 0; ///< Of the time.
 
 std::string effectName()
 {
@@ -33,6 +35,27 @@ void takeEvents(void *pointer)
     }
 }
 
+/// What the host answers to a plug-in that wants to know @p wanted of the time.
+const vst::TimeInfo *timeInfo(Effect *effect, std::intptr_t wanted)
+{
+    return reinterpret_cast<const vst::TimeInfo *>(hostCallback(effect, vst::request::time, 0, wanted, nullptr, 0));
+}
+
+/// Gives the time as samples: all of it on the first channel, on the second the flags of one who wants nothing, now and
+/// when the plug-in was opened.
+void writeTime(Effect *effect, float **outputs)
+{
+    using namespace vst::timeFlag;
+    const vst::TimeInfo &time = *timeInfo(effect, beatsValid | tempoValid | barValid | signatureValid);
+    const double values[] = {
+        time.position,          time.sampleRate,          time.beats,        time.tempo, time.barStart,
+        double(time.numerator), double(time.denominator), double(time.flags)};
+    for (std::size_t i = 0; i < std::size(values); ++i)
+        outputs[0][i] = static_cast<float>(values[i]);
+    outputs[1][0] = static_cast<float>(timeInfo(effect, 0)->flags);
+    outputs[1][1] = static_cast<float>(flagsAtOpen);
+}
+
 std::intptr_t close(Effect *effect)
 {
     if (behaviour == Behaviour::CrashAtClose)
@@ -46,6 +69,7 @@ std::intptr_t dispatch(Effect *effect, std::int32_t opcode, std::int32_t, std::i
     switch (opcode) {
     case vst::opcode::open:
         misbehaveAtOpen();
+        flagsAtOpen = behaviour == Behaviour::Timed ? timeInfo(effect, 0)->flags : 0;
         return 0;
     case vst::opcode::close:
         return close(effect);
@@ -74,6 +98,8 @@ float sampleFor(float input)
 
 void processReplacing(Effect *effect, float **inputs, float **outputs, std::int32_t frames)
 {
+    if (behaviour == Behaviour::Timed)
+        return writeTime(effect, outputs);
     for (int channel = 0; channel < effect->outputCount; ++channel)
         for (int i = 0; i < frames; ++i)
             outputs[channel][i] = sampleFor(effect->inputCount > channel ? inputs[channel][i] : 0);
@@ -111,6 +137,7 @@ ENTRY_OF(qw_test_entry)
 {
     if (behaviour == Behaviour::Refusing || host(nullptr, vst::request::version, 0, 0, nullptr, 0) < 2400)
         return nullptr;
+    hostCallback = host;
     return make();
 }
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-/// The channels that @p plugin gives for one block of @p frames in which every input sample is @p level.
+/// The channels that @p plugin, started for blocks of @p frames, gives for one in which every input sample is @p level.
 inline std::vector<std::vector<float>> runBlock(platform::AudioPlugin &plugin, int frames, float level,
                                                 std::vector<platform::AudioPlugin::MidiEvent> events = {})
 {
@@ -17,6 +17,6 @@ inline std::vector<std::vector<float>> runBlock(platform::AudioPlugin &plugin, i
         in.push_back(channel.data());
     for (auto &channel : outputs)
         out.push_back(channel.data());
-    plugin.process(in, out, frames, events);
+    plugin.process(in, out, events);
     return outputs;
 }

@@ -43,7 +43,7 @@ private slots:
     void goodUnitsAreHandedOff_data()
     {
         QTest::addColumn<QString>("name");
-        for (const char *name : {"Good", "Instrument", "Generator", "MusicEffect", "Printing"})
+        for (const char *name : {"Good", "Instrument", "Generator", "MusicEffect", "FixedBlocks", "Printing"})
             QTest::newRow(name) << name;
     }
 

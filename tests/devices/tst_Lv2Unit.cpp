@@ -57,6 +57,20 @@ private slots:
         QCOMPARE(machine.error, QString("The plug-in requires http://quorwell.example/feature#nobodyHasIt."));
     }
 
+    void blocksAreAllOfTheSizeThatIsPromised()
+    {
+        Machine machine;
+        const auto plugin = machine.open("FixedBlocks", "aufx");
+        QVERIFY2(plugin, qPrintable(machine.error));
+        for (int frames : {64, 512, 1}) {
+            QVERIFY(plugin->start(48000, frames));
+            for (int block = 0; block < 3; ++block)
+                QCOMPARE(runBlock(*plugin, frames, 0.5F)[0], std::vector<float>(frames, 0.25F));
+        }
+        for (int frames : {0, 100, -64})
+            QVERIFY(!plugin->start(48000, frames));
+    }
+
     void refusalShowsAtTheStart()
     {
         Machine machine;

@@ -49,8 +49,8 @@ private slots:
         const auto plugin = machine.open(name);
         QVERIFY2(plugin, qPrintable(machine.error));
         QVERIFY(plugin->start(48000, 64));
-        for (int frames : {64, 17})
-            QCOMPARE(runBlock(*plugin, frames, 0.5F)[1], std::vector<float>(frames, 0.25F));
+        for (int block = 0; block < 2; ++block)
+            QCOMPARE(runBlock(*plugin, 64, 0.5F)[1], std::vector<float>(64, 0.25F));
         plugin->stop();
         QVERIFY(plugin->start(96000, 64)); // and again
         QCOMPARE(runBlock(*plugin, 64, 1.0F)[0], std::vector<float>(64, 0.5F));
@@ -68,6 +68,43 @@ private slots:
         QCOMPARE(runBlock(*plugin, 8, 0, {{0, {0x90, 60, 100}}})[0], std::vector<float>(8, 0.5F));
         QCOMPARE(runBlock(*plugin, 8, 0, {{0, {0x90, 62, 100}}, {3, {0x90, 64, 1}}, {7, {0x80, 60, 0}}})[0],
                  std::vector<float>(8, 0.0F));
+    }
+
+    void timeIsToldFromTheStartOn()
+    {
+        Machine machine;
+        const auto plugin = machine.open("Timed");
+        QVERIFY2(plugin, qPrintable(machine.error));
+        constexpr float playing = 2;
+        constexpr float changed = 1;
+        constexpr float all = 512 + 1024 + 2048 + 8192; // beats, tempo, bar and signature
+        for (int run = 0; run < 2; ++run) {
+            QVERIFY(plugin->start(8192, 16384)); // one bar a block
+            for (int block = 0; block < 3; ++block) {
+                const auto told = runBlock(*plugin, 16384, 0);
+                const float now = block == 0 ? playing + changed : playing;
+                const float beats = 4.0F * static_cast<float>(block);
+                QCOMPARE(told[0].size(), std::size_t(16384));
+                QCOMPARE(std::vector<float>(told[0].begin(), told[0].begin() + 8),
+                         (std::vector<float>{16384.0F * static_cast<float>(block), 8192, beats, 120, beats, 4, 4,
+                                             all + now}));
+                QCOMPARE(told[1][0], now);  // who asks for nothing
+                QCOMPARE(told[1][1], 0.0F); // when it was opened
+            }
+            plugin->stop();
+        }
+    }
+
+    void barsBeginAtWholeBars()
+    {
+        Machine machine;
+        const auto plugin = machine.open("Timed");
+        QVERIFY2(plugin, qPrintable(machine.error));
+        QVERIFY(plugin->start(8192, 2048)); // half a beat a block
+        std::vector<float> bars;
+        for (int block = 0; block < 10; ++block)
+            bars.push_back(runBlock(*plugin, 2048, 0)[0][4]);
+        QCOMPARE(bars, (std::vector<float>{0, 0, 0, 0, 0, 0, 0, 0, 4, 4}));
     }
 
     void shellOpensWithoutAudio()

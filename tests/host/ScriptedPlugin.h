@@ -27,7 +27,6 @@ public:
     {
         int opened = 0;
         int stopped = 0;
-        int largestBlock = 0;
         qint64 frames = 0;
         std::vector<std::pair<qint64, platform::AudioPlugin::MidiEvent>> events; ///< With the frame of their block.
         std::vector<std::vector<float>> heard; ///< First sample of each input, one entry an instance.
@@ -47,23 +46,26 @@ public:
     int inputCount() const override { return m_script.inputs; }
     int outputCount() const override { return m_script.outputs; }
     int latency() const override { return m_script.latency; }
-    bool start(double, int) override { return !m_script.refusesToStart; }
+    bool start(double, int blockFrames) override
+    {
+        m_blockFrames = blockFrames;
+        return !m_script.refusesToStart;
+    }
     void stop() override { ++m_report.stopped; }
 
-    void process(std::span<const float *const> inputs, std::span<float *const> outputs, int frames,
+    void process(std::span<const float *const> inputs, std::span<float *const> outputs,
                  std::span<const MidiEvent> events) override
     {
         if (m_frame == 0)
             _noteFirstSamples(inputs);
         for (const MidiEvent &event : events)
             m_report.events.emplace_back(m_frame, event);
-        m_report.largestBlock = std::max(m_report.largestBlock, frames);
         for (size_t channel = 0; channel < outputs.size(); ++channel) {
-            for (int frame = 0; frame < frames; ++frame)
+            for (int frame = 0; frame < m_blockFrames; ++frame)
                 outputs[channel][frame] = _next(channel, channel < inputs.size() ? inputs[channel][frame] : 0);
         }
-        m_frame += frames;
-        m_report.frames += frames;
+        m_frame += m_blockFrames;
+        m_report.frames += m_blockFrames;
     }
 
 private:
@@ -91,6 +93,7 @@ private:
 
     Script m_script;
     Report &m_report;
+    int m_blockFrames = 0;
     std::vector<std::deque<float>> m_lines;
     qint64 m_frame = 0;
 };

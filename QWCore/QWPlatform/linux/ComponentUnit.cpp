@@ -60,7 +60,7 @@ bool ComponentUnit::start(double, int)
     return true;
 }
 
-void ComponentUnit::process(std::span<const float *const>, std::span<float *const>, int, std::span<const MidiEvent>) {}
+void ComponentUnit::process(std::span<const float *const>, std::span<float *const>, std::span<const MidiEvent>) {}
 
 void ComponentUnit::stop() {}
 

@@ -25,8 +25,8 @@ public:
     int inputCount() const override { return 0; }
     int outputCount() const override { return 0; }
     int latency() const override { return 0; }
-    bool start(double sampleRate, int maximumFrames) override;
-    void process(std::span<const float *const> inputs, std::span<float *const> outputs, int frames,
+    bool start(double sampleRate, int blockFrames) override;
+    void process(std::span<const float *const> inputs, std::span<float *const> outputs,
                  std::span<const MidiEvent> events) override;
     void stop() override;
 

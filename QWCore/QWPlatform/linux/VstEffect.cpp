@@ -45,7 +45,7 @@ VstEffect::VstEffect(vst::Effect *effect, const QString &path)
     m_effect->host = reinterpret_cast<std::intptr_t>(&m_host);
     _dispatch(vst::opcode::open);
     _dispatch(vst::opcode::setSampleRate, 0, nullptr, static_cast<float>(m_host.sampleRate));
-    _dispatch(vst::opcode::setBlockSize, m_host.maximumFrames);
+    _dispatch(vst::opcode::setBlockSize, m_host.blockFrames);
     m_category = static_cast<int>(_dispatch(vst::opcode::category));
     m_vendor = _text(vst::opcode::vendor);
     for (const std::int32_t opcode : {vst::opcode::effectName, vst::opcode::product})
@@ -81,18 +81,20 @@ int VstEffect::latency() const
     return std::max(m_effect->initialDelay, 0);
 }
 
-bool VstEffect::start(double sampleRate, int maximumFrames)
+bool VstEffect::start(double sampleRate, int blockFrames)
 {
     stop();
-    m_host = {sampleRate, maximumFrames};
+    m_host.sampleRate = sampleRate;
+    m_host.blockFrames = blockFrames;
+    m_host.transport.start(sampleRate);
     _dispatch(vst::opcode::setSampleRate, 0, nullptr, static_cast<float>(sampleRate));
-    _dispatch(vst::opcode::setBlockSize, maximumFrames);
+    _dispatch(vst::opcode::setBlockSize, blockFrames);
     _dispatch(vst::opcode::resume, 1);
     m_isRunning = true;
     return true;
 }
 
-void VstEffect::process(std::span<const float *const> inputs, std::span<float *const> outputs, int frames,
+void VstEffect::process(std::span<const float *const> inputs, std::span<float *const> outputs,
                         std::span<const MidiEvent> events)
 {
     if (!events.empty())
@@ -107,16 +109,19 @@ void VstEffect::process(std::span<const float *const> inputs, std::span<float *c
         m_effect->processReplacing && (m_effect->flags & vst::flag::hasReplacing || !m_effect->process);
     for (float *output : m_outputs)
         if (!replaces)
-            std::fill_n(output, frames, 0.0F);
+            std::fill_n(output, m_host.blockFrames, 0.0F);
     const auto function = replaces ? m_effect->processReplacing : m_effect->process;
-    function(m_effect, m_inputs.data(), m_outputs.data(), frames);
+    function(m_effect, m_inputs.data(), m_outputs.data(), m_host.blockFrames);
+    m_host.transport.advance(m_host.blockFrames);
 }
 
 void VstEffect::stop()
 {
-    if (m_isRunning)
-        _dispatch(vst::opcode::resume, 0);
+    if (!m_isRunning)
+        return;
     m_isRunning = false;
+    m_host.transport.stop();
+    _dispatch(vst::opcode::resume, 0);
 }
 
 std::intptr_t VstEffect::_dispatch(std::int32_t opcode, std::intptr_t value, void *pointer, float option) const

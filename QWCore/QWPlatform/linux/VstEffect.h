@@ -30,8 +30,8 @@ public:
     int flags() const override { return m_effect->flags; }
     int uniqueID() const override { return m_effect->uniqueID; }
 
-    bool start(double sampleRate, int maximumFrames) override;
-    void process(std::span<const float *const> inputs, std::span<float *const> outputs, int frames,
+    bool start(double sampleRate, int blockFrames) override;
+    void process(std::span<const float *const> inputs, std::span<float *const> outputs,
                  std::span<const MidiEvent> events) override;
     void stop() override;
 

@@ -18,7 +18,7 @@ constexpr std::intptr_t offlineLevel = 1; // "in the main thread": nothing is pl
 constexpr char companyName[] = "Quorwell Engineering";
 constexpr char productName[] = "QWUtilities";
 
-constexpr std::string_view abilities[] = {"sendVstEvents", "sendVstMidiEvent"};
+constexpr std::string_view abilities[] = {"sendVstEvents", "sendVstMidiEvent", "sendVstTimeInfo"};
 
 std::intptr_t writeText(void *buffer, const char *text)
 {
@@ -35,20 +35,23 @@ std::intptr_t can(const void *ability)
 }
 } // namespace
 
-std::intptr_t VstHost::callback(vst::Effect *effect, std::int32_t request, std::int32_t, std::intptr_t, void *pointer,
-                                float)
+std::intptr_t VstHost::callback(vst::Effect *effect, std::int32_t request, std::int32_t, std::intptr_t value,
+                                void *pointer, float)
 {
     static const VstHost unopened;
-    const VstHost &host = effect && effect->host ? *reinterpret_cast<const VstHost *>(effect->host) : unopened;
+    auto *const opened = effect ? reinterpret_cast<VstHost *>(effect->host) : nullptr;
+    const VstHost &host = opened ? *opened : unopened;
     switch (request) {
     case vst::request::version:
         return interfaceVersion;
     case vst::request::wantMidi:
         return 1;
+    case vst::request::time:
+        return opened ? reinterpret_cast<std::intptr_t>(opened->transport.timeInfo(value)) : 0;
     case vst::request::sampleRate:
         return std::lround(host.sampleRate);
     case vst::request::blockSize:
-        return host.maximumFrames;
+        return host.blockFrames;
     case vst::request::processLevel:
         return offlineLevel;
     case vst::request::vendor:

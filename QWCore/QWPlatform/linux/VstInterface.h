@@ -82,6 +82,7 @@ namespace request
 constexpr std::int32_t version = 1;
 constexpr std::int32_t currentID = 2;
 constexpr std::int32_t wantMidi = 6;
+constexpr std::int32_t time = 7; ///< The value tells what is wanted, in bits of timeFlag; the answer is a TimeInfo.
 constexpr std::int32_t sampleRate = 16;
 constexpr std::int32_t blockSize = 17;
 constexpr std::int32_t processLevel = 23;
@@ -91,6 +92,37 @@ constexpr std::int32_t vendorVersion = 34;
 constexpr std::int32_t canDo = 37;
 constexpr std::int32_t language = 38;
 } // namespace request
+
+/// What of a TimeInfo holds; the first two tell of the transport itself.
+namespace timeFlag
+{
+constexpr std::int32_t transportChanged = 1 << 0;
+constexpr std::int32_t transportPlaying = 1 << 1;
+constexpr std::int32_t beatsValid = 1 << 9;
+constexpr std::int32_t tempoValid = 1 << 10;
+constexpr std::int32_t barValid = 1 << 11;
+constexpr std::int32_t signatureValid = 1 << 13;
+} // namespace timeFlag
+
+/// Where the music is. Position and sample rate always hold.
+struct TimeInfo
+{
+    double position; ///< In samples.
+    double sampleRate;
+    double nanoseconds;
+    double beats; ///< Since the start, in quarter notes; likewise the bar and the cycle.
+    double tempo; ///< Quarter notes a minute.
+    double barStart;
+    double cycleStart;
+    double cycleEnd;
+    std::int32_t numerator;
+    std::int32_t denominator;
+    std::int32_t smpteOffset;
+    std::int32_t smpteRate;
+    std::int32_t samplesToNextClock;
+    std::int32_t flags;
+};
+static_assert(sizeof(TimeInfo) == 88);
 
 /// A channel message for opcode::processEvents.
 struct MidiEvent

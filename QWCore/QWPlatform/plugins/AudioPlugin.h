@@ -34,12 +34,13 @@ public:
     virtual int flags() const;
     virtual int uniqueID() const;
 
-    /// Prepares for blocks of at most @p maximumFrames samples at @p sampleRate Hz; false when it refuses.
-    virtual bool start(double sampleRate, int maximumFrames) = 0;
+    /// Prepares for blocks of @p blockFrames samples, a power of two, at @p sampleRate Hz; false when it refuses.
+    virtual bool start(double sampleRate, int blockFrames) = 0;
 
-    /// Processes @p frames samples. @p inputs and @p outputs hold one pointer a channel, none of them shared.
+    /// Processes one block. @p inputs and @p outputs hold one pointer a channel, none of them shared. Every block has
+    /// the size that start() was told, since some plug-ins take no other: the host fills its last one up with silence.
     /// Only between start() and stop().
-    virtual void process(std::span<const float *const> inputs, std::span<float *const> outputs, int frames,
+    virtual void process(std::span<const float *const> inputs, std::span<float *const> outputs,
                          std::span<const MidiEvent> events) = 0;
 
     virtual void stop() = 0;

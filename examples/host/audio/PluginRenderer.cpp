@@ -37,10 +37,11 @@ private:
     std::vector<float *> m_pointers;
 };
 
-void addChannel(const Sound &sound, int channel, qint64 first, int frames, float gain, float *to)
+// What lies behind the sound's end stays as it is.
+void addChannel(const Sound &sound, int channel, qint64 first, float gain, float *to)
 {
     const auto &samples = sound.channels[static_cast<size_t>(channel)];
-    const qint64 end = std::min<qint64>(first + frames, static_cast<qint64>(samples.size()));
+    const qint64 end = std::min<qint64>(first + PluginRenderer::blockFrames, static_cast<qint64>(samples.size()));
     for (qint64 frame = first; frame < end; ++frame)
         to[frame - first] += samples[static_cast<size_t>(frame)] * gain;
 }
@@ -90,7 +91,7 @@ struct PluginRenderer::Pass
     Pass(const Pass &) = delete;
     Pass &operator=(const Pass &) = delete;
 
-    void fill(const Sound &sound, qint64 first, int frames);
+    void fill(const Sound &sound, qint64 first);
     void keep(int frames);
 
     std::unique_ptr<AudioPlugin> plugin;
@@ -105,7 +106,7 @@ struct PluginRenderer::Pass
     double to = 1;
 };
 
-void PluginRenderer::Pass::fill(const Sound &sound, qint64 first, int frames)
+void PluginRenderer::Pass::fill(const Sound &sound, qint64 first)
 {
     inputs.clear();
     const int inputCount = plugin->inputCount();
@@ -115,13 +116,13 @@ void PluginRenderer::Pass::fill(const Sound &sound, qint64 first, int frames)
     if (plan.fold) {
         const float gain = 1.0f / static_cast<float>((channels + inputCount - 1) / inputCount);
         for (int channel = 0; channel < channels; ++channel)
-            addChannel(sound, channel, first, frames, gain, inputs.channel(channel % inputCount));
+            addChannel(sound, channel, first, gain, inputs.channel(channel % inputCount));
         return;
     }
     for (int input = 0; input < inputCount && firstChannel + input < channels; ++input)
-        addChannel(sound, firstChannel + input, first, frames, 1, inputs.channel(input));
+        addChannel(sound, firstChannel + input, first, 1, inputs.channel(input));
     if (plan.spread)
-        addChannel(sound, firstChannel, first, frames, 1, inputs.channel(1));
+        addChannel(sound, firstChannel, first, 1, inputs.channel(1));
 }
 
 void PluginRenderer::Pass::keep(int frames)
@@ -175,12 +176,11 @@ bool PluginRenderer::_runBlocks(Pass &pass, const Sound &input, const Phrase &ph
     while (first < end && (first < body || static_cast<double>(pass.quiet) < quietBeforeEnd * rate)) {
         if (m_progress.isCancelled())
             return false;
-        const int frames = static_cast<int>(std::min<qint64>(blockFrames, first < body ? body - first : end - first));
-        pass.fill(input, first, frames);
+        pass.fill(input, first);
         pass.outputs.clear();
-        pass.plugin->process(inputs, pass.outputs.outputs(), frames, phrase.eventsIn(first, frames));
-        pass.keep(frames);
-        first += frames;
+        pass.plugin->process(inputs, pass.outputs.outputs(), phrase.eventsIn(first, blockFrames));
+        pass.keep(static_cast<int>(std::min<qint64>(blockFrames, end - first)));
+        first += blockFrames;
         const double done = std::min(1.0, static_cast<double>(first) / static_cast<double>(body));
         m_progress.setFraction(pass.from + (pass.to - pass.from) * done);
     }

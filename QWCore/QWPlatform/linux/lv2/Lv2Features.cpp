@@ -20,6 +20,9 @@ constexpr const char *supported[] = {
     LV2_URID__unmap,
     LV2_OPTIONS__options,
     LV2_BUF_SIZE__boundedBlockLength,
+    LV2_BUF_SIZE__fixedBlockLength,
+    LV2_BUF_SIZE__powerOf2BlockLength,
+    LV2_BUF_SIZE__coarseBlockLength,
     LV2_WORKER__schedule,
     LV2_LOG__log,
     LV2_STATE__loadDefaultState,
@@ -62,26 +65,27 @@ QStringList Lv2Features::missing(const LilvPlugin *plugin)
     return missing;
 }
 
-Lv2Features::Lv2Features(double sampleRate, int maximumFrames, int sequenceSize)
+Lv2Features::Lv2Features(double sampleRate, int blockFrames, int sequenceSize)
     : m_log{nullptr, printArguments, print}
     , m_sampleRate(static_cast<float>(sampleRate))
-    , m_maximumFrames(maximumFrames)
+    , m_blockFrames(blockFrames)
     , m_sequenceSize(sequenceSize)
 {
     const LV2_URID integer = m_uris.number(LV2_ATOM__Int);
     const auto option = [&](const char *uri, LV2_URID type, const void *value) {
         return LV2_Options_Option{LV2_OPTIONS_INSTANCE, 0, m_uris.number(uri), 4, type, value};
     };
-    m_options = {option(LV2_BUF_SIZE__minBlockLength, integer, &m_minimumFrames),
-                 option(LV2_BUF_SIZE__maxBlockLength, integer, &m_maximumFrames),
-                 option(LV2_BUF_SIZE__nominalBlockLength, integer, &m_maximumFrames),
+    m_options = {option(LV2_BUF_SIZE__minBlockLength, integer, &m_blockFrames),
+                 option(LV2_BUF_SIZE__maxBlockLength, integer, &m_blockFrames),
+                 option(LV2_BUF_SIZE__nominalBlockLength, integer, &m_blockFrames),
                  option(LV2_BUF_SIZE__sequenceSize, integer, &m_sequenceSize),
                  option(LV2_PARAMETERS__sampleRate, m_uris.number(LV2_ATOM__Float), &m_sampleRate),
                  {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}};
-    m_features = {LV2_Feature{LV2_URID__map, &m_uris.map},    {LV2_URID__unmap, &m_uris.unmap},
-                  {LV2_OPTIONS__options, m_options.data()},   {LV2_BUF_SIZE__boundedBlockLength, nullptr},
-                  {LV2_WORKER__schedule, &m_worker.schedule}, {LV2_LOG__log, &m_log},
-                  {LV2_STATE__loadDefaultState, nullptr}};
+    m_features = {LV2_Feature{LV2_URID__map, &m_uris.map},      {LV2_URID__unmap, &m_uris.unmap},
+                  {LV2_OPTIONS__options, m_options.data()},     {LV2_BUF_SIZE__boundedBlockLength, nullptr},
+                  {LV2_WORKER__schedule, &m_worker.schedule},   {LV2_LOG__log, &m_log},
+                  {LV2_STATE__loadDefaultState, nullptr},       {LV2_BUF_SIZE__fixedBlockLength, nullptr},
+                  {LV2_BUF_SIZE__powerOf2BlockLength, nullptr}, {LV2_BUF_SIZE__coarseBlockLength, nullptr}};
     std::transform(m_features.begin(), m_features.end(), m_list.begin(), [](const LV2_Feature &f) { return &f; });
 }
 

@@ -20,7 +20,8 @@ public:
     /// The features that @p plugin requires and this host lacks.
     static QStringList missing(const LilvPlugin *plugin);
 
-    Lv2Features(double sampleRate, int maximumFrames, int sequenceSize);
+    /// All blocks are of @p blockFrames samples, a power of two.
+    Lv2Features(double sampleRate, int blockFrames, int sequenceSize);
     Lv2Features(const Lv2Features &) = delete;
     Lv2Features &operator=(const Lv2Features &) = delete;
 
@@ -35,12 +36,11 @@ private:
     Lv2Worker m_worker;
     LV2_Log_Log m_log;
     float m_sampleRate;
-    int32_t m_minimumFrames = 1;
-    int32_t m_maximumFrames;
+    int32_t m_blockFrames;
     int32_t m_sequenceSize;
     std::array<LV2_Options_Option, 6> m_options;
-    std::array<LV2_Feature, 7> m_features;
-    std::array<const LV2_Feature *, 8> m_list{};
+    std::array<LV2_Feature, 10> m_features;
+    std::array<const LV2_Feature *, 11> m_list{};
 };
 
 } // namespace platform

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <dlfcn.h>
 
@@ -95,17 +96,20 @@ int Lv2Unit::latency() const
     return std::isfinite(value) ? static_cast<int>(std::clamp(value, 0.0F, 1e9F)) : 0;
 }
 
-bool Lv2Unit::start(double sampleRate, int maximumFrames)
+bool Lv2Unit::start(double sampleRate, int blockFrames)
 {
     stop();
+    if (!std::has_single_bit(static_cast<unsigned>(blockFrames)))
+        return false; // plug-ins are promised a power of two
+    m_blockFrames = blockFrames;
     const int sequenceSize = sequenceSizeFor(m_ports);
-    m_features = std::make_unique<Lv2Features>(sampleRate, maximumFrames, sequenceSize);
+    m_features = std::make_unique<Lv2Features>(sampleRate, blockFrames, sequenceSize);
     m_instance.reset(lilv_plugin_instantiate(m_plugin, sampleRate, m_features->list()));
     if (!m_instance)
         return false;
     _keepLibrary();
     m_features->worker().attach(m_instance.get());
-    _makeBuffers(sampleRate, maximumFrames, sequenceSize);
+    _makeBuffers(sampleRate, sequenceSize);
     _restoreDefaultState();
     lilv_instance_activate(m_instance.get());
     return true;
@@ -125,7 +129,7 @@ void Lv2Unit::_restoreDefaultState()
     lilv_state_free(state);
 }
 
-void Lv2Unit::_makeBuffers(double sampleRate, int maximumFrames, int sequenceSize)
+void Lv2Unit::_makeBuffers(double sampleRate, int sequenceSize)
 {
     for (uint32_t i = 0; i < m_ports.size(); ++i) {
         const Lv2Port &port = m_ports[i];
@@ -134,7 +138,7 @@ void Lv2Unit::_makeBuffers(double sampleRate, int maximumFrames, int sequenceSiz
             m_values[i] = port.timesSampleRate ? port.value * static_cast<float>(sampleRate) : port.value;
             buffer = &m_values[i];
         } else if (port.kind == Lv2Port::Kind::Voltage) {
-            m_voltages[i].assign(static_cast<std::size_t>(maximumFrames), port.value);
+            m_voltages[i].assign(static_cast<std::size_t>(m_blockFrames), port.value);
             buffer = m_voltages[i].data();
         } else if (port.kind == Lv2Port::Kind::Sequence) {
             m_sequences[i] = std::make_unique<Lv2Sequence>(m_features->uris(), sequenceSize);
@@ -145,12 +149,12 @@ void Lv2Unit::_makeBuffers(double sampleRate, int maximumFrames, int sequenceSiz
     }
 }
 
-void Lv2Unit::process(std::span<const float *const> inputs, std::span<float *const> outputs, int frames,
+void Lv2Unit::process(std::span<const float *const> inputs, std::span<float *const> outputs,
                       std::span<const MidiEvent> events)
 {
     _connectAudio(inputs, outputs);
     _fillSequences(events);
-    lilv_instance_run(m_instance.get(), static_cast<uint32_t>(frames));
+    lilv_instance_run(m_instance.get(), static_cast<uint32_t>(m_blockFrames));
     m_features->worker().endRun();
 }
 

@@ -26,8 +26,8 @@ public:
     int inputCount() const override { return _audioPortCount(true); }
     int outputCount() const override { return _audioPortCount(false); }
     int latency() const override;
-    bool start(double sampleRate, int maximumFrames) override;
-    void process(std::span<const float *const> inputs, std::span<float *const> outputs, int frames,
+    bool start(double sampleRate, int blockFrames) override;
+    void process(std::span<const float *const> inputs, std::span<float *const> outputs,
                  std::span<const MidiEvent> events) override;
     void stop() override;
 
@@ -37,13 +37,14 @@ private:
     int _audioPortCount(bool isInput) const;
     void _keepLibrary() const;
     void _restoreDefaultState();
-    void _makeBuffers(double sampleRate, int maximumFrames, int sequenceSize);
+    void _makeBuffers(double sampleRate, int sequenceSize);
     void _connectAudio(std::span<const float *const> inputs, std::span<float *const> outputs);
     void _fillSequences(std::span<const MidiEvent> events);
 
     LilvWorldPointer m_world;
     const LilvPlugin *m_plugin; ///< Owned by the world.
     Lv2Description m_description;
+    int m_blockFrames = 0;
     std::vector<Lv2Port> m_ports;
     std::vector<float> m_values;                           ///< Of the controls, by port.
     std::vector<std::vector<float>> m_voltages;            ///< By port; empty for ports of other kinds.
