@@ -38,6 +38,19 @@ expect("menu of a machine without plug-ins" "${menu}" "No plug-ins found")
 run(COMMAND ${work}/build/symbolless OUTPUT mapped)
 expect("frameworks of a host that uses no symbol" "${mapped}" "libQWUtilities.so.A\nlibQWBase.so.A\nlibQWPlatform.so.A")
 
+# The host of the guide: launches, opens two windows, quits. A missing outlet or resource would stand in its log.
+run(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/examples/guide -B ${work}/guide -G Ninja
+    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug)
+run(COMMAND ${CMAKE_COMMAND} --build ${work}/guide)
+set(ENV{LV2_PATH} ${work}/none)
+file(WRITE ${work}/home/Library/Preferences/com.example.myhost.plist # this machine's own devices are left alone
+    "<plist version=\"1.0\"><dict><key>Use Controllers</key><false/></dict></plist>")
+run(COMMAND ${work}/guide/MyHost.app/Contents/MacOS/MyHost myhost://preferences myhost://about myhost://quit)
+if(EXISTS "${work}/home/Library/Logs/Quorwell/My Host.log")
+    file(READ "${work}/home/Library/Logs/Quorwell/My Host.log" log)
+endif()
+expect("log of the guide's host" "${log}" "")
+
 file(GLOB_RECURSE pc ${prefix}/QWUtilities.pc)
 cmake_path(GET pc PARENT_PATH pc_dir)
 set(ENV{PKG_CONFIG_PATH} ${pc_dir})
