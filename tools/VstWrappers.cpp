@@ -71,7 +71,7 @@ VstWrappers::VstWrappers(QString folder, Mode mode)
 VstWrappers::Summary VstWrappers::update(const QStringList &libraries)
 {
     Summary summary;
-    for (const QString &library : libraries)
+    for (const QString &library : libraries + _wrappedElsewhere(libraries))
         _updateOne(library, summary);
     for (auto wrapper = m_wrappers.begin(); wrapper != m_wrappers.end(); ++wrapper) {
         if (m_current.contains(wrapper->bundle))
@@ -80,6 +80,19 @@ VstWrappers::Summary VstWrappers::update(const QStringList &libraries)
         (isRemoved ? summary.removed : summary.failed) += wrapper->bundle;
     }
     return summary;
+}
+
+/// The wrapped libraries that are none of @p libraries, by whatever name.
+QStringList VstWrappers::_wrappedElsewhere(const QStringList &libraries) const
+{
+    QSet<QString> known;
+    for (const QString &library : libraries)
+        known.insert(QFileInfo(library).canonicalFilePath());
+    QStringList elsewhere;
+    for (const QString &library : m_wrappers.keys())
+        if (const QString real = QFileInfo(library).canonicalFilePath(); !real.isEmpty() && !known.contains(real))
+            elsewhere += library;
+    return elsewhere;
 }
 
 void VstWrappers::_updateOne(const QString &library, Summary &summary)

@@ -27,7 +27,8 @@ public:
     /// The wrappers in @p folder (a real path), which need not be there.
     VstWrappers(QString folder, Mode mode);
 
-    /// Makes the wrappers those of @p libraries (candidates; what is no VST library is passed over).
+    /// Wraps @p libraries (candidates; what is no VST library is passed over). Wrappers of libraries that lie elsewhere
+    /// are kept up to date, too; only those whose library is gone are removed.
     Summary update(const QStringList &libraries);
 
 private:
@@ -37,6 +38,7 @@ private:
         qint64 stamp; ///< The library's modification time when it was wrapped.
     };
 
+    QStringList _wrappedElsewhere(const QStringList &libraries) const;
     void _updateOne(const QString &library, Summary &summary);
     bool _make(const QString &library, const QString &bundle) const;
     bool _fill(const QString &library, const QString &bundle) const;

@@ -15,6 +15,7 @@ namespace
 constexpr auto description = "Wraps the VST libraries of the usual folders (VST_PATH, ~/.vst, ~/.lxvst, /usr/lib/vst, "
                              "…) as bundles in \"~/Library/Audio/Plug-Ins/VST\", and keeps these up to date: a changed "
                              "library is validated again, and the bundle of a library that is gone is removed.";
+constexpr auto wrongArgument = "qw-wrap-vst: \"%s\" is no option; folders follow --folder.\n";
 
 void print(const char *what, const QStringList &paths)
 {
@@ -51,6 +52,10 @@ int main(int argc, char **argv)
                                     "folder");
     parser.addOptions({dryRun, quiet, folder});
     parser.process(application);
+    if (const QStringList words = parser.positionalArguments(); !words.isEmpty()) {
+        std::fprintf(stderr, wrongArgument, qUtf8Printable(words.first()));
+        return 1;
+    }
 
     const platform::Locations &locations = platform::System::current().locations();
     const QStringList folders =

@@ -45,7 +45,11 @@ QVariantMap validateUnit(const QStringList &arguments, Watchdog &watchdog, QStri
 
 int main(int argc, char **argv)
 {
-    constexpr Validator validator{"AU Validator", "TYPE SUBTYPE MANUFACTURER", 3,
-                                  "~/Library/Application Support/Quorwell/validated_au.plist", validateUnit};
+    constexpr Validator validator{"AU Validator",
+                                  "TYPE SUBTYPE MANUFACTURER",
+                                  "All three are four-character codes as decimal numbers: 1635083896 is \"aufx\".",
+                                  3,
+                                  "~/Library/Application Support/Quorwell/validated_au.plist",
+                                  validateUnit};
     validator.run(argc, argv);
 }

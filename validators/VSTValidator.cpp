@@ -39,7 +39,11 @@ QVariantMap validateBundle(const QStringList &arguments, Watchdog &watchdog, QSt
 
 int main(int argc, char **argv)
 {
-    constexpr Validator validator{"VST Validator", "PATH", 1,
-                                  "~/Library/Application Support/Quorwell/validated_vst.plist", validateBundle};
+    constexpr Validator validator{"VST Validator",
+                                  "PATH",
+                                  "PATH is that of a \".vst\" bundle, or of a library.",
+                                  1,
+                                  "~/Library/Application Support/Quorwell/validated_vst.plist",
+                                  validateBundle};
     validator.run(argc, argv);
 }

@@ -22,12 +22,14 @@ constexpr auto defaultsPath = "~/Library/Preferences/com.quorwell.validators.pli
 constexpr auto patienceKey = "QWValidatorWatchdog";
 
 constexpr auto help = R"(Usage: %s [--watchdog SECONDS] %s
-Opens one plug-in and runs a few blocks of sound through it. If all goes well, "%s"
-is written for the host; nothing is written otherwise.
+%s
+Opens one plug-in and runs a few blocks of sound through it. If all goes well, it leaves
+"%s" for the host; otherwise, nothing.
 
-  --watchdog SECONDS  give up when nothing moves for so long; without it, the number "%s"
-                      in "%s", else 30
+  --watchdog SECONDS  give up when nothing moves for so long. Without it, the number "%s" in
+                      "%s" counts, else 30.
   --help, --version   print this text, or the version, and end
+
 Everything is printed to standard error. Exit status: 0 passed, 1 failed, 2 wrong usage, 3 hangs.
 )";
 
@@ -41,16 +43,20 @@ double patience(const ValidatorOptions &options)
     return stored > 0 ? stored : usualPatience;
 }
 
-ValidatorStatus answerWithoutPlugin(const Validator &validator, const ValidatorOptions &options)
+void printHelp(const Validator &validator)
 {
-    if (!options.error.isEmpty())
-        std::fprintf(stderr, "%s: %s\n", validator.name, qUtf8Printable(options.error));
-    if (options.version)
-        std::fprintf(stderr, "%s %s\n", validator.name, QW_VERSION);
-    else
-        std::fprintf(stderr, help, validator.name, validator.argumentsHelp, validator.handOffPath, patienceKey,
-                     defaultsPath);
-    return options.help || options.version ? ValidatorStatus::Passed : ValidatorStatus::WrongUsage;
+    std::fprintf(stderr, help, validator.name, validator.argumentsHelp, validator.argumentsMeaning,
+                 validator.handOffPath, patienceKey, defaultsPath);
+}
+
+/// Why the command line makes no sense; "" when it does.
+QString complaint(const Validator &validator, const ValidatorOptions &options)
+{
+    const auto count = options.arguments.size();
+    if (!options.error.isEmpty() || count == validator.argumentCount)
+        return options.error;
+    const auto form = count < validator.argumentCount ? QStringLiteral("needs %1") : QStringLiteral("takes %1 only");
+    return form.arg(QLatin1StringView(validator.argumentsHelp));
 }
 
 /// What all sentences about the plug-in begin with: the command line, to be tried again.
@@ -79,8 +85,16 @@ void Validator::run(int argc, char **argv) const
     isolateProcess();
     const QCoreApplication application(argc, argv);
     const ValidatorOptions options = ValidatorOptions::fromArguments(QCoreApplication::arguments().mid(1));
-    const bool isComplete = options.error.isEmpty() && options.arguments.size() == argumentCount;
-    if (options.help || options.version || !isComplete)
-        endProcess(answerWithoutPlugin(*this, options));
-    tryAndEnd(*this, options);
+    if (options.version)
+        std::fprintf(stderr, "%s %s\n", name, QW_VERSION);
+    else if (options.help)
+        printHelp(*this);
+    if (options.version || options.help)
+        endProcess(ValidatorStatus::Passed);
+    const QString wrong = complaint(*this, options);
+    if (wrong.isEmpty())
+        tryAndEnd(*this, options);
+    std::fprintf(stderr, "%s: %s\n", name, qUtf8Printable(wrong));
+    printHelp(*this);
+    endProcess(ValidatorStatus::WrongUsage);
 }

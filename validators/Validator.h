@@ -9,7 +9,8 @@ class Watchdog;
 struct Validator
 {
     const char *name;
-    const char *argumentsHelp; ///< As in "PATH".
+    const char *argumentsHelp;    ///< As in "PATH".
+    const char *argumentsMeaning; ///< A sentence for the help text.
     int argumentCount;
     const char *handOffPath; ///< Documented text.
 

@@ -140,6 +140,7 @@ private slots:
         QTest::newRow("negative, unknown") << QStringList{"-1453235613", "1", "2"} << 1;
         QTest::newRow("text") << QStringList{"aufx", "1", "2"} << 1;
         QTest::newRow("too large") << QStringList{"1", "99999999999", "2"} << 1;
+        QTest::newRow("four codes") << QStringList{"1", "2", "3", "4"} << 2;
         QTest::newRow("two codes") << QStringList{"1", "2"} << 2;
         QTest::newRow("help") << QStringList{"--help"} << 0;
     }

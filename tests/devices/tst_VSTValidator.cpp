@@ -107,8 +107,7 @@ private slots:
     {
         const PluginDisk disk;
         const auto run = disk.run(validator, {"/nowhere/Für X.vst"});
-        QCOMPARE(run.errors,
-                 QByteArray("VST Validator: /nowhere/Für X.vst: The bundle holds no library for this machine.\n"));
+        QCOMPARE(run.errors, QByteArray("VST Validator: /nowhere/Für X.vst: There is no such bundle.\n"));
     }
 
     void libraryCutShortLeavesNothing()
@@ -135,12 +134,15 @@ private slots:
         QTest::addColumn<QByteArray>("text");
         QTest::newRow("help") << QStringList{"--help"} << 0 << QByteArray("Usage: VST Validator");
         QTest::newRow("version") << QStringList{"--version"} << 0 << QByteArray("VST Validator 0.");
-        QTest::newRow("nothing") << QStringList{} << 2 << QByteArray("Usage:");
-        QTest::newRow("too much") << QStringList{"/a", "/b"} << 2 << QByteArray("Usage:");
+        QTest::newRow("nothing") << QStringList{} << 2 << QByteArray("VST Validator: needs PATH\nUsage:");
+        QTest::newRow("too much") << QStringList{"/a", "/b"} << 2
+                                  << QByteArray("VST Validator: takes PATH only\nUsage:");
         QTest::newRow("unknown") << QStringList{"--nonsense", "/a"} << 2 << QByteArray("unknown option --nonsense");
         QTest::newRow("no seconds") << QStringList{"/a", "--watchdog"} << 2 << QByteArray("needs a number");
         QTest::newRow("bad seconds") << QStringList{"--watchdog", "-1", "/a"} << 2 << QByteArray("needs a number");
-        QTest::newRow("missing file") << QStringList{"/nowhere/X.vst"} << 1 << QByteArray("no library");
+        QTest::newRow("missing file") << QStringList{"/nowhere/X.vst"} << 1 << QByteArray("There is no such bundle.");
+        QTest::newRow("no bundle") << QStringList{"/tmp"} << 1 << QByteArray("holds no library for this machine");
+        QTest::newRow("empty path") << QStringList{""} << 1 << QByteArray("There is no such bundle.");
     }
 
     void commandLine()

@@ -188,6 +188,8 @@ private slots:
         QDir().mkpath(machine.disk.home() + "/Empty.vst/Contents");
         QVERIFY(!machine.loader.openVST("~/Empty.vst", &machine.error));
         QCOMPARE(machine.error, QString("The bundle holds no library for this machine."));
+        QVERIFY(!machine.loader.openVST("~/Missing.vst", &machine.error));
+        QCOMPARE(machine.error, QString("There is no such bundle."));
         QVERIFY(!machine.loader.openVST("~/Missing.vst", nullptr));
     }
 };

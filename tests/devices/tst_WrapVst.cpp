@@ -118,6 +118,37 @@ private slots:
         QCOMPARE(folders.bundleNames(), QStringList());
     }
 
+    void bundlesOfLibrariesElsewhereAreLookedAfterToo()
+    {
+        const Folders folders;
+        const QString changed = folders.addLibrary("Changed.so");
+        const QString gone = folders.addLibrary("Gone.so");
+        folders.addLibrary("Same.so");
+        folders.update();
+        setModified(changed, 2000);
+        QVERIFY(QFile::remove(gone));
+        const QTemporaryDir elsewhere;
+        VstWrappers wrappers(folders.bundles(), VstWrappers::Mode::Change);
+        const auto summary = wrappers.update(VstLibraryFinder::candidates({elsewhere.path()}));
+        QCOMPARE(summary.updated, QStringList{folders.bundle("Changed.vst")});
+        QCOMPARE(summary.removed, QStringList{folders.bundle("Gone.vst")});
+        QCOMPARE(summary.unchanged, 1);
+        QCOMPARE(folders.bundleNames(), (QStringList{"Changed.vst", "Same.vst"}));
+    }
+
+    void libraryFoundUnderAnotherNameIsWrappedOnce()
+    {
+        const Folders folders;
+        const QString library = folders.addLibrary("Echo.so");
+        folders.update();
+        const QTemporaryDir elsewhere;
+        QVERIFY(QFile::link(library, elsewhere.filePath("Linked.so")));
+        VstWrappers wrappers(folders.bundles(), VstWrappers::Mode::Change);
+        const auto summary = wrappers.update(VstLibraryFinder::candidates({elsewhere.path()}));
+        QCOMPARE(summary.removed, QStringList{folders.bundle("Echo.vst")});
+        QCOMPARE(folders.bundleNames(), QStringList{"Linked.vst"});
+    }
+
     void othersBundlesAreNeverTouched()
     {
         const Folders folders;
@@ -179,6 +210,27 @@ private slots:
         const auto second = disk.run(QW_WRAP_VST, {"--quiet", "--folder", folders.libraries()});
         QCOMPARE(second.output, QByteArray("0 added, 0 updated, 0 removed, 1 unchanged, 0 failed\n"));
         QVERIFY(disk.run(QW_WRAP_VST, {"--help"}).output.contains("--dry-run"));
+    }
+
+    void programRefusesWhatItDoesNotKnow_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("reason");
+        QTest::newRow("option") << QStringList{"--nonsense"} << QByteArray("Unknown option 'nonsense'.");
+        QTest::newRow("folder without its option")
+            << QStringList{"/usr/lib/vst"} << QByteArray("\"/usr/lib/vst\" is no option; folders follow --folder.");
+    }
+
+    void programRefusesWhatItDoesNotKnow()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, reason);
+        const PluginDisk disk;
+        const auto run = disk.run(QW_WRAP_VST, arguments);
+        QCOMPARE(run.status, 1);
+        QVERIFY2(run.errors.contains(reason), run.errors.constData());
+        QCOMPARE(run.output, QByteArray());
+        QVERIFY(!QFile::exists(disk.home() + "/Library"));
     }
 };
 

@@ -7,6 +7,8 @@
 #include "VstEffect.h"
 #include "lv2/Lv2Access.h"
 
+#include <QFileInfo>
+
 namespace platform
 {
 
@@ -44,7 +46,10 @@ std::unique_ptr<AudioPlugin> LinuxPluginLoader::openVST(const QString &path, QSt
 {
     QString unused;
     error = error ? error : &unused;
-    const QString library = PluginBinary::inBundle(m_locations.mapped(path));
+    const QString bundle = m_locations.mapped(path);
+    if (!QFileInfo::exists(bundle))
+        return refuse(error, QStringLiteral("There is no such bundle."));
+    const QString library = PluginBinary::inBundle(bundle);
     if (library.isEmpty())
         return refuse(error, QStringLiteral("The bundle holds no library for this machine."));
     return VstEffect::open(library, error);

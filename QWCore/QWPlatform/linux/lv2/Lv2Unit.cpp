@@ -99,7 +99,7 @@ int Lv2Unit::latency() const
 bool Lv2Unit::start(double sampleRate, int blockFrames)
 {
     stop();
-    if (!std::has_single_bit(static_cast<unsigned>(blockFrames)))
+    if (blockFrames < 1 || !std::has_single_bit(static_cast<unsigned>(blockFrames)))
         return false; // plug-ins are promised a power of two
     m_blockFrames = blockFrames;
     const int sequenceSize = sequenceSizeFor(m_ports);
