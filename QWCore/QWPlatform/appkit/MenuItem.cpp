@@ -4,6 +4,7 @@
 #include "KeyEquivalent.h"
 #include "MenuTitleFlash.h"
 #include "ResponderChain.h"
+#include "WidgetTree.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -34,13 +35,6 @@ QString shortened(const QString &text)
     const qsizetype left = wholeCharacter(text, longestShownTitle / 2);
     const qsizetype right = wholeCharacter(text, text.size() - longestShownTitle / 2);
     return text.left(left) + QChar(0x2026) + text.mid(right);
-}
-
-bool isWithin(const QWidget *inner, const QWidget &outer)
-{
-    while (inner && inner != &outer)
-        inner = inner->parentWidget();
-    return inner;
 }
 
 /// Whether a modal panel, or a sheet on the window, keeps the user from it.

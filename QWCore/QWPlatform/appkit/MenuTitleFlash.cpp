@@ -1,6 +1,7 @@
 #include "MenuTitleFlash.h"
 
 #include "ResponderChain.h"
+#include "WidgetTree.h"
 
 #include <QAction>
 #include <QBasicTimer>
@@ -88,7 +89,7 @@ QAction *titleAbove(const QMenuBar &bar, const QMenu &menu)
 {
     const QList<QAction *> titles = bar.actions();
     const auto found = std::find_if(titles.begin(), titles.end(), [&](const QAction *title) {
-        return title->menu() && (title->menu() == &menu || title->menu()->isAncestorOf(&menu));
+        return title->menu() && isWithin(&menu, *title->menu());
     });
     return found == titles.end() ? nullptr : *found;
 }
