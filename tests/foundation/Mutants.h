@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QByteArray>
+#include <QWPlatform/foundation/PropertyList.h>
+
+#include <QTest>
 
 #include <random>
 
@@ -30,4 +32,23 @@ void forEachMutant(const QByteArray &original, int count, Visit visit)
         }
         visit(mutant);
     }
+}
+
+/// Reads @p count damaged copies of the property list @p original with @p read: each gives no list, or one that can be
+/// written and reads back as the same.
+template <class Read>
+void damagedCopiesAreListsOrNothing(const QByteArray &original, int count, Read read)
+{
+    using namespace platform;
+    int lists = 0;
+    forEachMutant(original, count, [&](const QByteArray &mutant) {
+        const std::optional<QVariant> list = read(mutant);
+        if (!list)
+            return;
+        ++lists;
+        const QByteArray xml = PropertyList::toXml(*list);
+        QVERIFY(!xml.isEmpty());
+        QCOMPARE(PropertyList::toXml(PropertyList::fromData(xml).value_or(QVariant())), xml);
+    });
+    QVERIFY(lists > 100);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MotionStyle.h"
+
 #include "fakes/FakeSystem.h"
 
 #include <QWPlatform/appkit/InterfaceFile.h>
@@ -10,8 +12,10 @@
 #include <QWUtilities/shell/QWPreferencesPane.h>
 #include <QWUtilities/shell/QWPreferencesPanel.h>
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QPixmap>
+#include <QScreen>
 #include <QTest>
 
 /// What happened to the panes, in order.
@@ -81,6 +85,7 @@ private:
     QList<QWPreferencesPane *> m_panes;
 };
 
+/// A fake machine with that host, on a desktop that wants no motion.
 struct PreferencesFixture
 {
     FakeSystem system;
@@ -88,6 +93,7 @@ struct PreferencesFixture
 
     explicit PreferencesFixture(bool hasPanes = true)
     {
+        QApplication::setStyle(new MotionStyle(0));
         TestPreferences::hasPanes = hasPanes;
         preferencesLog().clear();
         platform::InterfaceFile::registerClass<NotingPane>("NotingPane");
@@ -116,6 +122,12 @@ struct PreferencesFixture
     static platform::Toolbar &toolbar() { return *panel().findChild<platform::Toolbar *>(); }
     static QWidget &content() { return *panel().findChild<QWidget *>("contentView"); }
     static QString current() { return controller().currentPane() ? controller().currentPane()->identifier() : ""; }
+
+    static bool isCentred()
+    {
+        const QPoint middle = QGuiApplication::primaryScreen()->availableGeometry().center();
+        return (panel().geometry().center() - middle).manhattanLength() <= 8;
+    }
 
     /// Switches as a click in the toolbar would.
     static void choose(const QString &identifier) { toolbar().itemWithIdentifier(identifier)->trigger(); }

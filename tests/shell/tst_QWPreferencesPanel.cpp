@@ -3,49 +3,14 @@
 
 #include <QWPlatform/appkit/ResponderChain.h>
 
-#include <QLabel>
-#include <QProxyStyle>
-#include <QScreen>
-#include <QToolButton>
-#include <QVBoxLayout>
-
 using platform::Toolbar;
 
-namespace
-{
-/// A desktop that says how long animations take; 0: it wants none.
-class MotionStyle : public QProxyStyle
-{
-public:
-    explicit MotionStyle(int milliseconds)
-        : QProxyStyle("Fusion")
-        , m_milliseconds(milliseconds)
-    {
-    }
-
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *data) const override
-    {
-        return hint == SH_Widget_Animation_Duration ? m_milliseconds
-                                                    : QProxyStyle::styleHint(hint, option, widget, data);
-    }
-
-private:
-    int m_milliseconds;
-};
-
-QRect screen()
-{
-    return QGuiApplication::primaryScreen()->availableGeometry();
-}
-} // namespace
-
+/// Who the panel is, how it opens and closes, and what its toolbar shows.
 class tst_QWPreferencesPanel : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QApplication::setStyle(new MotionStyle(0)); }
     void firstInstalledIsTheSharedOne();
     void hostWithoutPanelOpensNothing();
     void toolbarIsThatOfThePanes();
@@ -55,26 +20,12 @@ private Q_SLOTS:
     void openingWithAPaneShowsIt();
     void openingTheCurrentPaneOnlyCentres();
     void unknownPaneIsNone();
-    void hooksComeInOrder();
-    void currentPaneIsNotChangedAgain();
-    void contentTakesTheSizeOfThePane();
-    void visiblePanelKeepsItsTopEdge();
-    void hiddenPanelKeepsItsBottomLeftCorner();
-    void resizingIsAnimated();
-    void choiceDuringTheAnimationWins();
-    void wideToolbarWidensThePanel();
-    void paneGrowsWithItsLayout();
-    void panesAreFoundInOrder();
-    void updateReachesEveryPane();
     void closingEndsEditing();
     void closingHides();
     void panelComesBackFromALostScreen();
     void hostWithoutPanesGetsAnEmptyToolbar();
     void incompleteInterfaceOpensNothing_data();
     void incompleteInterfaceOpensNothing();
-    void baseOperationsDoNothing();
-    void controlsSendItemChanged();
-    void otherSendersChangeNothing();
 };
 
 void tst_QWPreferencesPanel::firstInstalledIsTheSharedOne()
@@ -142,8 +93,7 @@ void tst_QWPreferencesPanel::firstOpeningShowsTheFirstPane()
     QCOMPARE(host.toolbar().selectedItemIdentifier(), "general");
     QVERIFY(host.toolbar().itemWithIdentifier("general")->isChecked());
     QVERIFY(host.controller().currentPane()->isVisible());
-    const QPoint off = host.panel().geometry().center() - screen().center();
-    QVERIFY(off.manhattanLength() <= 8);
+    QVERIFY(host.isCentred());
     QCOMPARE(host.noted(), QStringList({"general update -", "files update -", "wide update -", "general will become -",
                                         "general did become +"}));
 }
@@ -173,7 +123,7 @@ void tst_QWPreferencesPanel::openingWithAPaneShowsIt()
     QWPreferencesPanel::openPane("wide");
     QCOMPARE(host.current(), "wide");
     QCOMPARE(host.toolbar().selectedItemIdentifier(), "wide");
-    QVERIFY((host.panel().geometry().center() - screen().center()).manhattanLength() <= 8);
+    QVERIFY(host.isCentred());
 }
 
 void tst_QWPreferencesPanel::openingTheCurrentPaneOnlyCentres()
@@ -183,7 +133,7 @@ void tst_QWPreferencesPanel::openingTheCurrentPaneOnlyCentres()
     host.panel().move(0, 0);
     host.noted();
     QWPreferencesPanel::openPane("files");
-    QVERIFY((host.panel().geometry().center() - screen().center()).manhattanLength() <= 8);
+    QVERIFY(host.isCentred());
     QVERIFY(host.noted().isEmpty());
 }
 
@@ -196,142 +146,6 @@ void tst_QWPreferencesPanel::unknownPaneIsNone()
     QWPreferencesPanel::openPane("unknown");
     QCOMPARE(host.current(), "files");
     QCOMPARE(host.toolbar().selectedItemIdentifier(), "files");
-}
-
-void tst_QWPreferencesPanel::hooksComeInOrder()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    host.noted();
-    host.choose("files");
-    QCOMPARE(host.noted(), QStringList({"general will resign +", "files will become -", "general did resign -",
-                                        "files did become +"}));
-    QCOMPARE(host.content().findChildren<QWPreferencesPane *>().size(), 1);
-    QVERIFY(!host.controller().paneForIdentifier("general")->isVisible());
-    host.choose("general");
-    QCOMPARE(host.noted(), QStringList({"files will resign +", "general will become -", "files did resign -",
-                                        "general did become +"}));
-}
-
-void tst_QWPreferencesPanel::currentPaneIsNotChangedAgain()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    host.noted();
-    host.choose("general");
-    QVERIFY(host.noted().isEmpty());
-    QVERIFY(host.toolbar().itemWithIdentifier("general")->isChecked());
-}
-
-void tst_QWPreferencesPanel::contentTakesTheSizeOfThePane()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    QCoreApplication::processEvents();
-    QCOMPARE(host.content().size(), QSize(400, 200));
-    QCOMPARE(host.controller().currentPane()->geometry(), QRect(0, 0, 400, 200));
-    host.choose("wide");
-    QCoreApplication::processEvents();
-    QCOMPARE(host.content().size(), QSize(520, 120));
-    QCOMPARE(host.controller().currentPane()->geometry(), QRect(0, 0, 520, 120));
-}
-
-void tst_QWPreferencesPanel::visiblePanelKeepsItsTopEdge()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    const QRect before = host.panel().geometry();
-    host.choose("files");
-    QCOMPARE(host.panel().geometry(), QRect(before.topLeft(), before.size() + QSize(0, 120)));
-    host.choose("wide");
-    QCOMPARE(host.panel().geometry(), QRect(before.topLeft(), before.size() + QSize(120, -80)));
-}
-
-void tst_QWPreferencesPanel::hiddenPanelKeepsItsBottomLeftCorner()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    host.panel().close();
-    const QRect before = host.panel().geometry();
-    host.choose("files");
-    QCOMPARE(host.panel().geometry().bottomLeft(), before.bottomLeft());
-    QCOMPARE(host.panel().size(), before.size() + QSize(0, 120));
-    QVERIFY(!host.panel().isVisible());
-}
-
-void tst_QWPreferencesPanel::resizingIsAnimated()
-{
-    QApplication::setStyle(new MotionStyle(150));
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    const QRect before = host.panel().geometry();
-    host.choose("files");
-    QVERIFY(host.panel().height() < before.height() + 120); // on its way
-    QCOMPARE(host.noted().last(), "files did become +");    // but the pane is there
-    QTRY_COMPARE(host.panel().geometry(), QRect(before.topLeft(), before.size() + QSize(0, 120)));
-    QTRY_COMPARE(host.content().size(), QSize(400, 320));
-}
-
-void tst_QWPreferencesPanel::choiceDuringTheAnimationWins()
-{
-    QApplication::setStyle(new MotionStyle(150));
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    const QRect before = host.panel().geometry();
-    host.choose("files");
-    host.choose("wide");
-    QWPreferencesPanel::openPane("wide"); // centred for the size to come
-    QTRY_COMPARE(host.panel().size(), before.size() + QSize(120, -80));
-    QVERIFY((host.panel().geometry().center() - screen().center()).manhattanLength() <= 8);
-    QCOMPARE(host.current(), "wide");
-}
-
-void tst_QWPreferencesPanel::wideToolbarWidensThePanel()
-{
-    const PreferencesFixture host;
-    QFont large = QApplication::font();
-    const QFont usual = large;
-    large.setPointSize(40);
-    QApplication::setFont(large);
-    QWPreferencesPanel::open();
-    QVERIFY(host.panel().width() >= host.toolbar().sizeHint().width());
-    QCOMPARE(host.controller().currentPane()->width(), host.panel().width());
-    QApplication::setFont(usual);
-}
-
-void tst_QWPreferencesPanel::paneGrowsWithItsLayout()
-{
-    const PreferencesFixture host;
-    NotingPane pane;
-    pane.resize(300, 20);
-    QCOMPARE(pane.paneSize(), QSize(300, 20));
-    auto *const column = new QVBoxLayout(&pane);
-    auto *const text = new QLabel(QString("word ").repeated(100));
-    text->setWordWrap(true);
-    column->addWidget(text);
-    QCOMPARE(pane.paneSize().width(), 300);
-    QVERIFY(pane.paneSize().height() >= text->heightForWidth(300));
-}
-
-void tst_QWPreferencesPanel::panesAreFoundInOrder()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    QCOMPARE(host.controller().paneForIdentifier("files")->objectName(), "files");
-    QVERIFY(!host.controller().paneForIdentifier("Files"));
-    host.controller().panes().at(2)->setObjectName("files"); // a second one of that name
-    QCOMPARE(host.controller().paneForIdentifier("files"), host.controller().panes().at(1));
-}
-
-void tst_QWPreferencesPanel::updateReachesEveryPane()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::update();
-    QVERIFY(host.noted().isEmpty()); // there are none yet
-    QWPreferencesPanel::open();
-    host.noted();
-    QWPreferencesPanel::update();
-    QCOMPARE(host.noted(), QStringList({"general update +", "files update -", "wide update -"}));
 }
 
 void tst_QWPreferencesPanel::closingEndsEditing()
@@ -369,7 +183,7 @@ void tst_QWPreferencesPanel::panelComesBackFromALostScreen()
     host.panel().close();
     host.panel().move(-4000, 9000);
     QWPreferencesPanel::open();
-    QVERIFY(screen().contains(host.panel().geometry()));
+    QVERIFY(host.panel().screen()->availableGeometry().contains(host.panel().geometry()));
 }
 
 void tst_QWPreferencesPanel::hostWithoutPanesGetsAnEmptyToolbar()
@@ -409,49 +223,5 @@ void tst_QWPreferencesPanel::incompleteInterfaceOpensNothing()
     QVERIFY(host.panel().isVisible());
 }
 
-void tst_QWPreferencesPanel::baseOperationsDoNothing()
-{
-    FakeSystem system;
-    const platform::System::Scope scope(system);
-    QWPreferencesPane pane;
-    QCOMPARE(pane.identifier(), "");
-    QCOMPARE(pane.title(), "");
-    QCOMPARE(pane.tooltip(), "");
-    QVERIFY(pane.image().isNull());
-    pane.paneWillBecomeFront();
-    pane.paneDidBecomeFront();
-    pane.paneWillResignFront();
-    pane.paneDidResignFront();
-    pane.updateControls();
-    pane.itemChanged(&pane);
-    const QWPreferencesPanel &panel = QWPreferencesPanel::sharedInstance();
-    QCOMPARE(panel.panelNibName(), "");
-    QVERIFY(panel.panes().isEmpty());
-}
-
-void tst_QWPreferencesPanel::controlsSendItemChanged()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    QLineEdit field("Ada");
-    QVERIFY(platform::sendAction("itemChanged:", host.controller().currentPane(), &field));
-    QCOMPARE(host.system.userDefaults().string("Name"), "Ada");
-}
-
-void tst_QWPreferencesPanel::otherSendersChangeNothing()
-{
-    const PreferencesFixture host;
-    QWPreferencesPanel::open();
-    host.noted();
-    QObject other;
-    platform::ToolbarItem unknown("unknown");
-    host.controller().changePane(&other);
-    host.controller().changePane(nullptr);
-    host.controller().changePane(&unknown);
-    QVERIFY(host.noted().isEmpty());
-    QCOMPARE(host.current(), "general");
-}
-
 QW_TEST_MAIN(tst_QWPreferencesPanel)
-
 #include "tst_QWPreferencesPanel.moc"

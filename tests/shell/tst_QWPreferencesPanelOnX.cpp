@@ -17,6 +17,7 @@ private Q_SLOTS:
 void tst_QWPreferencesPanelOnX::topEdgeStaysWhileThePanelGrows()
 {
     const PreferencesFixture host;
+    QApplication::setStyle(new MotionStyle(150));
     QWPreferencesPanel::open();
     QVERIFY(QTest::qWaitForWindowExposed(&host.panel()));
     const QRect before = host.panel().geometry();

@@ -1,3 +1,5 @@
+#include "MotionStyle.h"
+
 #include "fakes/FakeSystem.h"
 #include "fakes/QWTestMain.h"
 
@@ -7,7 +9,6 @@
 
 #include <QImage>
 #include <QLabel>
-#include <QProxyStyle>
 #include <QSignalSpy>
 #include <QTimer>
 
@@ -20,17 +21,6 @@ public:
     using QWApplication::QWApplication;
     bool usesSplashScreen() const override { return uses; }
     bool uses = true;
-};
-
-/// A desktop that wants no motion.
-class StillStyle : public QProxyStyle
-{
-public:
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *data) const override
-    {
-        return hint == SH_Widget_Animation_Duration ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
-    }
 };
 
 /// Counts the paintings of a widget.
@@ -236,7 +226,7 @@ void tst_QWSplashScreen::closingFadesThenForgets()
 void tst_QWSplashScreen::closingWithoutMotionForgetsAtOnce()
 {
     const QString style = QApplication::style()->name();
-    QApplication::setStyle(new StillStyle);
+    QApplication::setStyle(new MotionStyle(0));
     QWSplashScreen::splashScreen().open();
     QWSplashScreen::splashScreen().close();
     const bool made = m_system->sharedIfMade<QWSplashScreen>();
