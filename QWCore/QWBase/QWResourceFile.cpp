@@ -6,6 +6,7 @@
 #include <QWPlatform/devices/AudioComponent.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/foundation/RegularFile.h>
 
 #include <QFile>
 
@@ -47,11 +48,12 @@ QWResourceFile::QWResourceFile(platform::ResourceFork fork)
 
 std::optional<QWResourceFile> QWResourceFile::initWithPath(const QString &path, QWError *error)
 {
-    QFile file(platform::System::current().locations().mapped(path));
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(error, path, file.errorString());
+    const QString real = platform::System::current().locations().mapped(path);
+    const auto data = platform::readRegularFile(QFile::encodeName(real));
+    if (!data)
+        return fail(error, path, platform::localized(QStringLiteral("It cannot be read.")));
     QString reason;
-    auto fork = platform::ResourceFork::fromData(file.readAll(), &reason);
+    auto fork = platform::ResourceFork::fromData(*data, &reason);
     return fork ? std::optional(QWResourceFile(std::move(*fork))) : fail(error, path, reason);
 }
 

@@ -1,6 +1,9 @@
 #include "PluginDisk.h"
+#include "plugins/ResourceFileBytes.h"
 
 #include <QWPlatform/linux/LinuxComponentRegistry.h>
+
+#include <sys/stat.h>
 
 using platform::AudioComponent;
 using platform::fourCharCode;
@@ -111,16 +114,8 @@ private slots:
     {
         const PluginDisk disk;
         const platform::Locations locations = disk.locations();
-        const QByteArray file =
-            QByteArray::fromHex("00000100000001460000004600000046") + QByteArray(240, '\0') +
-            QByteArray::fromHex("0000002c61756678446c617941636d650000000000000000646c6c6503e853545220008053545220007f"
-                                "49434f4e0080000000121141636d653a2053757065722044656c6179"
-                                "00000000000000000000000000000000000000000000000000"
-                                "1c004600017468"
-                                "6e6700000012535452200000001e0080ffff000000000000000000"
-                                "80ffff0000003000000000");
         const QString bundle = disk.home() + "/Library/Audio/Plug-Ins/Components/Old.component";
-        PluginDisk::write(bundle + "/Contents/Resources/Old.rsrc", file);
+        PluginDisk::write(bundle + "/Contents/Resources/Old.rsrc", resourceFileBytes());
         LinuxComponentRegistry registry(locations);
         QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Acme: Super Delay"});
     }
@@ -220,6 +215,9 @@ private slots:
         PluginDisk::write(disk.lv2Folder() + "/Bad.lv2/manifest.ttl", QByteArray("\xff\xfe<<<<garbage", 14));
         PluginDisk::write(disk.home() + "/Library/Audio/Plug-Ins/Components/Bad.component/Contents/Info.plist", "{");
         QVERIFY(QDir().mkpath(disk.home() + "/Library/Audio/Plug-Ins/Components/Empty.component"));
+        const QString resources = disk.home() + "/Library/Audio/Plug-Ins/Components/Pipe.component/Contents/Resources";
+        QVERIFY(QDir().mkpath(resources));
+        QCOMPARE(::mkfifo(QFile::encodeName(resources + "/Pipe.rsrc").constData(), 0600), 0); // nobody writes
         disk.installLv2("Good");
         LinuxComponentRegistry registry(locations);
         QCOMPARE(namesOfType(registry, "aufx").size(), 1);

@@ -12,6 +12,44 @@ using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
 using platform::System;
 
+namespace
+{
+const QVariantList knownDelay{graylistEntry("Dlay", "Acme", "Known Delay")};
+
+/// A machine with one unit, "Dlay" by "Acme", whose validator accepts it. The graylist of this program holds @p entries
+/// (or bytes).
+struct UnitMachine
+{
+    template <class Entries>
+    explicit UnitMachine(const Entries &entries)
+        : graylist(auGraylist, entries)
+    {
+        system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+        system.processes.handler = acceptingValidator(system, auHandOff);
+    }
+
+    FakeSystem system;
+    System::Scope current{system};
+    OwnGraylist graylist;
+};
+
+/// The same with one bundle.
+struct BundleMachine
+{
+    template <class Entries>
+    BundleMachine(const Entries &entries, const QString &identifier)
+        : graylist(vstGraylist, entries)
+    {
+        system.addVSTBundle(systemFolder + "/Echo.vst", identifier);
+        system.processes.handler = acceptingValidator(system, vstHandOff);
+    }
+
+    FakeSystem system;
+    System::Scope current{system};
+    OwnGraylist graylist;
+};
+} // namespace
+
 /// Plug-ins known to cause problems, and what the user answers about them.
 class tst_PluginGraylists : public QObject
 {
@@ -65,10 +103,8 @@ void tst_PluginGraylists::hostWithoutGraylistUsesEveryUnit()
 
 void tst_PluginGraylists::alertsComeBeforeTheSaves()
 {
-    FakeSystem system;
-    System::Scope current(system);
-    const OwnGraylist graylist(auGraylist, QVariantList{graylistEntry("Dlay", "Acme", "Known Delay")});
-    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+    UnitMachine machine(knownDelay);
+    FakeSystem &system = machine.system;
     system.alerts.answerWith({"Use"});
     QList<QVariantList> savedWhileShown;
     system.alerts.whileShown = [&] { savedWhileShown.append(system.readPropertyList(auDatabase).toList()); };
@@ -86,16 +122,13 @@ void tst_PluginGraylists::alertsComeBeforeTheSaves()
 
 void tst_PluginGraylists::graylistedUnitCanBeIgnored()
 {
-    FakeSystem system;
-    System::Scope current(system);
-    const OwnGraylist graylist(auGraylist, QVariantList{graylistEntry("Dlay", "Acme", "Known Delay")});
-    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
-    system.alerts.answerWith({"Ignore"});
+    UnitMachine machine(knownDelay);
+    machine.system.alerts.answerWith({"Ignore"});
     HostsOwn<QWAUManager> manager;
     manager.validate();
     manager.validate();
-    QCOMPARE(system.alerts.shown.size(), 1);
-    QVERIFY(system.processes.runs.empty());
+    QCOMPARE(machine.system.alerts.shown.size(), 1);
+    QVERIFY(machine.system.processes.runs.empty());
     QVERIFY(manager.database().front()->ignore());
     QVERIFY(QWAUManager().database().front()->ignore());
     QVERIFY(manager.effectsMenuWithTargetAction(this, "insertPlugin:")->isEmpty());
@@ -103,15 +136,11 @@ void tst_PluginGraylists::graylistedUnitCanBeIgnored()
 
 void tst_PluginGraylists::graylistedUnitCanBeUsed()
 {
-    FakeSystem system;
-    System::Scope current(system);
-    const OwnGraylist graylist(auGraylist, QVariantList{graylistEntry("Dlay", "Acme", "Known Delay")});
-    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
-    system.processes.handler = acceptingValidator(system, auHandOff);
-    system.alerts.answerWith({"Use"});
+    UnitMachine machine(knownDelay);
+    machine.system.alerts.answerWith({"Use"});
     HostsOwn<QWAUManager> manager;
     manager.validate();
-    QCOMPARE(system.processes.runs.size(), std::size_t(1));
+    QCOMPARE(machine.system.processes.runs.size(), std::size_t(1));
     QVERIFY(!manager.database().front()->ignore());
 }
 
@@ -137,32 +166,25 @@ void tst_PluginGraylists::unitGraylistComparesSubtypeAndManufacturerOnly()
 
 void tst_PluginGraylists::unitGraylistNumbersMayBeReal()
 {
-    FakeSystem system;
-    System::Scope current(system);
     QVariantMap fraction = graylistEntry("Dlay", "Acme", "Fraction");
     fraction["subtype"] = fraction["subtype"].toDouble() + 0.75; // its whole part counts
     QVariantMap huge = graylistEntry("Revb", "Acme", "Huge");
     huge["subtype"] = 1e300;
-    const OwnGraylist graylist(auGraylist, QVariantList{huge, fraction});
-    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
-    system.components.add("aufx", "Revb", "Acme", "Acme: Reverb");
-    system.components.add({platform::fourCharCode("aufx"), 0, platform::fourCharCode("Acme"), 0, 0}, "Acme: Zero");
-    system.processes.handler = acceptingValidator(system, auHandOff);
+    UnitMachine machine(QVariantList{huge, fraction});
+    machine.system.components.add("aufx", "Revb", "Acme", "Acme: Reverb");
+    machine.system.components.add({platform::fourCharCode("aufx"), 0, platform::fourCharCode("Acme"), 0, 0},
+                                  "Acme: Zero");
     HostsOwn<QWAUManager>().validate();
-    QCOMPARE(system.alerts.shown.size(), 1);
-    QVERIFY(system.alerts.shown[0].contains("'Fraction'"));
+    QCOMPARE(machine.system.alerts.shown.size(), 1);
+    QVERIFY(machine.system.alerts.shown[0].contains("'Fraction'"));
 }
 
 void tst_PluginGraylists::firstUnitGraylistEntryWins()
 {
-    FakeSystem system;
-    System::Scope current(system);
-    const OwnGraylist graylist(
-        auGraylist, QVariantList{graylistEntry("Dlay", "Acme", "First"), graylistEntry("Dlay", "Acme", "Second")});
-    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+    UnitMachine machine(QVariantList{graylistEntry("Dlay", "Acme", "First"), graylistEntry("Dlay", "Acme", "Second")});
     HostsOwn<QWAUManager>().validate();
-    QCOMPARE(system.alerts.shown.size(), 1);
-    QVERIFY(system.alerts.shown[0].contains("'First'"));
+    QCOMPARE(machine.system.alerts.shown.size(), 1);
+    QVERIFY(machine.system.alerts.shown[0].contains("'First'"));
 }
 
 void tst_PluginGraylists::oddUnitGraylistsAreHarmless_data()
@@ -185,14 +207,10 @@ void tst_PluginGraylists::oddUnitGraylistsAreHarmless_data()
 void tst_PluginGraylists::oddUnitGraylistsAreHarmless()
 {
     QFETCH(QByteArray, bytes);
-    FakeSystem system;
-    System::Scope current(system);
-    const OwnGraylist graylist(auGraylist, bytes);
-    system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
-    system.processes.handler = acceptingValidator(system, auHandOff);
+    UnitMachine machine(bytes);
     HostsOwn<QWAUManager>().validate();
-    QVERIFY(system.alerts.shown.isEmpty());
-    QCOMPARE(system.processes.runs.size(), std::size_t(1));
+    QVERIFY(machine.system.alerts.shown.isEmpty());
+    QCOMPARE(machine.system.processes.runs.size(), std::size_t(1));
 }
 
 void tst_PluginGraylists::shippedGraylistWarnsOfABundle()
@@ -236,17 +254,13 @@ void tst_PluginGraylists::graylistedBundleCanBeIgnoredOrUsed()
     QFETCH(QString, identifier);
     QFETCH(QStringList, answers);
     QFETCH(int, runs);
-    FakeSystem system;
-    System::Scope current(system);
-    const OwnGraylist graylist(vstGraylist, QVariantList{"", 5LL, "com.acme.echo"});
-    system.addVSTBundle(systemFolder + "/Echo.vst", identifier);
-    system.processes.handler = acceptingValidator(system, vstHandOff);
-    system.alerts.answerWith(answers);
+    BundleMachine machine(QVariantList{"", 5LL, "com.acme.echo"}, identifier);
+    machine.system.alerts.answerWith(answers);
     HostsOwn<QWVSTManager> manager;
     manager.validate();
     manager.validate();
-    QCOMPARE(system.alerts.shown.size(), answers.size());
-    QCOMPARE(static_cast<int>(system.processes.runs.size()), runs);
+    QCOMPARE(machine.system.alerts.shown.size(), answers.size());
+    QCOMPARE(static_cast<int>(machine.system.processes.runs.size()), runs);
     QCOMPARE(manager.database().front()->ignore(), runs == 0);
 }
 
@@ -263,14 +277,10 @@ void tst_PluginGraylists::oddBundleGraylistsAreHarmless_data()
 void tst_PluginGraylists::oddBundleGraylistsAreHarmless()
 {
     QFETCH(QByteArray, bytes);
-    FakeSystem system;
-    System::Scope current(system);
-    const OwnGraylist graylist(vstGraylist, bytes);
-    system.addVSTBundle(systemFolder + "/Echo.vst", "com.acme.echo");
-    system.processes.handler = acceptingValidator(system, vstHandOff);
+    BundleMachine machine(bytes, "com.acme.echo");
     HostsOwn<QWVSTManager>().validate();
-    QVERIFY(system.alerts.shown.isEmpty());
-    QCOMPARE(system.processes.runs.size(), std::size_t(1));
+    QVERIFY(machine.system.alerts.shown.isEmpty());
+    QCOMPARE(machine.system.processes.runs.size(), std::size_t(1));
 }
 
 QW_TEST_MAIN(tst_PluginGraylists)

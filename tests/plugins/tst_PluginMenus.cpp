@@ -34,6 +34,7 @@ class tst_PluginMenus : public QObject
 private Q_SLOTS:
     void unitMenusGroupByManufacturerInTitleOrder();
     void unitMenusLeaveOutIgnoredAndPlayers();
+    void namesThatTheCatalogLacksAreAskedOfTheRegistry();
     void emptyUnitCatalogGivesEmptyMenus();
     void unitItemsCarryTheirComponentAndSendTheAction();
     void bundleMenuMirrorsTheFolders_data();
@@ -87,6 +88,15 @@ void tst_PluginMenus::unitMenusLeaveOutIgnoredAndPlayers()
     QCOMPARE(titlesOf(*effects), QStringList{"appl"});
     QCOMPARE(titlesOf(*submenuOf(*effects, "appl")), QStringList{"nois"});
     QVERIFY(manager.instrumentsMenuWithTargetAction(this, "insertPlugin:")->isEmpty());
+}
+
+void tst_PluginMenus::namesThatTheCatalogLacksAreAskedOfTheRegistry()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    const QWComponentDescription unit(system.components.add("aufx", "Dlay", "Acme", "Acme: Delay"));
+    system.writePropertyList(auDatabase, QVariantList{QVariantMap{{"componentDescription", unit.state()}}});
+    QCOMPARE(outline(*QWAUManager().effectsMenuWithTargetAction(this, "insertPlugin:")), "Acme [Delay]");
 }
 
 void tst_PluginMenus::emptyUnitCatalogGivesEmptyMenus()

@@ -12,6 +12,7 @@ class tst_QWAUDescription : public QObject
 private Q_SLOTS:
     void registryNameGivesManufacturerAndName_data();
     void registryNameGivesManufacturerAndName();
+    void nameOfALengthByteAloneIsAnEmptyName();
     void nameThatCannotBeReadLeavesTheFieldsAlone();
     void unknownIsLocalized();
     void namesLoadOnDemand();
@@ -93,6 +94,17 @@ void tst_QWAUDescription::registryNameGivesManufacturerAndName()
     QCOMPARE(record->loadInfo(), loads);
     QCOMPARE(record->manufacturer(), manufacturer);
     QCOMPARE(record->name(), name);
+}
+
+void tst_QWAUDescription::nameOfALengthByteAloneIsAnEmptyName()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    const auto record = recordOf(system.components.add("aufx", "Dlay", "Acme", ""));
+    system.components.entries.back().name = QByteArray(1, '\0');
+    QVERIFY(record->loadInfo());
+    QCOMPARE(record->state().value("manufacturer"), QVariant("Unknown"));
+    QCOMPARE(record->state().value("name"), QVariant(""));
 }
 
 void tst_QWAUDescription::nameThatCannotBeReadLeavesTheFieldsAlone()

@@ -301,11 +301,24 @@ void tst_QWAUManager::textsAreLocalized()
 {
     FakeSystem system;
     System::Scope current(system);
-    system.addHostResource("Localizable.strings",
-                           "\"The '%@' Audio Unit failed to validate and will be ignored.\" = \"%@ fehlt\";");
+    system.addHostResource(
+        "Localizable.strings",
+        "\"The '%@' Audio Unit failed to validate and will be ignored.\" = \"%@ fehlt\";"
+        "\"The '%@' Audio Unit has been known to cause problems with Quorwell Engineering products.\" = \"%@ stört\";"
+        "\"Would you like to ignore this Audio Unit or would you like to continue to validate it and use it?\" = "
+        "\"Und?\";"
+        "\"Ignore\" = \"Weglassen\"; \"Use\" = \"Nehmen\";"
+        "\"An Audio Unit failed to validate because it could not be opened.\" = \"Zu\";"
+        "\"This is usually as a result of incorrect permissions. Try to repair permissions using Disk Utility and try "
+        "again.\" = \"Rechte?\";");
     system.components.add("aufx", "Dlay", "Acme", "Acme: 100%@ %d Delay");
+    system.components.add("aufx", "wbDl", "Glmf", "Glimmerfrog: Own Name"); // on the framework's own graylist
+    system.components.add("aufx", "Nona", "Acme", "");
     QWAUManager().validate();
-    QCOMPARE(system.alerts.shown, QStringList{"100%@ %d Delay fehlt"});
+    QCOMPARE(system.alerts.shown, (QStringList{"100%@ %d Delay fehlt", "Wobbledelay stört", "Zu"}));
+    QCOMPARE(system.alerts.alerts[1].informativeText, "Und?");
+    QCOMPARE(system.alerts.alerts[1].buttons, (QStringList{"Weglassen", "Nehmen"}));
+    QCOMPARE(system.alerts.alerts[2].informativeText, "Rechte?");
 }
 
 QW_TEST_MAIN(tst_QWAUManager)

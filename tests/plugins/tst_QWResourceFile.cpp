@@ -5,7 +5,10 @@
 #include <QWBase/QWError.h>
 #include <QWBase/QWResourceFile.h>
 
+#include <QFile>
+
 #include <cstring>
+#include <sys/stat.h>
 
 using platform::fourCharCode;
 
@@ -17,6 +20,7 @@ private Q_SLOTS:
     void resourcesComeByType();
     void thingWordsComeInHostOrder();
     void missingFileIsAnError();
+    void whatIsNoRegularFileIsAnError();
     void fileCutOffAnywhereIsAnErrorOrHarmless();
 };
 
@@ -71,6 +75,19 @@ void tst_QWResourceFile::missingFileIsAnError()
     QVERIFY(error.isSet());
     QVERIFY(error.message().contains("/Library/none.rsrc"));
     QVERIFY(!QWResourceFile::initWithPath("/Library/none.rsrc"));
+}
+
+void tst_QWResourceFile::whatIsNoRegularFileIsAnError()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    system.makeDirectory("/Library/folder.rsrc");
+    QCOMPARE(::mkfifo(QFile::encodeName(system.real("/Library/pipe.rsrc")).constData(), 0600), 0); // nobody writes
+    for (const char *path : {"/Library/folder.rsrc", "/Library/pipe.rsrc"}) {
+        QWError error;
+        QVERIFY(!QWResourceFile::initWithPath(path, &error));
+        QVERIFY(error.isSet());
+    }
 }
 
 void tst_QWResourceFile::fileCutOffAnywhereIsAnErrorOrHarmless()

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void vanishedBundleIsForgotten();
     void unchangedMachineWritesNothing();
     void hostsChangesToARecordAreSaved();
+    void textsAreLocalized();
 };
 
 void tst_QWVSTManager::nothingInstalled()
@@ -203,6 +204,26 @@ void tst_QWVSTManager::hostsChangesToARecordAreSaved()
     system.addVSTBundle(systemFolder + "/B.vst");
     manager.validate(); // saves
     QVERIFY(QWVSTManager().database().front()->ignore());
+}
+
+void tst_QWVSTManager::textsAreLocalized()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.addHostResource(
+        "Localizable.strings",
+        "\"The '%@' VST failed to validate and will be ignored.\" = \"%@ fehlt\";"
+        "\"The '%@' VST has been known to cause problems with Quorwell Engineering products.\" = \"%@ stört\";"
+        "\"Would you like to ignore this VST or would you like to continue to validate it and use it?\" = \"Und?\";"
+        "\"Ignore\" = \"Weglassen\"; \"Use\" = \"Nehmen\"; \"No plug-ins found\" = \"Nichts da\";");
+    system.addVSTBundle(systemFolder + "/100%@.vst");
+    system.addVSTBundle(userFolder + "/Own Name.vst", "com.glimmerfrog.wobbledelay"); // on the framework's own graylist
+    QWVSTManager manager;
+    manager.validate();
+    QCOMPARE(system.alerts.shown, (QStringList{"100%@ fehlt", "Own Name stört"}));
+    QCOMPARE(system.alerts.alerts[1].informativeText, "Und?");
+    QCOMPARE(system.alerts.alerts[1].buttons, (QStringList{"Weglassen", "Nehmen"}));
+    QCOMPARE(outline(*manager.instrumentsMenuWithTargetAction(this, "insertPlugin:")), "Nichts da");
 }
 
 QW_TEST_MAIN(tst_QWVSTManager)

@@ -1,3 +1,4 @@
+#include "CatalogTestSupport.h"
 #include "MenuTestSupport.h"
 #include "PluginTestSupport.h"
 #include "fakes/QWTestMain.h"
@@ -41,12 +42,6 @@ void installBundle(const QString &name)
     QVERIFY(QWFile::createDirectoryAtPath("~/Library/Audio/Plug-Ins/VST"));
     QVERIFY(QWFile::copyPathToPath(QString(QW_TEST_PLUGINS "/VST/%1.vst").arg(name),
                                    QString("~/Library/Audio/Plug-Ins/VST/%1.vst").arg(name)));
-}
-
-QStringList sorted(QStringList texts)
-{
-    texts.sort();
-    return texts;
 }
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include "../devices/ResourceFork.h"
 #include "../foundation/PropertyList.h"
+#include "../foundation/RegularFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -77,10 +78,8 @@ InstalledComponent fromResource(const ResourceFork &fork, const QByteArray &data
 
 void addFromResources(std::vector<InstalledComponent> &components, const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return;
-    const auto fork = ResourceFork::fromData(file.readAll());
+    const auto data = readRegularFile(QFile::encodeName(path));
+    const auto fork = data ? ResourceFork::fromData(*data) : std::nullopt;
     if (!fork)
         return;
     for (const ResourceFork::Resource &resource : fork->resourcesOfType(componentResource))
