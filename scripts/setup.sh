@@ -1,9 +1,22 @@
 # Sourced by ./run, ./test, ./bench and .ci/run: installs what is missing, configures and builds.
 set -euo pipefail
+QW_CALLER=$PWD # where the user stands: what they name is relative to it
 QW_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$QW_ROOT"
 
 say() { printf '%s\n' "$*" >&2; }
+
+# help_if_asked DOOR ARGUMENT...: prints the comment at the top of the door and ends.
+help_if_asked() {
+    local door=$QW_ROOT/${1##*/}
+    shift
+    case " $* " in
+    *" --help "* | *" -h "*) sed -n -e 1d -e '/^#/!q' -e 's/^# \{0,1\}//p' "$door"; exit 0 ;;
+    esac
+}
+
+# For the user: a path of theirs as it is from anywhere.
+absolute() { (cd "$QW_CALLER" && realpath -m -- "$1"); }
 
 wanted_packages() { sed -e 's/#.*//' -e '/^[[:space:]]*$/d' scripts/packages; }
 
@@ -24,8 +37,17 @@ install_packages() {
         run_install sudo "$install"
     else
         say "Some packages are missing. Install them with:"
-        say "  sudo $install"
+        say "  $(by_hand "$install")"
         exit 1
+    fi
+}
+
+# The one command that the user types.
+by_hand() {
+    if command -v sudo >/dev/null; then
+        printf '%s' "sudo apt-get update && sudo $1"
+    else
+        printf '%s' "su -c 'apt-get update && $1'"
     fi
 }
 
@@ -33,10 +55,11 @@ run_install() {
     local log
     log=$(mktemp -t qw-packages.XXXXXX)
     say "Installing packages: ${2#*recommends }"
-    if ! { $1 apt-get update && $1 env DEBIAN_FRONTEND=noninteractive $2; } >"$log" 2>&1 </dev/null; then
+    # First what an installation that was interrupted has left behind.
+    if ! { $1 dpkg --configure -a && $1 apt-get update && $1 env DEBIAN_FRONTEND=noninteractive $2; } >"$log" 2>&1 </dev/null; then
         tail -20 "$log" >&2
         say "The packages could not be installed (whole log: $log). By hand:"
-        say "  sudo apt-get update && sudo $2"
+        say "  $(by_hand "$2")"
         exit 1
     fi
     rm -f "$log"
@@ -54,13 +77,25 @@ build_preset() {
     if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
         say "Building ($preset) …"
     fi
-    quietly "$folder/build.log" ninja -C "$folder" "$@"
+    quietly "$folder/build.log" counting ninja -C "$folder" "$@"
+}
+
+# Runs a build; on a terminal it tells how far that is.
+counting() {
+    local status=0
+    [ -t 3 ] || { "$@"; return; }
+    "$@" | while IFS= read -r line; do
+        printf '%s\n' "$line"
+        [[ $line != \[*/*\]* ]] || printf '\r  %s' "${line%%]*}]" >&3
+    done || status=$?
+    printf '\r\033[K' >&3
+    return "$status"
 }
 
 quietly() {
     local log=$1
     shift
-    "$@" >"$log" 2>&1 </dev/null || { tail -60 "$log" >&2; say "Failed: $*"; exit 1; }
+    "$@" 3>&2 >"$log" 2>&1 </dev/null || { tail -60 "$log" >&2; say "That failed. The whole log: $QW_ROOT/$log"; exit 1; }
 }
 
 has_display() { [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }
