@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTest>
 #include <fakes/FakeSystem.h>
 
@@ -58,6 +59,7 @@ private Q_SLOTS:
     void missingFileIsNamed();
     void brokenFileIsNamed_data();
     void brokenFileIsNamed();
+    void nothingCutShortIsAnInterface();
     void missingOutletIsNamed();
     void outletOfAnotherClassIsNamed();
     void actionWithoutMethodIsNamed();
@@ -156,6 +158,22 @@ void tst_InterfaceFile::brokenFileIsNamed()
     InterfaceFile file("Owner", _bundleWith(system, ui), owner);
     QVERIFY(!file.widget());
     QVERIFY(!file.isComplete());
+}
+
+void tst_InterfaceFile::nothingCutShortIsAnInterface()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    Owner owner;
+    const QByteArray whole = windowWith(control("QPushButton", "button", "scan:"));
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    const auto restore = qScopeGuard([&] { qInstallMessageHandler(before); });
+    for (qsizetype size = 0; size < whole.size(); ++size) {
+        const InterfaceFile file("Owner", _bundleWith(system, whole.first(size)), owner);
+        QVERIFY2(!file.widget() && !file.isComplete(), whole.first(size).constData());
+    }
+    QVERIFY(InterfaceFile("Owner", _bundleWith(system, whole), owner).isComplete());
 }
 
 void tst_InterfaceFile::missingOutletIsNamed()

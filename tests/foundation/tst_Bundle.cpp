@@ -52,6 +52,7 @@ private slots:
         QTest::newRow("nothing") << QByteArray();
         QTest::newRow("garbage") << QByteArray("\x7f"
                                                "ELF");
+        QTest::newRow("cut short") << PropertyList::toXml(QVariantMap{{"CFBundleIdentifier", "x"}}).chopped(2);
         QTest::newRow("array") << PropertyList::toXml(QVariantList{1});
         QTest::newRow("wrong types") << PropertyList::toXml(QVariantMap{{"CFBundleIdentifier", QVariantList{1}}});
     }
@@ -94,6 +95,24 @@ private slots:
         QLocale::setDefault(QLocale(QLocale::German));
         QCOMPARE(Bundle(path("X.app")).localizedString("Quit"), "Beenden");
         QCOMPARE(Bundle(path("X.app")).localizedString("n"), "n");
+    }
+
+    void brokenTablesGiveTheKeys_data()
+    {
+        QTest::addColumn<QByteArray>("table");
+        const QByteArray whole = "\"Quit\" = \"Beenden\"";
+        for (qsizetype size = 0; size <= whole.size(); ++size) // without its last character, the ";"
+            QTest::addRow("%d characters", int(size)) << whole.first(size);
+        QTest::newRow("garbage") << QByteArray("\x7f\0ELF\xff", 6);
+        QTest::newRow("array") << PropertyList::toXml(QVariantList{"Quit"});
+        QTest::newRow("a number") << PropertyList::toXml(QVariantMap{{"Quit", 1}});
+    }
+
+    void brokenTablesGiveTheKeys()
+    {
+        QFETCH(QByteArray, table);
+        write("X.app/Contents/Resources/en.lproj/Localizable.strings", table);
+        QCOMPARE(Bundle(path("X.app")).localizedString("Quit"), "Quit");
     }
 
     void executablesAreFound_data()

@@ -46,6 +46,14 @@ struct ManualFixture
         system.urlLoader.answer(question, platform::PropertyList::toXml(QVariantMap{{"version", version}}));
     }
 
+    /// Nobody, not even root, removes what the kernel shows of a process.
+    void leadFolderToOneThatCannotBeEmptied() const
+    {
+        QDir().mkpath(QFileInfo(system.real(folder)).path());
+        QDir(system.real(folder)).removeRecursively();
+        QVERIFY(QFile::link("/proc/self/fdinfo", system.real(folder)));
+    }
+
     /// Opens the manual and waits until the version check is over.
     void open() const
     {

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void hostWithoutArchiveHasNoManual();
     void manualIsLookedForAtTheFirstOpeningOnly();
     void folderThatCannotBeMadeEndsTheSetUp();
+    void folderThatCannotBeEmptiedEndsTheSetUp();
     void windowIsCentredNormalAndOnlyHiddenByClosing();
     void linksToTheWebOpenOutside_data();
     void linksToTheWebOpenOutside();
@@ -144,6 +145,22 @@ void tst_QWManual::folderThatCannotBeMadeEndsTheSetUp()
     host.open();
 
     QCOMPARE(host.system.alerts.shown.size(), 1);
+    QVERIFY(host.system.processes.runs.empty());
+    QVERIFY(host.system.urlLoader.requests().empty());
+    QCOMPARE(QWManual::manual().window()->windowTitle(), "");
+    QVERIFY(QWManual::manual().window()->isVisible());
+}
+
+void tst_QWManual::folderThatCannotBeEmptiedEndsTheSetUp()
+{
+    const ManualFixture host;
+    host.system.addHostResource("Manual.zip", "PK");
+    host.leadFolderToOneThatCannotBeEmptied();
+    host.open();
+
+    QCOMPARE(host.system.alerts.shown.size(), 1);
+    QVERIFY2(host.system.alerts.shown.first().contains("could not be emptied"),
+             qPrintable(host.system.alerts.shown[0]));
     QVERIFY(host.system.processes.runs.empty());
     QVERIFY(host.system.urlLoader.requests().empty());
     QCOMPARE(QWManual::manual().window()->windowTitle(), "");

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void newerVersionIsOffered();
     void unknownLocalVersionIsOutOfDate_data();
     void unknownLocalVersionIsOutOfDate();
+    void answerWithoutVersionIsOlderThanAnyManual();
     void siteWithoutAnswerIsSilent_data();
     void siteWithoutAnswerIsSilent();
     void offerIsMadeOncePerWindow();
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void progressShowsTheFraction_data();
     void progressShowsTheFraction();
     void finishedDownloadReplacesTheManual();
+    void folderThatCannotBeEmptiedIsTold();
     void failedDownloadIsToldAndKeepsTheManual();
     void stopCancelsTheDownload();
     void progressKeepsItsRoom();
@@ -94,6 +96,16 @@ void tst_QWManualUpdate::unknownLocalVersionIsOutOfDate()
     host.siteOffers("0");
     host.open();
     QCOMPARE(host.system.alerts.shown, QStringList("A newer version of the manual is available"));
+}
+
+void tst_QWManualUpdate::answerWithoutVersionIsOlderThanAnyManual()
+{
+    const ManualFixture host;
+    host.install(ManualFixture::pageWithVersion("0.1"));
+    host.system.urlLoader.answer(ManualFixture::question, platform::PropertyList::toXml(QVariantMap{{"Version", "9"}}));
+    host.open();
+    QCOMPARE(host.system.urlLoader.requestedUrls().size(), 1);
+    QVERIFY(host.system.alerts.shown.isEmpty());
 }
 
 void tst_QWManualUpdate::siteWithoutAnswerIsSilent_data()
@@ -225,6 +237,20 @@ void tst_QWManualUpdate::finishedDownloadReplacesTheManual()
              QStringList({"-q", archive, "-d", host.system.real(ManualFixture::folder)}));
     QCOMPARE(host.view().url(), host.indexUrl());
     QVERIFY(!host.child<QWidget>("progressStopButton")->isVisible());
+}
+
+void tst_QWManualUpdate::folderThatCannotBeEmptiedIsTold()
+{
+    ManualFixture host;
+    host.startUpdate();
+    host.archiveIsGood = false;
+    host.system.alerts.shown.clear();
+    host.leadFolderToOneThatCannotBeEmptied();
+    host.system.urlDownloads.finish();
+
+    QCOMPARE(host.system.alerts.shown.size(), 1);
+    QVERIFY(host.system.alerts.shown.first().contains("could not be emptied"));
+    QVERIFY(!host.child<QWidget>("progressBar")->isVisible());
 }
 
 void tst_QWManualUpdate::failedDownloadIsToldAndKeepsTheManual()

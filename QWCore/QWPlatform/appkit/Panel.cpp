@@ -1,5 +1,6 @@
 #include "Panel.h"
 
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QFileDialog>
@@ -8,9 +9,20 @@
 namespace platform
 {
 
+namespace
+{
+/// To a screen reader a panel is a window, not a part of one.
+QAccessibleInterface *accessiblePanel(const QString &className, QObject *object)
+{
+    const bool isPanel = className == QLatin1String(Panel::staticMetaObject.className());
+    return isPanel ? new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::Window) : nullptr;
+}
+} // namespace
+
 Panel::Panel(QWidget *parent)
     : QWidget(parent, Qt::Window)
 {
+    [[maybe_unused]] static const bool told = (QAccessible::installFactory(&accessiblePanel), true);
 }
 
 Panel::~Panel() = default;

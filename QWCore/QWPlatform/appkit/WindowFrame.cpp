@@ -72,6 +72,7 @@ QString stringFromFrame(const QWidget &window)
 
 void makeKeyAndOrderFront(QWidget &window)
 {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
     window.activateWindow();

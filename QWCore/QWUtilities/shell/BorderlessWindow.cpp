@@ -1,12 +1,12 @@
 #include "BorderlessWindow.h"
 
 #include <QWPlatform/appkit/Compositing.h>
+#include <QWPlatform/appkit/WindowFrame.h>
 
 #include <QApplication>
 #include <QBitmap>
 #include <QPainter>
 #include <QPropertyAnimation>
-#include <QScreen>
 #include <QStyle>
 
 namespace qw
@@ -15,12 +15,6 @@ namespace qw
 namespace
 {
 constexpr int fadeMilliseconds = 200;
-
-QScreen *screenOfUser()
-{
-    QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
-    return screen ? screen : QGuiApplication::primaryScreen();
-}
 
 QBitmap roundedMask(const QSize &size)
 {
@@ -56,8 +50,7 @@ BorderlessWindow::~BorderlessWindow() = default;
 
 void BorderlessWindow::center()
 {
-    if (const QScreen *screen = screenOfUser())
-        move(screen->availableGeometry().center() - rect().center());
+    platform::centerWindow(*this, size());
 }
 
 void BorderlessWindow::makeKeyAndOrderFront()
@@ -67,9 +60,7 @@ void BorderlessWindow::makeKeyAndOrderFront()
         clearMask();
     else
         setMask(roundedMask(size()));
-    show();
-    raise();
-    activateWindow();
+    platform::makeKeyAndOrderFront(*this);
 }
 
 bool BorderlessWindow::supportsAnimator()

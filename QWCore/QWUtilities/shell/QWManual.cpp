@@ -14,6 +14,7 @@
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/Toolbar.h>
 #include <QWPlatform/appkit/WebView.h>
+#include <QWPlatform/appkit/WindowFrame.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/ChildProcesses.h>
 #include <QWPlatform/foundation/Localization.h>
@@ -59,19 +60,6 @@ QString downloadPath()
 {
     return QWApplication::sharedApplication()->tempDirectory() + "/Manual.zip";
 }
-
-void center(QWidget &window)
-{
-    const QRect screen = window.screen()->availableGeometry();
-    window.resize(window.size().boundedTo(screen.size()));
-    window.move(screen.center() - window.rect().center());
-}
-
-void showIfSet(const QWError &error)
-{
-    if (error.isSet())
-        error.alert();
-}
 } // namespace
 
 QWManual &QWManual::manual()
@@ -115,9 +103,7 @@ void QWManual::_openManual()
         }
         m_toolbar->validateVisibleItems();
     }
-    m_window->show();
-    m_window->raise();
-    m_window->activateWindow();
+    platform::makeKeyAndOrderFront(*m_window);
 }
 
 bool QWManual::_loadNib()
@@ -148,7 +134,8 @@ void QWManual::awakeFromNib()
         return;
     checkVersion();
     m_window->setWindowTitle(formatted(localized("%@ Manual"), {qw::applicationName()}));
-    center(*m_window);
+    m_window->resize(m_window->size().boundedTo(m_window->screen()->availableSize()));
+    platform::centerWindow(*m_window, m_window->size());
 }
 
 /// Makes sure that there is a manual folder, with the host's own manual when it holds none; false, after an alert, when
@@ -236,11 +223,12 @@ void QWManual::downloadDidFinish()
     m_progressBar->setRange(0, 0);
     m_progressText->repaint(); // Unpacking keeps the main thread.
     QWError error;
-    QWFile::emptyDirectoryAtPath(m_manualPath, &error);
+    const bool isEmptied = QWFile::emptyDirectoryAtPath(m_manualPath, &error);
     _unzipToDirectory(downloadPath(), m_manualPath);
     _showProgress(false);
     home();
-    showIfSet(error);
+    if (!isEmptied)
+        error.alert();
 }
 
 void QWManual::downloadDidFailWithError(const QString &localizedDescription)
