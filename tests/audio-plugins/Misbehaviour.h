@@ -10,7 +10,7 @@ enum class Behaviour
     FixedBlocks,
     Accumulating,
     Shell,
-    Timed,
+    Asking,
     Refusing,
     NeedsMore,
     NoEntry,

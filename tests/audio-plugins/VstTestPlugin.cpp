@@ -5,7 +5,9 @@
 
 #include <cmath>
 #include <cstring>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 using vst::Effect;
 
@@ -35,25 +37,53 @@ void takeEvents(void *pointer)
     }
 }
 
+std::intptr_t ask(Effect *effect, std::int32_t request, std::intptr_t value = 0, void *pointer = nullptr)
+{
+    return hostCallback(effect, request, 0, value, pointer, 0);
+}
+
 /// What the host answers to a plug-in that wants to know @p wanted of the time.
 const vst::TimeInfo *timeInfo(Effect *effect, std::intptr_t wanted)
 {
-    return reinterpret_cast<const vst::TimeInfo *>(hostCallback(effect, vst::request::time, 0, wanted, nullptr, 0));
+    return reinterpret_cast<const vst::TimeInfo *>(ask(effect, vst::request::time, wanted));
 }
 
-/// Gives the time as samples: all of it on the first channel, on the second the flags of one who wants nothing, now and
-/// when the plug-in was opened.
-void writeTime(Effect *effect, float **outputs)
+bool can(Effect *effect, std::string ability)
 {
-    using namespace vst::timeFlag;
-    const vst::TimeInfo &time = *timeInfo(effect, beatsValid | tempoValid | barValid | signatureValid);
-    const double values[] = {
-        time.position,          time.sampleRate,          time.beats,        time.tempo, time.barStart,
-        double(time.numerator), double(time.denominator), double(time.flags)};
-    for (std::size_t i = 0; i < std::size(values); ++i)
-        outputs[0][i] = static_cast<float>(values[i]);
-    outputs[1][0] = static_cast<float>(timeInfo(effect, 0)->flags);
-    outputs[1][1] = static_cast<float>(flagsAtOpen);
+    return ask(effect, vst::request::canDo, 0, ability.data()) == 1;
+}
+
+bool tells(Effect *effect, std::int32_t request, std::string_view expected)
+{
+    char text[64] = {};
+    return ask(effect, request, 0, text) == 1 && text == expected;
+}
+
+void write(std::initializer_list<double> values, float *samples)
+{
+    for (const double value : values)
+        *samples++ = static_cast<float>(value);
+}
+
+/// Gives what the host answers as samples: the time on the first channel; on the second the flags of one who wants to
+/// know nothing of it, now and when the plug-in was opened, then all else.
+void writeAnswers(Effect *effect, float **outputs)
+{
+    using namespace vst;
+    const TimeInfo time =
+        *timeInfo(effect, timeFlag::beatsValid | timeFlag::tempoValid | timeFlag::barValid | timeFlag::signatureValid);
+    write({time.position, time.sampleRate, time.beats, time.tempo, time.barStart, double(time.numerator),
+           double(time.denominator), double(time.flags)},
+          outputs[0]);
+    const auto number = [&](std::int32_t request) { return static_cast<double>(ask(effect, request)); };
+    write({double(timeInfo(effect, 0)->flags), double(flagsAtOpen), number(request::sampleRate),
+           number(request::blockSize), number(request::version), number(request::wantMidi), number(request::language),
+           number(request::currentID), number(12345), double(can(effect, "sendVstTimeInfo")),
+           double(can(effect, "sendVstMidiEvent")), double(can(effect, "makeCoffee")),
+           double(tells(effect, request::vendor, "Quorwell Engineering")),
+           double(tells(effect, request::product, "QWUtilities")), double(ask(nullptr, request::sampleRate)),
+           double(ask(nullptr, request::time))},
+          outputs[1]);
 }
 
 std::intptr_t close(Effect *effect)
@@ -69,7 +99,7 @@ std::intptr_t dispatch(Effect *effect, std::int32_t opcode, std::int32_t, std::i
     switch (opcode) {
     case vst::opcode::open:
         misbehaveAtOpen();
-        flagsAtOpen = behaviour == Behaviour::Timed ? timeInfo(effect, 0)->flags : 0;
+        flagsAtOpen = behaviour == Behaviour::Asking ? timeInfo(effect, 0)->flags : 0;
         return 0;
     case vst::opcode::close:
         return close(effect);
@@ -98,8 +128,8 @@ float sampleFor(float input)
 
 void processReplacing(Effect *effect, float **inputs, float **outputs, std::int32_t frames)
 {
-    if (behaviour == Behaviour::Timed)
-        return writeTime(effect, outputs);
+    if (behaviour == Behaviour::Asking)
+        return writeAnswers(effect, outputs);
     for (int channel = 0; channel < effect->outputCount; ++channel)
         for (int i = 0; i < frames; ++i)
             outputs[channel][i] = sampleFor(effect->inputCount > channel ? inputs[channel][i] : 0);

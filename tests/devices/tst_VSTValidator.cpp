@@ -31,7 +31,7 @@ private slots:
         QTest::newRow("instrument") << "Instrument" << true;
         QTest::newRow("accumulating") << "Accumulating" << false;
         QTest::newRow("shell") << "Shell" << false;
-        QTest::newRow("timed") << "Timed" << false;
+        QTest::newRow("asking") << "Asking" << false;
         QTest::newRow("printing") << "Printing" << false;
     }
 

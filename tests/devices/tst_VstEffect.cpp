@@ -73,7 +73,7 @@ private slots:
     void timeIsToldFromTheStartOn()
     {
         Machine machine;
-        const auto plugin = machine.open("Timed");
+        const auto plugin = machine.open("Asking");
         QVERIFY2(plugin, qPrintable(machine.error));
         constexpr float playing = 2;
         constexpr float changed = 1;
@@ -95,10 +95,26 @@ private slots:
         }
     }
 
+    void hostAnswersWhatItIsAsked()
+    {
+        Machine machine;
+        const auto plugin = machine.open("Asking");
+        QVERIFY2(plugin, qPrintable(machine.error));
+        QVERIFY(plugin->start(44100, 256));
+        const std::vector<float> told = runBlock(*plugin, 256, 0)[1];
+        const std::vector<float> expected{44100, 256,    // sample rate, block size
+                                          2400,  1,   1, // version, MIDI wanted, English
+                                          0,     0,      // no plug-in of a shell; what nobody knows
+                                          1,     1,   0, // can tell the time, send notes, not make coffee
+                                          1,     1,      // maker and product, in words
+                                          48000, 0};     // asked before there is a plug-in: usual rate, no time
+        QCOMPARE(std::vector<float>(told.begin() + 2, told.begin() + 16), expected);
+    }
+
     void barsBeginAtWholeBars()
     {
         Machine machine;
-        const auto plugin = machine.open("Timed");
+        const auto plugin = machine.open("Asking");
         QVERIFY2(plugin, qPrintable(machine.error));
         QVERIFY(plugin->start(8192, 2048)); // half a beat a block
         std::vector<float> bars;

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void onlyTheExactExtensionCounts();
     void bundlesAreNeverWalkedInto();
     void linksAreFollowedButNeverInCircles();
+    void bundleThatLeadsNowhereIsTriedAtEveryScan();
     void foldersThatCannotBeReadAreSkipped();
     void foldersWithoutPermissionAreSkipped();
     void bundleWithoutPermissionIsAPlugin();
@@ -110,6 +111,19 @@ void tst_VSTFolders::linksAreFollowedButNeverInCircles()
     manager.validate();
     QCOMPARE(sorted(pathsOf(manager)),
              (QStringList{systemFolder + "/Folder/Inside.vst", systemFolder + "/Linked.vst"}));
+}
+
+void tst_VSTFolders::bundleThatLeadsNowhereIsTriedAtEveryScan()
+{
+    FakeSystem system;
+    System::Scope current(system);
+    system.makeDirectory(systemFolder);
+    QVERIFY(QFile::link(system.real("/Library/none"), system.real(systemFolder + "/Dangling.vst")));
+    QWVSTManager manager;
+    manager.validate();
+    manager.validate(); // what is not there is forgotten, and the walk finds its name again
+    QCOMPARE(system.processes.runs.size(), std::size_t(2));
+    QCOMPARE(pathsOf(manager), QStringList{systemFolder + "/Dangling.vst"});
 }
 
 void tst_VSTFolders::foldersThatCannotBeReadAreSkipped()
