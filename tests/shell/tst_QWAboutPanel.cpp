@@ -1,3 +1,5 @@
+#include "MotionStyle.h"
+
 #include "fakes/FakeSystem.h"
 #include "fakes/QWTestMain.h"
 
@@ -23,6 +25,7 @@ private Q_SLOTS:
     void buttonsHaveTheQuietBezel();
     void fadesIn();
     void fadesOutAndStays();
+    void comesAndGoesAtOnceWithoutMotion();
     void isShownAndHiddenManyTimes();
     void clickAnywhereCloses_data();
     void clickAnywhereCloses();
@@ -46,6 +49,7 @@ private:
 
 void tst_QWAboutPanel::init()
 {
+    QApplication::setStyle(new MotionStyle(0));
     m_system = std::make_unique<FakeSystem>();
     m_scope = std::make_unique<platform::System::Scope>(*m_system);
 }
@@ -92,6 +96,7 @@ void tst_QWAboutPanel::buttonsHaveTheQuietBezel()
 
 void tst_QWAboutPanel::fadesIn()
 {
+    QApplication::setStyle(new MotionStyle(200));
     QWAboutPanel::open();
     QVERIFY(window().isVisible());
     QCOMPARE(window().windowOpacity(), 0.0);
@@ -101,6 +106,7 @@ void tst_QWAboutPanel::fadesIn()
 
 void tst_QWAboutPanel::fadesOutAndStays()
 {
+    QApplication::setStyle(new MotionStyle(200));
     openAndWait();
     QWidget *const before = &window();
     QWAboutPanel::aboutPanel().close();
@@ -109,8 +115,19 @@ void tst_QWAboutPanel::fadesOutAndStays()
     QCOMPARE(&window(), before);
 }
 
+void tst_QWAboutPanel::comesAndGoesAtOnceWithoutMotion()
+{
+    QWAboutPanel::open();
+    QVERIFY(window().isVisible());
+    QCOMPARE(window().windowOpacity(), 1.0);
+    QWAboutPanel::aboutPanel().close();
+    QVERIFY(!window().isVisible());
+    QCOMPARE(window().windowOpacity(), 1.0);
+}
+
 void tst_QWAboutPanel::isShownAndHiddenManyTimes()
 {
+    QApplication::setStyle(new MotionStyle(200));
     for (int i = 0; i < 3; ++i) {
         openAndWait();
         QWAboutPanel::open(); // visible already
@@ -138,6 +155,7 @@ void tst_QWAboutPanel::clickAnywhereCloses()
 
 void tst_QWAboutPanel::otherMouseButtonsDoNothing()
 {
+    QApplication::setStyle(new MotionStyle(200)); // a fade would tell
     openAndWait();
     const auto isFading = [] { return window().findChild<QAbstractAnimation *>() != nullptr; };
     QTRY_VERIFY(!isFading());

@@ -91,9 +91,8 @@ BinaryPropertyListReader::Object *BinaryPropertyListReader::_object(quint64 refe
 bool BinaryPropertyListReader::_parse(quint64 at, int depth, Object &object)
 {
     const int marker = _byte(at);
-    const int type = marker >> 4;
     object.weight = 1;
-    switch (type) {
+    switch (marker >> 4) {
     case Simple:
         return _simple(marker, object.value);
     case Integer:
@@ -103,22 +102,34 @@ bool BinaryPropertyListReader::_parse(quint64 at, int depth, Object &object)
     case Date:
         return marker == 0x33 && _date(at + 1, object.value);
     default:
-        break;
+        return _counted(at, marker >> 4, depth, object);
     }
-    const bool container = type == Array || type == Dictionary;
-    const int bytesPerCount = type == Utf16   ? 2
-                              : !container    ? 1
-                              : type == Array ? m_referenceSize
-                                              : 2 * m_referenceSize;
-    const std::optional<Body> body = _body(at, bytesPerCount);
+}
+
+/// Texts, data and containers, which tell how much they hold.
+bool BinaryPropertyListReader::_counted(quint64 at, int type, int depth, Object &object)
+{
+    const std::optional<Body> body = _body(at, _bytesPerCount(type));
     if (!body)
         return false;
     object.weight += body->count;
-    if (!container)
+    if (type != Array && type != Dictionary)
         return _text(*body, type, object.value);
     if (depth >= maximumPropertyListDepth)
         return false;
     return type == Array ? _array(*body, depth + 1, object) : _dictionary(*body, depth + 1, object);
+}
+
+int BinaryPropertyListReader::_bytesPerCount(int type) const
+{
+    switch (type) {
+    case Array:
+        return m_referenceSize;
+    case Dictionary:
+        return 2 * m_referenceSize;
+    default:
+        return type == Utf16 ? 2 : 1;
+    }
 }
 
 bool BinaryPropertyListReader::_simple(int marker, QVariant &value) const

@@ -49,6 +49,8 @@ private:
     bool _readTrailer();
     Object *_object(quint64 reference, int depth);
     bool _parse(quint64 at, int depth, Object &object);
+    bool _counted(quint64 at, int type, int depth, Object &object);
+    int _bytesPerCount(int type) const;
     bool _simple(int marker, QVariant &value) const;
     bool _integer(quint64 at, int sizeExponent, QVariant &value) const;
     bool _real(quint64 at, int sizeExponent, QVariant &value) const;
