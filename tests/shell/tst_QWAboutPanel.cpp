@@ -34,6 +34,8 @@ private Q_SLOTS:
     void acknowledgementsButtonOpensThemAndCloses();
     void escapeCloses();
     void tabReachesBothButtons();
+    void keysPressTheFocusedButton_data();
+    void keysPressTheFocusedButton();
     void lineIsDrawnAboveTheButtons();
     void closingBeforeOpeningDoesNothing();
 
@@ -200,6 +202,27 @@ void tst_QWAboutPanel::tabReachesBothButtons()
         reached.insert(QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : QString());
     }
     QCOMPARE(reached, QSet<QString>({"legalButton", "acknowledgementsButton"}));
+}
+
+void tst_QWAboutPanel::keysPressTheFocusedButton_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Space") << Qt::Key_Space;
+    QTest::newRow("Return") << Qt::Key_Return;
+    QTest::newRow("Enter") << Qt::Key_Enter;
+}
+
+void tst_QWAboutPanel::keysPressTheFocusedButton()
+{
+    QFETCH(const Qt::Key, key);
+    openAndWait();
+    QVERIFY(QTest::qWaitForWindowActive(&window()));
+    QTest::keyClick(window().windowHandle(), key); // none has the focus yet
+    QVERIFY(window().isVisible());
+    button("legalButton").setFocus();
+    QTest::keyClick(window().windowHandle(), key);
+    QVERIFY(!window().isVisible());
+    QVERIFY(m_system->webViews.views.back()->html.contains("Test Host"));
 }
 
 void tst_QWAboutPanel::lineIsDrawnAboveTheButtons()
