@@ -4,6 +4,21 @@
 
 #include <QRegularExpression>
 
+#include <optional>
+
+namespace
+{
+constexpr int longestWait = 3'600'000; // milliseconds
+
+/// A whole number from 0 up to, but not, @p limit; none for anything else.
+std::optional<int> numberIn(const QStringList &words, int position, int limit)
+{
+    bool isNumber = false;
+    const int number = words.value(position).toInt(&isNumber);
+    return isNumber && number >= 0 && number < limit ? std::optional(number) : std::nullopt;
+}
+} // namespace
+
 GridScript::GridScript(GridSimulator &grid, QObject *parent)
     : QObject(parent)
     , m_grid(grid)
@@ -32,46 +47,64 @@ void GridScript::_runNext()
         return;
     static const QRegularExpression blanks("\\s+");
     m_next.start(0); // a command may ask for longer
-    _run(m_lines.takeFirst().split(blanks));
+    const QString line = m_lines.takeFirst();
+    if (!_run(line.split(blanks)))
+        Q_EMIT failed(line);
 }
 
-void GridScript::_run(const QStringList &words)
+bool GridScript::_run(const QStringList &words)
 {
     const QString &command = words.first();
     const QStringList arguments = words.mid(1);
     if (command == "press" || command == "release" || command == "tap")
         return _press(arguments, command != "release", command != "press");
-    if (command == "bytes")
-        return m_grid.sendBytes(QByteArray::fromHex(arguments.join(' ').toLatin1()));
-    if (command == "wait" || command == "host")
+    if (command == "wait")
         return _wait(arguments);
-    if (command == "show")
-        return _show();
-    if (command == "unplug")
-        return m_grid.unplug();
-    if (command == "quit")
-        return Q_EMIT quitRequested();
-    if (command != "plug" || !m_grid.plug(arguments.value(0)))
-        Q_EMIT failed(words.join(' '));
+    if (command == "plug")
+        return m_grid.plug(arguments.value(0));
+    if (command == "bytes")
+        m_grid.sendBytes(QByteArray::fromHex(arguments.join(' ').toLatin1()));
+    else if (command == "host")
+        _waitForHost();
+    else if (command == "show")
+        _show();
+    else if (command == "unplug")
+        m_grid.unplug();
+    else if (command == "quit")
+        Q_EMIT quitRequested();
+    else
+        return false;
+    return true;
 }
 
-/// For the host when there is no time.
-void GridScript::_wait(const QStringList &arguments)
+bool GridScript::_wait(const QStringList &arguments)
 {
-    if (!arguments.isEmpty())
-        return m_next.start(arguments.first().toInt());
+    const auto time = numberIn(arguments, 0, longestWait);
+    if (time)
+        m_next.start(*time);
+    return time.has_value();
+}
+
+void GridScript::_waitForHost()
+{
     m_waitsForHost = !m_grid.hasHost();
     if (m_waitsForHost)
         m_next.stop();
 }
 
-void GridScript::_press(const QStringList &arguments, bool down, bool up)
+/// A grid has no other buttons than its own.
+bool GridScript::_press(const QStringList &arguments, bool down, bool up)
 {
-    const int column = arguments.value(0).toInt(), row = arguments.value(1).toInt();
+    const GridDevice *const device = m_grid.device();
+    const auto column = numberIn(arguments, 0, device ? device->model().columns : 0);
+    const auto row = numberIn(arguments, 1, device ? device->model().rows : 0);
+    if (!column || !row)
+        return false;
     if (down)
-        m_grid.press(column, row);
+        m_grid.press(*column, *row);
     if (up)
-        m_grid.release(column, row);
+        m_grid.release(*column, *row);
+    return true;
 }
 
 void GridScript::_show()

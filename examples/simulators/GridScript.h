@@ -27,14 +27,15 @@ public:
 
 Q_SIGNALS:
     void printed(const QString &text);
-    void failed(const QString &message);
+    void failed(const QString &line); ///< It means nothing, or not to this grid; the next one is run all the same.
     void quitRequested();
 
 private:
     void _runNext();
-    void _run(const QStringList &words);
-    void _wait(const QStringList &arguments);
-    void _press(const QStringList &arguments, bool down, bool up);
+    bool _run(const QStringList &words); ///< False for what means nothing.
+    bool _wait(const QStringList &arguments);
+    void _waitForHost();
+    bool _press(const QStringList &arguments, bool down, bool up);
     void _show();
 
     GridSimulator &m_grid;

@@ -115,6 +115,20 @@ int fail(const QString &message)
     QTextStream(stderr) << "qw-grid-simulator: " << message << Qt::endl;
     return 1;
 }
+
+/// @p picture: file that gets a picture of the window when the script quits; "" for none.
+void connectScript(const GridScript &script, GridWindow &window, const QString &picture)
+{
+    QObject::connect(&script, &GridScript::printed, &window,
+                     [](const QString &text) { QTextStream(stdout) << text << Qt::endl; });
+    QObject::connect(&script, &GridScript::failed, &window,
+                     [](const QString &line) { fail("not understood: " + line); });
+    QObject::connect(&script, &GridScript::quitRequested, &window, [&window, picture] {
+        if (!picture.isEmpty())
+            window.grab().save(picture);
+        QApplication::quit();
+    });
+}
 } // namespace
 
 int main(int argc, char **argv)
@@ -138,14 +152,7 @@ int main(int argc, char **argv)
 
     GridWindow window(grid, options.value("serial"));
     GridScript script(grid);
-    QObject::connect(&script, &GridScript::printed,
-                     [](const QString &text) { QTextStream(stdout) << text << Qt::endl; });
-    QObject::connect(&script, &GridScript::failed, [](const QString &line) { fail("not understood: " + line); });
-    QObject::connect(&script, &GridScript::quitRequested, &application, [&] {
-        if (options.isSet("picture"))
-            window.grab().save(options.value("picture"));
-        QApplication::quit();
-    });
+    connectScript(script, window, options.value("picture"));
     if (options.isSet("script") && !load(script, options.value("script")))
         return fail("cannot read " + options.value("script"));
     if (!options.isSet("headless"))

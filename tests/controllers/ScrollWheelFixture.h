@@ -76,6 +76,20 @@ struct ScrollWheelFixture
         return QWScrollWheelManager::defaultManager();
     }
 
+    /// Of a host that ships @p bindings.
+    QWScrollWheelManager &load(const QVariantList &bindings) const
+    {
+        ship(bindings);
+        return load();
+    }
+
+    /// The same, with its panel on the screen.
+    void open(const QVariantList &bindings) const
+    {
+        load(bindings);
+        QWScrollWheelManager::openPanel();
+    }
+
     bool send(const platform::ScrollEvent &event)
     {
         return QWScrollWheelManager::scrollWheelEventTarget(event, &target);

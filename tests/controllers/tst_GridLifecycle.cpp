@@ -1,12 +1,8 @@
-#include "GridListener.h"
 #include "GridMachine.h"
+#include "GridMeddler.h"
 #include "fakes/QWTestMain.h"
 
-#include <QSignalSpy>
-
 #include <cerrno>
-
-using platform::SerialRegistryClient;
 
 namespace
 {
@@ -14,31 +10,9 @@ constexpr auto startUp = "90 af"
                          "80 007e007e007e7e00 81 0000000000000000 82 0000000000000000 83 0000000000000000"
                          "af ae ad ac ab aa a9 a8 a7 a6 a5 a4 a3 a2 a1"
                          "90 af";
-
-/// Does something in the middle of a call.
-class Meddler : public GridListener
-{
-public:
-    void monomeRemoteConnected(QWMonomeRemote &remote) override
-    {
-        GridListener::monomeRemoteConnected(remote);
-        if (onConnected)
-            onConnected(remote);
-    }
-
-    void monomeRemoteButtonDownAtPosition(QWMonomeRemote &remote, QWGridPosition position) override
-    {
-        GridListener::monomeRemoteButtonDownAtPosition(remote, position);
-        if (onButton)
-            onButton(remote);
-    }
-
-    std::function<void(QWMonomeRemote &)> onConnected;
-    std::function<void(QWMonomeRemote &)> onButton;
-};
 } // namespace
 
-/// Grids come, go and fail.
+/// A grid comes, goes or fails.
 class tst_GridLifecycle : public QObject
 {
     Q_OBJECT
@@ -57,17 +31,7 @@ private Q_SLOTS:
     void comesBackUnderAnotherName();
     void frameKeepsItsBitsOverARemoval();
     void cancelledReaderReadsNoMore();
-    void secondGridTakesOver();
-    void endOfTheFirstOfTwoClosesTheSecond();
-    void endOfTheSecondThenTheFirst();
-    void twoGridsAtOnceInOneCall();
-    void nextModelReplacesTheDimensions();
-    void shutdownClearsDrainsAndCloses();
-    void nobodyHearsOfLaterGridsAfterShutdown();
-    void shutdownOfNoGridKeepsTheObservers();
-    void quittingShutsDown();
     void observersMayRemoveThemselvesInACall();
-    void observerMayShutDownInAButtonCall();
     void gridMayGoDuringItsShow();
 };
 
@@ -87,7 +51,7 @@ void tst_GridLifecycle::gridThatIsThereIsOpened()
 void tst_GridLifecycle::gridThatComesIsOpenedAndTold()
 {
     GridMachine machine("");
-    Meddler listener;
+    GridMeddler listener;
     bool wasConnected = false;
     listener.onConnected = [&](QWMonomeRemote &remote) { wasConnected = remote.isConnected(); };
     machine.remote().addObserver(listener);
@@ -235,133 +199,10 @@ void tst_GridLifecycle::cancelledReaderReadsNoMore()
     QCOMPARE(machine.lines().reads(0), 0);
 }
 
-void tst_GridLifecycle::secondGridTakesOver()
-{
-    GridMachine machine;
-    GridListener listener;
-    QWMonomeRemote &remote = machine.readyRemote();
-    remote.addObserver(listener);
-    const int first = machine.lines().last();
-    machine.devices().plugIn(GridMachine::series128);
-    const int second = machine.lines().last();
-    QCOMPARE(listener.take(), QStringList{"connected"});
-    QCOMPARE(remote.numberOfColumns(), 16u);
-    QVERIFY(machine.lines().closed().isEmpty()); // the first stays open, unused
-    machine.lines().takeWrites();
-    remote.setIntensity(0);
-    QCOMPARE(machine.lines().takeWritten(second), QByteArray::fromHex("a0"));
-    const int reads = machine.lines().reads(first);
-    machine.lines().feed(second, QByteArray::fromHex("0035"));
-    QVERIFY(machine.rest(std::chrono::milliseconds(1), 2)); // the first reader reads on, from the second's line
-    QCOMPARE(listener.take(), QStringList{"down 3 5"});
-    QCOMPARE(machine.lines().reads(first), reads);
-}
-
-void tst_GridLifecycle::endOfTheFirstOfTwoClosesTheSecond()
-{
-    GridMachine machine;
-    GridListener listener;
-    machine.remote().addObserver(listener);
-    machine.devices().plugIn(GridMachine::fortyH);
-    const int second = machine.lines().last();
-    machine.devices().unplug(GridMachine::series64);
-    QCOMPARE(listener.take(), (QStringList{"connected", "removed"}));
-    QCOMPARE(machine.lines().closed(), QList<int>{second});
-    QVERIFY(machine.devices().interests().isEmpty()); // the second's end is not heard
-    machine.devices().unplug(GridMachine::fortyH);
-    QVERIFY(listener.take().isEmpty());
-}
-
-void tst_GridLifecycle::endOfTheSecondThenTheFirst()
-{
-    GridMachine machine;
-    GridListener listener;
-    machine.remote().addObserver(listener);
-    machine.devices().plugIn(GridMachine::fortyH);
-    const int second = machine.lines().last();
-    machine.devices().unplug(GridMachine::fortyH);
-    machine.devices().unplug(GridMachine::series64); // is still listened to
-    QCOMPARE(listener.take(), (QStringList{"connected", "removed", "removed"}));
-    QCOMPARE(machine.lines().closed(), (QList<int>{second, 0}));
-    QVERIFY(!machine.remote().isConnected());
-}
-
-void tst_GridLifecycle::twoGridsAtOnceInOneCall()
-{
-    GridMachine machine("");
-    GridListener listener;
-    machine.remote().addObserver(listener);
-    machine.devices().plugIn(QStringList{GridMachine::series64, "/dev/ttyS0", GridMachine::fortyH});
-    QCOMPARE(listener.take(), (QStringList{"connected", "connected"}));
-    QCOMPARE(machine.remote().serialNumber(), 20u);
-    QCOMPARE(machine.clock().monotonicNanoseconds(), 200'000'000);
-}
-
-void tst_GridLifecycle::nextModelReplacesTheDimensions()
-{
-    GridMachine machine(GridMachine::series128);
-    machine.remote();
-    machine.devices().plugIn("/dev/tty.usbserial-m64-0007");
-    QCOMPARE(machine.remote().numberOfColumns(), 8u);
-    QCOMPARE(machine.remote().serialNumber(), 7u);
-}
-
-void tst_GridLifecycle::shutdownClearsDrainsAndCloses()
-{
-    GridMachine machine;
-    GridListener listener;
-    QWMonomeRemote &remote = machine.readyRemote();
-    remote.addObserver(listener);
-    const int descriptor = machine.lines().last();
-    remote.shutdown();
-    QCOMPARE(machine.lines().takeWritten(descriptor), QByteArray::fromHex("90"));
-    QCOMPARE(machine.lines().drained(), QList<int>{descriptor});
-    QCOMPARE(machine.lines().closed(), QList<int>{descriptor});
-    QVERIFY(!remote.isConnected());
-    QVERIFY(!remote.hasObserver(listener));
-    QVERIFY(listener.take().isEmpty());
-    remote.shutdown(); // again: nothing
-    QCOMPARE(machine.lines().closed().size(), 1);
-}
-
-void tst_GridLifecycle::nobodyHearsOfLaterGridsAfterShutdown()
-{
-    GridMachine machine;
-    GridListener listener;
-    QWMonomeRemote &remote = machine.readyRemote();
-    remote.shutdown();
-    remote.addObserver(listener);
-    QVERIFY(!remote.hasObserver(listener));
-    machine.devices().plugIn(GridMachine::fortyH);
-    QVERIFY(remote.isConnected());
-    QVERIFY(listener.take().isEmpty());
-}
-
-void tst_GridLifecycle::shutdownOfNoGridKeepsTheObservers()
-{
-    GridMachine machine("");
-    GridListener listener;
-    machine.remote().addObserver(listener);
-    machine.remote().shutdown();
-    QVERIFY(machine.remote().hasObserver(listener));
-}
-
-void tst_GridLifecycle::quittingShutsDown()
-{
-    GridMachine machine;
-    machine.readyRemote();
-    const int descriptor = machine.lines().last();
-    QMetaObject::invokeMethod(
-        qApp, [] { QCoreApplication::quit(); }, Qt::QueuedConnection);
-    QApplication::exec();
-    QVERIFY(!machine.remote().isConnected());
-    QCOMPARE(machine.lines().closed(), QList<int>{descriptor});
-}
-
 void tst_GridLifecycle::observersMayRemoveThemselvesInACall()
 {
     GridMachine machine;
-    Meddler first;
+    GridMeddler first;
     GridListener second;
     QWMonomeRemote &remote = machine.readyRemote();
     first.onButton = [&](QWMonomeRemote &caller) {
@@ -373,22 +214,6 @@ void tst_GridLifecycle::observersMayRemoveThemselvesInACall()
     QVERIFY(machine.receive(QByteArray::fromHex("0035 0036")));
     QCOMPARE(first.take(), QStringList{"down 3 5"});
     QVERIFY(second.take().isEmpty());
-}
-
-void tst_GridLifecycle::observerMayShutDownInAButtonCall()
-{
-    GridMachine machine;
-    Meddler listener;
-    QWMonomeRemote &remote = machine.readyRemote();
-    listener.onButton = [](QWMonomeRemote &caller) { caller.shutdown(); };
-    remote.addObserver(listener);
-    machine.lines().feed(machine.lines().last(), QByteArray::fromHex("0035 0036"));
-    machine.clock().advance(std::chrono::milliseconds(1));
-    QTRY_VERIFY(!remote.isConnected());
-    QVERIFY(machine.clock().waitForSleepers(1));
-    QCOMPARE(listener.take(), QStringList{"down 3 5"});
-    machine.clock().advance(std::chrono::milliseconds(1));
-    QVERIFY(machine.clock().waitForSleepers(0)); // the reader has ended
 }
 
 void tst_GridLifecycle::gridMayGoDuringItsShow()

@@ -1,22 +1,16 @@
-#include "RemoteListener.h"
-
-#include "fakes/FakeSystem.h"
+#include "RemoteControlTest.h"
 #include "fakes/QWTestMain.h"
 
 #include <QSignalSpy>
 
 using platform::HidEvent;
-using platform::System;
 
 /// Who hears what of the buttons, and for how long the receiver is held. One fake machine for each test.
-class tst_QWRemoteControl : public QObject
+class tst_QWRemoteControl : public RemoteControlTest
 {
     Q_OBJECT
 
-private slots:
-    void init();
-    void cleanup();
-
+private Q_SLOTS:
     void thereIsOneRemoteControlAndItLeavesTheReceiverAlone();
     void receiverIsHeldWhileAnyoneListens();
     void listenerThatIsAddedTwiceIsOneListener();
@@ -43,30 +37,7 @@ private slots:
     void disconnectionIsLoggedAndSurvived();
     void nextNewListenerFindsAReconnectedReceiver();
     void disconnectionDuringACallIsSurvived();
-
-private:
-    FakeRemoteReceiver &receiver() { return m_system->remoteReceiver; }
-    QWRemoteControl &remote() { return QWRemoteControl::remoteControl(); }
-    QString _log() const
-    {
-        return QString::fromUtf8(m_system->readFile("~/Library/Logs/Quorwell/Test Host.log").value_or(""));
-    }
-
-    std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<System::Scope> m_scope;
 };
-
-void tst_QWRemoteControl::init()
-{
-    m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<System::Scope>(*m_system);
-}
-
-void tst_QWRemoteControl::cleanup()
-{
-    m_scope.reset();
-    m_system.reset();
-}
 
 void tst_QWRemoteControl::thereIsOneRemoteControlAndItLeavesTheReceiverAlone()
 {
@@ -212,7 +183,7 @@ void tst_QWRemoteControl::failingQueueEndsTheDrainSilently()
     receiver().broken += "nextEvent";
     receiver().send(29, 1);
     QCOMPARE(listener.heard, QStringList());
-    QCOMPARE(_log(), QString());
+    QCOMPARE(log(), QString());
     QVERIFY(remote().isActive());
 }
 
@@ -360,8 +331,8 @@ void tst_QWRemoteControl::disconnectionIsLoggedAndSurvived()
     RemoteListener listener;
     remote().addListener(&listener);
     receiver().remove();
-    QVERIFY(_log().contains(" warning [QWRemoteControl] The remote was disconnected ("));
-    QCOMPARE(_log().count('\n'), 1);
+    QVERIFY(log().contains(" warning [QWRemoteControl] The remote was disconnected ("));
+    QCOMPARE(log().count('\n'), 1);
     QVERIFY(!remote().isActive());
     QVERIFY(!receiver().isHeld());
     QVERIFY(remote().hasListener(&listener));

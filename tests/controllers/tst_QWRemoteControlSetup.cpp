@@ -1,11 +1,7 @@
-#include "RemoteListener.h"
-
-#include "fakes/FakeSystem.h"
+#include "RemoteControlTest.h"
 #include "fakes/QWTestMain.h"
 
 #include <QRegularExpression>
-
-using platform::System;
 
 namespace
 {
@@ -27,14 +23,11 @@ const QStringList allSteps{"firstServiceMatching AppleIRController",
 } // namespace
 
 /// Setting the receiver up: the order of the steps, and what each one's failure says and leaves.
-class tst_QWRemoteControlSetup : public QObject
+class tst_QWRemoteControlSetup : public RemoteControlTest
 {
     Q_OBJECT
 
-private slots:
-    void init();
-    void cleanup();
-
+private Q_SLOTS:
     void stepsComeInOrder();
     void failingStepSaysSoAndEndsTheSetup_data();
     void failingStepSaysSoAndEndsTheSetup();
@@ -52,31 +45,9 @@ private slots:
     void warningTellsWhereItComesFrom();
 
 private:
-    FakeRemoteReceiver &receiver() { return m_system->remoteReceiver; }
-    QWRemoteControl &remote() { return QWRemoteControl::remoteControl(); }
-
     /// The texts of the warnings so far.
     QStringList _warnings() const;
-    QString _log() const
-    {
-        return QString::fromUtf8(m_system->readFile("~/Library/Logs/Quorwell/Test Host.log").value_or(""));
-    }
-
-    std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<System::Scope> m_scope;
 };
-
-void tst_QWRemoteControlSetup::init()
-{
-    m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<System::Scope>(*m_system);
-}
-
-void tst_QWRemoteControlSetup::cleanup()
-{
-    m_scope.reset();
-    m_system.reset();
-}
 
 QStringList tst_QWRemoteControlSetup::_warnings() const
 {
@@ -84,8 +55,8 @@ QStringList tst_QWRemoteControlSetup::_warnings() const
         "^\\S+ \\S+ warning \\[QWRemoteControl\\] (.*) \\(-\\[QWRemoteControl _initQueue\\], ",
         QRegularExpression::MultilineOption);
     QStringList texts;
-    const QString log = _log();
-    for (auto match = form.globalMatch(log); match.hasNext();)
+    const QString text = log();
+    for (auto match = form.globalMatch(text); match.hasNext();)
         texts += match.next().captured(1);
     return texts;
 }
@@ -95,7 +66,7 @@ void tst_QWRemoteControlSetup::stepsComeInOrder()
     RemoteListener listener;
     QVERIFY(remote().addListener(&listener));
     QCOMPARE(receiver().calls, allSteps);
-    QCOMPARE(_log(), QString());
+    QCOMPARE(log(), QString());
 }
 
 void tst_QWRemoteControlSetup::failingStepSaysSoAndEndsTheSetup_data()
@@ -253,7 +224,7 @@ void tst_QWRemoteControlSetup::deviceWithoutChildElementsIsListenedTo()
     receiver().elements = FakeRemoteReceiver::elementsWithCookies({});
     RemoteListener listener;
     remote().addListener(&listener);
-    QCOMPARE(_log(), QString());
+    QCOMPARE(log(), QString());
     QVERIFY(remote().isActive());
 }
 
@@ -267,8 +238,8 @@ void tst_QWRemoteControlSetup::warningTellsWhereItComesFrom()
         remote().removeListener(&listener);
     }
     const QRegularExpression place("\\(-\\[QWRemoteControl _initQueue\\], QWRemoteControl:(\\d+), (0x[0-9a-f]+)\\)\n");
-    const QString log = _log();
-    for (auto match = place.globalMatch(log); match.hasNext();) {
+    const QString text = log();
+    for (auto match = place.globalMatch(text); match.hasNext();) {
         const auto found = match.next();
         lines += found.captured(1);
         QCOMPARE(found.captured(2), "0x" + QString::number(quintptr(&remote()), 16));

@@ -100,8 +100,7 @@ void tst_ScrollEvent::modifiersAreThoseOfThePlatform()
 void tst_ScrollEvent::capsLockComesFromTheKeyboard()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(true, 0x10000, "scroll:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:"), host.record(true, 0x10000, "scroll:")});
     host.system.keyboard.capsLock = true;
     QCOMPARE(ScrollEvent(wheel({0, 120})).modifierFlags, 0x10000u);
     QVERIFY(host.send(wheel({0, 120})));
@@ -123,8 +122,7 @@ void tst_ScrollEvent::axesStayWhereQtDoesNotSwapThem()
 void tst_ScrollEvent::wheelOverAViewSendsTheAction()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(false, 0x120000, "scroll:", true)});
-    host.load();
+    host.load({host.record(true, 0, "zoom:"), host.record(false, 0x120000, "scroll:", true)});
     ScrollView view(host.target);
     view.resize(100, 100);
     view.show();
@@ -144,8 +142,7 @@ void tst_ScrollEvent::wheelOverAViewSendsTheAction()
 void tst_ScrollEvent::gestureWithoutMovementSendsNothing()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(false, 0, "scroll:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:"), host.record(false, 0, "scroll:")});
     const QWheelEvent end({5, 5}, {5, 5}, {}, {}, Qt::NoButton, {}, Qt::ScrollEnd, false);
     QVERIFY(!host.send(end));
     QVERIFY(host.target.sent.isEmpty());

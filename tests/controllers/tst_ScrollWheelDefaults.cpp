@@ -84,8 +84,7 @@ void tst_ScrollWheelDefaults::storedBindingsComeBeforeTheHosts()
 void tst_ScrollWheelDefaults::loadingTwiceChangesNothing()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:")});
     const auto *const panel = manager().panel();
     host.load();
     QCOMPARE(manager().panel(), panel);
@@ -202,9 +201,7 @@ void tst_ScrollWheelDefaults::toggleClosesTheKeyPanelOnly()
 void tst_ScrollWheelDefaults::everythingIsSavedAtTermination()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(true, 0, "zoom:")});
     manager().panel()->setGeometry(50, 60, 411, 300);
     host.edit("shift", true);
     manager().applicationWillTerminate();
@@ -220,9 +217,7 @@ void tst_ScrollWheelDefaults::everythingIsSavedAtTermination()
 void tst_ScrollWheelDefaults::nothingIsSavedEarlier()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(true, 0, "zoom:")});
     host.edit("shift", true);
     manager().addAction();
     manager().panel()->resize(411, 400);

@@ -63,8 +63,7 @@ void tst_ScrollWheelMatching::axisAndAmountComeFromTheDeltas()
     QFETCH(double, x);
     QFETCH(double, y);
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(false, 0, "scroll:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:"), host.record(false, 0, "scroll:")});
     QVERIFY(host.send(host.event(x, y)));
     QCOMPARE(host.target.sent.size(), 1);
     QTEST(host.target.sent[0].first, "action");
@@ -74,8 +73,7 @@ void tst_ScrollWheelMatching::axisAndAmountComeFromTheDeltas()
 void tst_ScrollWheelMatching::notANumberIsMovement()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(false, 0, "scroll:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:"), host.record(false, 0, "scroll:")});
     QVERIFY(host.send(host.event(3, notANumber)));
     QCOMPARE(host.target.sent[0].first, "zoom:");
     QVERIFY(std::isnan(host.target.sent[0].second));
@@ -87,8 +85,7 @@ void tst_ScrollWheelMatching::notANumberIsMovement()
 void tst_ScrollWheelMatching::eventWithoutMovementIsIgnored()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(false, 0, "scroll:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:"), host.record(false, 0, "scroll:")});
     QVERIFY(!host.send(host.event(0, 0)));
     QVERIFY(!host.send(host.event(-0.0, -0.0)));
     QVERIFY(host.target.sent.isEmpty());
@@ -108,8 +105,7 @@ void tst_ScrollWheelMatching::modifiersMatchExactly()
 {
     QFETCH(quint32, bit);
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(true, bit, "scroll:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:"), host.record(true, bit, "scroll:")});
     QVERIFY(host.send(host.event(0, 1)));
     QVERIFY(host.send(host.event(0, 2, bit)));
     for (quint32 other = 0x10000; other <= 0x100000; other <<= 1) {
@@ -122,8 +118,7 @@ void tst_ScrollWheelMatching::modifiersMatchExactly()
 void tst_ScrollWheelMatching::otherBitsOfAnEventDoNotCount()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0x20000, "zoom:"), host.record(true, 0x220000, "scroll:")});
-    host.load();
+    host.load({host.record(true, 0x20000, "zoom:"), host.record(true, 0x220000, "scroll:")});
     QVERIFY(host.send(host.event(0, 1, 0x220000 | 0x800000 | 0x102))); // keypad, function, left and right keys
     QCOMPARE(host.target.sent, QList<Sent>({{"zoom:", 1.0}}));
 }
@@ -131,8 +126,7 @@ void tst_ScrollWheelMatching::otherBitsOfAnEventDoNotCount()
 void tst_ScrollWheelMatching::firstOfEqualBindingsAlone()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0x80000, "scroll:"), host.record(true, 0, "zoom:"), host.record(true, 0, "scroll:")});
-    host.load();
+    host.load({host.record(true, 0x80000, "scroll:"), host.record(true, 0, "zoom:"), host.record(true, 0, "scroll:")});
     QVERIFY(host.send(host.event(0, 1)));
     QCOMPARE(host.target.sent, QList<Sent>({{"zoom:", 1.0}}));
 }
@@ -149,8 +143,7 @@ void tst_ScrollWheelMatching::reverseFlipsTheSign()
 {
     QFETCH(double, amount);
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:", true)});
-    host.load();
+    host.load({host.record(true, 0, "zoom:", true)});
     QVERIFY(host.send(host.event(0, amount)));
     QCOMPARE(host.target.sent, QList<Sent>({{"zoom:", -amount}}));
 }
@@ -158,8 +151,7 @@ void tst_ScrollWheelMatching::reverseFlipsTheSign()
 void tst_ScrollWheelMatching::reverseFlipsTheSignOfNotANumber()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:", true)});
-    host.load();
+    host.load({host.record(true, 0, "zoom:", true)});
     QVERIFY(host.send(host.event(0, std::copysign(notANumber, 1.0))));
     QVERIFY(std::signbit(host.target.sent[0].second));
 }
@@ -195,8 +187,7 @@ void tst_ScrollWheelMatching::unansweredActionEndsTheSearch()
 void tst_ScrollWheelMatching::everyEventSends()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:")});
     for (int i = 0; i < 3; ++i)
         QVERIFY(host.send(host.event(0, 0.25)));
     QCOMPARE(host.target.sent, QList<Sent>({{"zoom:", 0.25}, {"zoom:", 0.25}, {"zoom:", 0.25}}));
@@ -205,8 +196,7 @@ void tst_ScrollWheelMatching::everyEventSends()
 void tst_ScrollWheelMatching::targetMayBeNone()
 {
     ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:")});
     QVERIFY(!QWScrollWheelManager::scrollWheelEventTarget(host.event(0, 1), nullptr));
 }
 

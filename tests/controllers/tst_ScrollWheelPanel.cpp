@@ -4,10 +4,7 @@
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 
-#include <QAccessible>
-#include <QHeaderView>
 #include <QMenu>
-#include <QScreen>
 #include <QTableView>
 
 namespace
@@ -37,126 +34,28 @@ QMenu *openMenu()
 {
     return qobject_cast<QMenu *>(QApplication::activePopupWidget());
 }
-
-QString accessibleText(int row, int column)
-{
-    QAccessibleInterface *const view = QAccessible::queryAccessibleInterface(&table());
-    QAccessibleInterface *const cell = view->tableInterface()->cellAt(row, column);
-    return cell ? cell->text(QAccessible::Name) : QString();
-}
 } // namespace
 
-/// The table and the buttons of the panel.
+/// The panel worked by mouse and keyboard.
 class tst_ScrollWheelPanel : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void columnsShowTheRecord_data();
-    void columnsShowTheRecord();
-    void columnsStoreEdits_data();
-    void columnsStoreEdits();
-    void modifiersToggleWhateverTheBoxSays();
-    void otherColumnsShowNothing();
     void popUpsHoldTheirItems();
-    void unknownActionShowsNoItem();
     void missingActionsGiveAnEmptyMenu_data();
     void missingActionsGiveAnEmptyMenu();
     void addAppendsTheUsualRecord();
     void removeTakesTheSelectedRow();
     void removeIsEnabledWithASelection();
-    void editsActAtOnce();
     void clickTogglesABox();
     void doubleClickTogglesTwice();
     void clickOpensAPopUp();
     void keysReachEveryCell();
     void tabLeavesTheTable();
-    void screenReaderIsToldTheCells();
-    void columnsFitThePanel();
     void incompleteInterfaceKeepsTheBindings_data();
     void incompleteInterfaceKeepsTheBindings();
 };
-
-void tst_ScrollWheelPanel::columnsShowTheRecord_data()
-{
-    QTest::addColumn<QString>("column");
-    QTest::addColumn<QVariant>("first");
-    QTest::addColumn<QVariant>("second");
-    QTest::newRow("axis") << "axis" << QVariant(1) << QVariant(0);
-    QTest::newRow("command") << "command" << QVariant(true) << QVariant(false);
-    QTest::newRow("option") << "option" << QVariant(false) << QVariant(true);
-    QTest::newRow("shift") << "shift" << QVariant(true) << QVariant(false);
-    QTest::newRow("control") << "control" << QVariant(false) << QVariant(true);
-    QTest::newRow("caps lock") << "caps lock" << QVariant(true) << QVariant(false);
-    QTest::newRow("action") << "action" << QVariant(1) << QVariant(0);
-    QTest::newRow("reverse") << "reverse" << QVariant(false) << QVariant(true);
-}
-
-void tst_ScrollWheelPanel::columnsShowTheRecord()
-{
-    QFETCH(QString, column);
-    const ScrollWheelFixture host;
-    host.ship({host.record(true, 0x130000, "scroll:"), host.record(false, 0xc0000, "zoom:", true)});
-    host.load();
-    QTEST(host.cell(column, 0), "first");
-    QTEST(host.cell(column, 1), "second");
-    QVERIFY(!host.cell(column, 2).isValid());
-    QVERIFY(!host.cell(column, -1).isValid());
-}
-
-void tst_ScrollWheelPanel::columnsStoreEdits_data()
-{
-    QTest::addColumn<QString>("column");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QVariantMap>("record"); // from an upright binding of "zoom:" without modifiers
-    using Host = ScrollWheelFixture;
-    QTest::newRow("axis, horizontal") << "axis" << QVariant(0) << Host::record(false, 0, "zoom:");
-    QTest::newRow("axis, vertical") << "axis" << QVariant(1) << Host::record(true, 0, "zoom:");
-    QTest::newRow("command") << "command" << QVariant(true) << Host::record(true, 0x100000, "zoom:");
-    QTest::newRow("option") << "option" << QVariant(true) << Host::record(true, 0x80000, "zoom:");
-    QTest::newRow("shift") << "shift" << QVariant(true) << Host::record(true, 0x20000, "zoom:");
-    QTest::newRow("control") << "control" << QVariant(true) << Host::record(true, 0x40000, "zoom:");
-    QTest::newRow("caps lock") << "caps lock" << QVariant(true) << Host::record(true, 0x10000, "zoom:");
-    QTest::newRow("action") << "action" << QVariant(1) << Host::record(true, 0, "scroll:");
-    QTest::newRow("action outside the menu") << "action" << QVariant(9) << Host::record(true, 0, "zoom:");
-    QTest::newRow("reverse") << "reverse" << QVariant(true) << Host::record(true, 0, "zoom:", true);
-    QTest::newRow("no column") << "colour" << QVariant(true) << Host::record(true, 0, "zoom:");
-}
-
-void tst_ScrollWheelPanel::columnsStoreEdits()
-{
-    QFETCH(QString, column);
-    QFETCH(QVariant, value);
-    QFETCH(QVariantMap, record);
-    const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    host.edit(column, value);
-    QCOMPARE(manager().actions(), QVariantList{record});
-}
-
-void tst_ScrollWheelPanel::modifiersToggleWhateverTheBoxSays()
-{
-    const ScrollWheelFixture host;
-    host.ship({host.record(true, 0x20000, "zoom:")});
-    host.load();
-    host.edit("shift", true);
-    QCOMPARE(host.cell("shift"), false);
-    host.edit("shift", false);
-    QCOMPARE(host.cell("shift"), true);
-}
-
-void tst_ScrollWheelPanel::otherColumnsShowNothing()
-{
-    const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    for (const char *column : {"", "Axis", "modifiers", "vertical"})
-        QVERIFY(!host.cell(column).isValid());
-    const QAbstractItemModel &model = *manager().table()->model();
-    for (const int section : {-1, model.columnCount()})
-        QVERIFY(!model.headerData(section, Qt::Horizontal).isValid());
-}
 
 void tst_ScrollWheelPanel::popUpsHoldTheirItems()
 {
@@ -182,16 +81,6 @@ void tst_ScrollWheelPanel::popUpsHoldTheirItems()
     QCOMPARE(titles(openMenu()), QStringList({"Zoom & Scroll", "Level", ""}));
     QCOMPARE(openMenu()->actions().at(1)->property("representedObject").toString(), "level:");
     openMenu()->close();
-}
-
-void tst_ScrollWheelPanel::unknownActionShowsNoItem()
-{
-    const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "fly:")});
-    host.load();
-    QCOMPARE(host.cell("action"), -1);
-    QCOMPARE(table().model()->index(0, 6).data().toString(), "");
-    QCOMPARE(manager().actions(), QVariantList{host.record(true, 0, "fly:")}); // kept for a host that knows it
 }
 
 void tst_ScrollWheelPanel::missingActionsGiveAnEmptyMenu_data()
@@ -222,9 +111,7 @@ void tst_ScrollWheelPanel::missingActionsGiveAnEmptyMenu()
 void tst_ScrollWheelPanel::addAppendsTheUsualRecord()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(false, 0x20000, "scroll:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(false, 0x20000, "scroll:")});
     QTest::mouseClick(manager().panel()->findChild<QAbstractButton *>("addActionButton"), Qt::LeftButton);
     QCOMPARE(table().model()->rowCount(), 2);
     QCOMPARE(manager().actions().at(1).toMap(), host.record(true, 0, "zoom:"));
@@ -233,9 +120,7 @@ void tst_ScrollWheelPanel::addAppendsTheUsualRecord()
 void tst_ScrollWheelPanel::removeTakesTheSelectedRow()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 1, "a:"), host.record(true, 2, "b:"), host.record(true, 3, "c:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(true, 1, "a:"), host.record(true, 2, "b:"), host.record(true, 3, "c:")});
     table().selectRow(1);
     QTest::mouseClick(manager().removeActionButton(), Qt::LeftButton);
     QCOMPARE(manager().actions(), QVariantList({host.record(true, 1, "a:"), host.record(true, 3, "c:")}));
@@ -248,8 +133,7 @@ void tst_ScrollWheelPanel::removeTakesTheSelectedRow()
 void tst_ScrollWheelPanel::removeIsEnabledWithASelection()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(true, 1, "zoom:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:"), host.record(true, 1, "zoom:")});
     QVERIFY(!manager().removeActionButton()->isEnabled());
     table().selectRow(1);
     QVERIFY(manager().removeActionButton()->isEnabled());
@@ -262,26 +146,10 @@ void tst_ScrollWheelPanel::removeIsEnabledWithASelection()
     QVERIFY(!manager().removeActionButton()->isEnabled());
 }
 
-void tst_ScrollWheelPanel::editsActAtOnce()
-{
-    ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    host.edit("shift", true);
-    host.edit("reverse", true);
-    host.edit("action", 1);
-    QVERIFY(!host.send(host.event(0, 1)));
-    QVERIFY(host.send(host.event(0, 1, 0x20000)));
-    QCOMPARE(host.target.sent.at(0).first, "scroll:");
-    QCOMPARE(host.target.sent.at(0).second, -1.0);
-}
-
 void tst_ScrollWheelPanel::clickTogglesABox()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(true, 0, "zoom:")});
     click(0, 3);
     QCOMPARE(manager().actions().at(0).toMap().value("modifiers").toInt(), 0x20000);
     click(0, 7);
@@ -293,9 +161,7 @@ void tst_ScrollWheelPanel::clickTogglesABox()
 void tst_ScrollWheelPanel::doubleClickTogglesTwice()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(true, 0, "zoom:")});
     click(0, 3);
     QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, middleOf(0, 3));
     QCOMPARE(host.cell("shift"), true); // three clicks in all: QTest's double click is a second pair
@@ -304,9 +170,7 @@ void tst_ScrollWheelPanel::doubleClickTogglesTwice()
 void tst_ScrollWheelPanel::clickOpensAPopUp()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:"), host.record(true, 0, "zoom:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(true, 0, "zoom:"), host.record(true, 0, "zoom:")});
     click(1, 0);
     QTRY_VERIFY(openMenu());
     QCOMPARE(openMenu()->actions().at(1)->isChecked(), true);
@@ -319,9 +183,7 @@ void tst_ScrollWheelPanel::clickOpensAPopUp()
 void tst_ScrollWheelPanel::keysReachEveryCell()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(true, 0, "zoom:")});
     QVERIFY(QTest::qWaitForWindowActive(manager().panel()));
     table().setFocus();
     table().setCurrentIndex(table().model()->index(0, 0));
@@ -347,43 +209,13 @@ void tst_ScrollWheelPanel::keysReachEveryCell()
 void tst_ScrollWheelPanel::tabLeavesTheTable()
 {
     const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
+    host.open({host.record(true, 0, "zoom:")});
     QVERIFY(QTest::qWaitForWindowActive(manager().panel()));
     table().setFocus();
     QTest::keyClick(&table(), Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget()->objectName(), "addActionButton");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
     QCOMPARE(table().model()->rowCount(), 2);
-}
-
-void tst_ScrollWheelPanel::screenReaderIsToldTheCells()
-{
-    const ScrollWheelFixture host;
-    host.ship({host.record(false, 0x100000, "scroll:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
-    const QStringList told{"Axis: Horizontal", "Ctrl: on",  "Alt: off",       "Shift: off",
-                           "Super: off",       "Caps: off", "Action: Scroll", "Reverse: off"};
-    for (int column = 0; column < told.size(); ++column)
-        QCOMPARE(accessibleText(0, column), told[column]);
-    QVERIFY(!table().accessibleName().isEmpty());
-    QVERIFY(!manager().removeActionButton()->accessibleName().isEmpty());
-    QCOMPARE(table().model()->headerData(7, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Reverse");
-}
-
-void tst_ScrollWheelPanel::columnsFitThePanel()
-{
-    const ScrollWheelFixture host;
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
-    QWScrollWheelManager::openPanel();
-    const QHeaderView &header = *table().horizontalHeader();
-    QCOMPARE(header.length(), table().viewport()->width());
-    QVERIFY(header.sectionSize(6) >= 90); // room for an action's title
-    for (int column = 0; column < 6; ++column)
-        QVERIFY(header.sectionSize(column) >= header.sectionSizeHint(column));
 }
 
 void tst_ScrollWheelPanel::incompleteInterfaceKeepsTheBindings_data()
@@ -399,8 +231,7 @@ void tst_ScrollWheelPanel::incompleteInterfaceKeepsTheBindings()
     QFETCH(QByteArray, file);
     ScrollWheelFixture host;
     host.system.addHostResource("QWScrollWheelManager.ui", file);
-    host.ship({host.record(true, 0, "zoom:")});
-    host.load();
+    host.load({host.record(true, 0, "zoom:")});
     QVERIFY(!manager().panel());
     QWScrollWheelManager::openPanel();
     QWScrollWheelManager::togglePanel();
@@ -413,5 +244,4 @@ void tst_ScrollWheelPanel::incompleteInterfaceKeepsTheBindings()
 }
 
 QW_TEST_MAIN(tst_ScrollWheelPanel)
-
 #include "tst_ScrollWheelPanel.moc"

@@ -20,10 +20,9 @@ public:
 
     bool isVertical() const { return m_isVertical; }
     bool isReversed() const { return m_isReversed; }
-    qlonglong modifiers() const
-    {
-        return m_modifiers;
-    } ///< Exact mask; one with other bits than the five never matches.
+
+    /// Exact mask; one with other bits than the five never matches.
+    qlonglong modifiers() const { return m_modifiers; }
     const platform::Selector &action() const { return m_action; }
 
     void setVertical(bool vertical) { _set("vertical", vertical); }

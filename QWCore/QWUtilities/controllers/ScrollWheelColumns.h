@@ -21,7 +21,8 @@ struct ScrollWheelColumn
     const char *identifier;
     const char *title; ///< In the header, the screen reader's name for the cells.
     Kind kind;
-    quint32 modifier = 0; ///< The bit that the check box stands for; 0 for none.
+    quint32 modifier = 0;      ///< The bit that the check box stands for; 0 for none.
+    bool takesTheRest = false; ///< Of the table's width.
 };
 
 /// In the order shown. The modifiers have the names of this desktop's keys.
@@ -32,7 +33,7 @@ inline constexpr std::array scrollWheelColumns{
     ScrollWheelColumn{"shift", "Shift", ScrollWheelColumn::CheckBox, platform::ShiftFlag},
     ScrollWheelColumn{"control", "Super", ScrollWheelColumn::CheckBox, platform::ControlFlag},
     ScrollWheelColumn{"caps lock", "Caps", ScrollWheelColumn::CheckBox, platform::CapsLockFlag},
-    ScrollWheelColumn{"action", "Action", ScrollWheelColumn::PopUp},
+    ScrollWheelColumn{"action", "Action", ScrollWheelColumn::PopUp, 0, true},
     ScrollWheelColumn{"reverse", "Reverse", ScrollWheelColumn::CheckBox},
 };
 

@@ -20,7 +20,6 @@ namespace
 {
 constexpr double smallerBy = 2; ///< Points, for the header.
 constexpr int boxWidth = 30;
-constexpr int actionColumn = 6;
 
 int widestTitle(const QMenu &menu, const QFontMetrics &metrics)
 {
@@ -81,7 +80,8 @@ void ScrollWheelTable::_fitColumns()
         const QMenu *const menu = m_bindings->menuOf(column);
         const int width =
             menu ? widestTitle(*menu, fontMetrics()) + ScrollWheelCells::popUpRoom + 4 : header.sectionSizeHint(column);
-        header.setSectionResizeMode(column, column == actionColumn ? QHeaderView::Stretch : QHeaderView::Fixed);
+        const bool stretches = scrollWheelColumns[static_cast<std::size_t>(column)].takesTheRest;
+        header.setSectionResizeMode(column, stretches ? QHeaderView::Stretch : QHeaderView::Fixed);
         header.resizeSection(column, std::max(width, boxWidth));
     }
 }
