@@ -105,6 +105,7 @@ private Q_SLOTS:
     void slowDownloadCanBeStopped();
     void brokenUpdateLeavesAWorkingWindow();
     void pdfHoldsThePage();
+    void escapeInThePageClosesTheWindow();
 
 private:
     void hostCarries(const QByteArray &archive) const;
@@ -356,6 +357,22 @@ void tst_QWManualReal::pdfHoldsThePage()
     QTRY_VERIFY(written);
     QVERIFY(*written);
     QVERIFY(contentsOf(path).startsWith("%PDF-"));
+}
+
+void tst_QWManualReal::escapeInThePageClosesTheWindow()
+{
+    hostCarries(goodArchive("2.1"));
+    QWManual::openManual();
+    platform::Panel *const window = QWManual::manual().window();
+    platform::WebView *const view = QWManual::manual().contentView();
+    QSignalSpy loaded(view, &platform::WebView::loadFinished);
+    QVERIFY(loaded.wait(20'000));
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    view->widget()->setFocus();
+    QTRY_VERIFY(QApplication::focusWidget());
+    QVERIFY(view->widget() == QApplication::focusWidget() || view->widget()->isAncestorOf(QApplication::focusWidget()));
+    QTest::keyClick(window->windowHandle(), Qt::Key_Escape);
+    QTRY_VERIFY(!window->isVisible());
 }
 
 QW_TEST_MAIN(tst_QWManualReal)

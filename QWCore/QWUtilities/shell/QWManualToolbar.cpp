@@ -98,13 +98,15 @@ void QWManual::_makeToolbar()
 void QWManual::_makeShortcuts()
 {
     for (const Key &key : keys) {
-        auto *const shortcut = new QShortcut(QKeySequence(key.key), m_window);
+        auto *const shortcut = new QShortcut(key.key, m_window);
         connect(shortcut, &QShortcut::activated, this, [this, &key] {
             if (_mayUse(key.item))
                 (this->*key.action)(nullptr);
         });
     }
-    connect(new QShortcut(QKeySequence::Close, m_window), &QShortcut::activated, m_window, &QWidget::close);
+    // Escape too: the browser engine hands on no key of a page that has the focus.
+    for (const QKeySequence::StandardKey key : {QKeySequence::Close, QKeySequence::Cancel})
+        connect(new QShortcut(key, m_window), &QShortcut::activated, m_window, &QWidget::close);
 }
 
 void QWManual::_makeContentView(QWidget &place)
