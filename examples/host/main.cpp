@@ -56,6 +56,7 @@ void prepareEnvironment(const demo::HostOptions &options)
     if (!options.tour.isEmpty() && qgetenv("QT_QPA_PLATFORM") == "offscreen")
         useScreen(qEnvironmentVariable("HOME") + "/Library/Caches", std::max(options.scale, 1));
 }
+
 // Where the tour plugs in a grid; its name has no digits, which would be taken for a model's.
 std::unique_ptr<QTemporaryDir> makeDeviceFolder(const demo::HostOptions &options)
 {
@@ -81,7 +82,6 @@ int main(int argc, char **argv)
     }
     prepareEnvironment(*options);
     const auto devices = makeDeviceFolder(*options);
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts); // for web views
     if (!options->tour.isEmpty())
         passedOn = qInstallMessageHandler(passOn);
     demo::DemoApplication application(argc, argv, *options);

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void fileThatIsNoSoundIsTold();
     void resultIsSavedInTheChosenFormat();
     void closingAsksForAnUnsavedResult();
+    void closingEndsWorkBeforeItSaves();
     void menuItemsFollowTheDocument();
 
 private:
@@ -80,8 +81,9 @@ void tst_SoundActions::_open(const QString &name)
 {
     const QString path = m_system->real("~/" + name);
     QString error;
-    QVERIFY(
-        demo::SoundFile::write(path, sounds::constant({0.5f, -0.5f}, 4800), demo::SoundFile::Format::WavFloat, &error));
+    demo::WorkProgress progress;
+    QVERIFY(demo::SoundFile::write(path, sounds::constant({0.5f, -0.5f}, 4800), demo::SoundFile::Format::WavFloat,
+                                   progress, &error));
     m_actions->openFile(path);
     _waitForWork();
     QCOMPARE(m_document->title(), name);
@@ -199,6 +201,20 @@ void tst_SoundActions::closingAsksForAnUnsavedResult()
     QVERIFY(!m_window->close());
     QVERIFY(m_window->close());
     QCOMPARE(m_system->alerts.shown.size(), 2);
+}
+
+void tst_SoundActions::closingEndsWorkBeforeItSaves()
+{
+    _open();
+    _apply(QVariant::fromValue(unit));
+    m_window->show();
+    m_actions->openTestTone(nullptr);
+    m_system->alerts.answerWith({"Save As…"});
+    QVERIFY(!m_window->close());
+    QTRY_COMPARE_WITH_TIMEOUT(m_system->filePanels.saves.size(), 1, patience);
+    m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isVisible(), patience);
+    QCOMPARE(m_document->title(), "in.wav");
 }
 
 void tst_SoundActions::menuItemsFollowTheDocument()

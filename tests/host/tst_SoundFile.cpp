@@ -29,6 +29,7 @@ private Q_SLOTS:
     void samplesThatAreNoNumbersAreReadAsSilence();
     void failedWritingLeavesTheOldFileAlone();
     void cancelledReadingEndsWithoutASentence();
+    void cancelledWritingLeavesWhatWasThere();
 
 private:
     QString _path(const QString &name) const { return m_folder.filePath(name); }
@@ -36,6 +37,7 @@ private:
     std::optional<Sound> _read(const QString &path);
 
     QTemporaryDir m_folder;
+    WorkProgress m_progress; ///< Of writing.
     QString m_error;
 };
 
@@ -71,7 +73,7 @@ void tst_SoundFile::whatIsWrittenIsReadAgain()
     QFETCH(float, tolerance);
     const QString path = _path("Grün & \"wild\" 🎵." + SoundFile::extension(format));
     const Sound sound = sounds::sine(440, 0.9f, channels, 40001, 44100);
-    QVERIFY2(SoundFile::write(path, sound, format, &m_error), qPrintable(m_error));
+    QVERIFY2(SoundFile::write(path, sound, format, m_progress, &m_error), qPrintable(m_error));
     const auto read = _read(path);
     QVERIFY2(read, qPrintable(m_error));
     QCOMPARE(read->sampleRate, 44100.0);
@@ -84,9 +86,9 @@ void tst_SoundFile::whatIsWrittenIsReadAgain()
 void tst_SoundFile::loudSamplesSurviveInFloatAndAreClippedIn24Bit()
 {
     const Sound sound = sounds::constant({1.5f, -1.5f}, 100);
-    QVERIFY(SoundFile::write(_path("loud.wav"), sound, SoundFile::Format::WavFloat, &m_error));
+    QVERIFY(SoundFile::write(_path("loud.wav"), sound, SoundFile::Format::WavFloat, m_progress, &m_error));
     QCOMPARE(_read(_path("loud.wav"))->channels, sound.channels);
-    QVERIFY(SoundFile::write(_path("loud.wav"), sound, SoundFile::Format::Wav24, &m_error));
+    QVERIFY(SoundFile::write(_path("loud.wav"), sound, SoundFile::Format::Wav24, m_progress, &m_error));
     const auto clipped = _read(_path("loud.wav"));
     QVERIFY(clipped->channels[0][50] > 0.999f && clipped->channels[0][50] <= 1);
     QVERIFY(clipped->channels[1][50] >= -1 && clipped->channels[1][50] < -0.999f);
@@ -119,7 +121,8 @@ void tst_SoundFile::garbageIsRefusedInWords()
 void tst_SoundFile::fileCutShortGivesWhatIsThereOrASentence()
 {
     const QString whole = _path("whole.wav");
-    QVERIFY(SoundFile::write(whole, sounds::sine(440, 0.5f, 2, 500), SoundFile::Format::WavFloat, &m_error));
+    QVERIFY(
+        SoundFile::write(whole, sounds::sine(440, 0.5f, 2, 500), SoundFile::Format::WavFloat, m_progress, &m_error));
     QFile file(whole);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
@@ -135,7 +138,7 @@ void tst_SoundFile::samplesThatAreNoNumbersAreReadAsSilence()
     Sound sound = sounds::constant({0.5f}, 10);
     sound.channels[0][3] = std::numeric_limits<float>::quiet_NaN();
     sound.channels[0][4] = std::numeric_limits<float>::infinity();
-    QVERIFY(SoundFile::write(_path("nan.wav"), sound, SoundFile::Format::WavFloat, &m_error));
+    QVERIFY(SoundFile::write(_path("nan.wav"), sound, SoundFile::Format::WavFloat, m_progress, &m_error));
     const auto read = _read(_path("nan.wav"));
     QVERIFY(read);
     QCOMPARE(read->channels[0][3], 0.0f);
@@ -146,10 +149,10 @@ void tst_SoundFile::samplesThatAreNoNumbersAreReadAsSilence()
 void tst_SoundFile::failedWritingLeavesTheOldFileAlone()
 {
     const Sound old = sounds::constant({0.5f}, 10);
-    QVERIFY(SoundFile::write(_path("kept.wav"), old, SoundFile::Format::WavFloat, &m_error));
+    QVERIFY(SoundFile::write(_path("kept.wav"), old, SoundFile::Format::WavFloat, m_progress, &m_error));
     Sound impossible = sounds::constant({0.25f}, 10);
     impossible.channels.assign(5000, impossible.channels[0]); // more channels than the format can hold
-    QVERIFY(!SoundFile::write(_path("kept.wav"), impossible, SoundFile::Format::WavFloat, &m_error));
+    QVERIFY(!SoundFile::write(_path("kept.wav"), impossible, SoundFile::Format::WavFloat, m_progress, &m_error));
     QVERIFY(!m_error.isEmpty());
     QCOMPARE(_read(_path("kept.wav"))->channels, old.channels);
     QVERIFY(!QFile::exists(_path("kept.wav.part")));
@@ -157,7 +160,8 @@ void tst_SoundFile::failedWritingLeavesTheOldFileAlone()
 
 void tst_SoundFile::cancelledReadingEndsWithoutASentence()
 {
-    QVERIFY(SoundFile::write(_path("long.wav"), sounds::constant({0.5f}, 10), SoundFile::Format::WavFloat, &m_error));
+    QVERIFY(SoundFile::write(_path("long.wav"), sounds::constant({0.5f}, 10), SoundFile::Format::WavFloat, m_progress,
+                             &m_error));
     WorkProgress progress;
     progress.cancel();
     m_error.clear();

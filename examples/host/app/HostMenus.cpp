@@ -152,6 +152,7 @@ void HostMenus::_addCatalog(QMenu &menu, const QString &title, std::unique_ptr<Q
     if (catalog->isEmpty())
         return;
     if (catalog->actions().size() > longestInline) {
+        menu.addSeparator(); // else it would seem to belong to the section above
         platform::addSubmenu(menu, title)->addActions(catalog->actions());
     } else {
         menu.addSection(title);

@@ -2,12 +2,14 @@
 
 #include "../audio/AudioDocument.h"
 #include "../views/ChainStrip.h"
+#include "../views/ElidedText.h"
 #include "../views/EmptyState.h"
 #include "../views/Icons.h"
 #include "../views/TransportLine.h"
 #include "../views/WaveformPair.h"
 
 #include <QWPlatform/System.h>
+#include <QWPlatform/appkit/WindowFrame.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/TextForms.h>
 #include <QWPlatform/foundation/UserDefaults.h>
@@ -16,7 +18,6 @@
 #include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
@@ -45,31 +46,10 @@ QStringList localFilesIn(const QMimeData &data)
     return paths;
 }
 
-/// In the middle of the screen, as far as it fits.
-QRect centred(const QSize &size)
+bool isOnAScreen(const QRect &frame)
 {
-    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
-    QRect frame({}, size.boundedTo(room.size()));
-    frame.moveCenter(room.center());
-    return frame;
-}
-
-/// @p frame within the screen that shows a part of it; null when none does.
-QRect fittedToAScreen(const QRect &frame)
-{
-    for (const QScreen *screen : QGuiApplication::screens()) {
-        if (!screen->availableGeometry().intersects(frame))
-            continue;
-        if (screen->availableGeometry().contains(frame))
-            return frame;
-        const QRect room = screen->availableGeometry().marginsRemoved({8, 32, 8, 8}); // for title bar and borders
-        QRect fitted(frame.topLeft(), frame.size().boundedTo(room.size()));
-        fitted.moveRight(std::min(fitted.right(), room.right()));
-        fitted.moveBottom(std::min(fitted.bottom(), room.bottom()));
-        fitted.moveTopLeft({std::max(fitted.left(), room.left()), std::max(fitted.top(), room.top())});
-        return fitted;
-    }
-    return {};
+    return std::ranges::any_of(QGuiApplication::screens(),
+                               [&](const QScreen *screen) { return screen->availableGeometry().intersects(frame); });
 }
 } // namespace
 
@@ -111,13 +91,11 @@ QPushButton *MainWindow::_makeButton(const QString &icon, const QString &title)
 QWidget *MainWindow::_makeHeader()
 {
     auto *header = new QWidget(this);
-    m_title = new QLabel(header);
+    m_title = new ElidedText(header);
     QFont headline = m_title->font();
     headline.setPointSizeF(headline.pointSizeF() + 4);
     headline.setWeight(QFont::DemiBold);
     m_title->setFont(headline);
-    m_title->setTextFormat(Qt::PlainText);
-    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_open = _makeButton("open", localized("Open…"));
     m_effects = _makeButton("effect", localized("Effects"));
     m_instruments = _makeButton("instrument", localized("Instruments"));
@@ -171,7 +149,6 @@ void MainWindow::_showDocument()
     if (m_document.isEmpty())
         return;
     m_title->setText(m_document.title());
-    m_title->setToolTip(m_document.title());
     showStation(static_cast<int>(m_document.steps().size()));
 }
 
@@ -223,17 +200,20 @@ void MainWindow::restoreFrame()
 {
     const QString text = platform::System::current().userDefaults().string(_frameKey());
     const QRect frame = platform::TextForms::rectFromString(text).toRect();
-    const QRect fitted = frame.isValid() ? fittedToAScreen(frame) : QRect();
-    setGeometry(fitted.isValid() ? fitted : centred(size()));
-    m_fittedFrame = frame.isValid() && fitted != frame ? geometry() : QRect();
+    const bool isShown = frame.isValid() && isOnAScreen(frame);
+    if (isShown)
+        setGeometry(frame);
+    else
+        platform::centerWindow(*this, size());
+    platform::constrainToScreen(*this);
+    m_fittedFrame = frame.isValid() && geometry() != frame ? geometry() : QRect();
     m_remembersFrame = true;
 }
 
 void MainWindow::_rememberFrame() const
 {
     if (m_remembersFrame && geometry() != m_fittedFrame && !isFullScreen())
-        platform::System::current().userDefaults().setObject(_frameKey(),
-                                                             platform::TextForms::stringFromRect(geometry()));
+        platform::System::current().userDefaults().setObject(_frameKey(), platform::stringFromFrame(*this));
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -7,7 +7,6 @@
 
 #include <functional>
 
-class QLabel;
 class QPushButton;
 class QStackedWidget;
 
@@ -16,6 +15,7 @@ namespace demo
 
 class AudioDocument;
 class ChainStrip;
+class ElidedText;
 class EmptyState;
 class TransportLine;
 class WaveformPair;
@@ -83,7 +83,7 @@ private:
     QRect m_fittedFrame; ///< As restored, when it was not the one remembered.
     QStackedWidget *m_stack;
     EmptyState *m_empty;
-    QLabel *m_title;
+    ElidedText *m_title;
     QPushButton *m_open;
     QPushButton *m_effects;
     QPushButton *m_instruments;

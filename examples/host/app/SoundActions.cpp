@@ -286,9 +286,9 @@ void SoundActions::_save(const QString &path)
 {
     const QString name = QFileInfo(path).fileName();
     const auto format = saveFormat();
-    const auto write = [path, format, clip = m_document.result()](WorkProgress &) {
+    const auto write = [path, format, clip = m_document.result()](WorkProgress &progress) {
         WorkResult result;
-        if (SoundFile::write(path, clip->sound, format, &result.error))
+        if (SoundFile::write(path, clip->sound, format, progress, &result.error))
             result.clip = clip;
         return result;
     };
@@ -317,6 +317,17 @@ void SoundActions::redoChange(QObject *)
     m_document.redo();
 }
 
+/// What is under way would change, or is, what is to be saved: it ends first.
+void SoundActions::_saveAndClose()
+{
+    if (m_work.isRunning()) {
+        connect(&m_work, &SoundWork::ended, this, &SoundActions::_saveAndClose, Qt::SingleShotConnection);
+        return m_work.cancel();
+    }
+    m_closeWhenSaved = true;
+    saveDocumentAs(nullptr);
+}
+
 bool SoundActions::_mayClose()
 {
     if (!m_document.isModified() || !HostSettings::isOn(HostSettings::askKey))
@@ -325,9 +336,8 @@ bool SoundActions::_mayClose()
     const int answer =
         platform::runAlert({localized("Do you want to save the result before closing?"),
                             localized("What the plug-ins made of the sound is lost otherwise."), buttons});
-    m_closeWhenSaved = answer == 0;
-    if (m_closeWhenSaved)
-        saveDocumentAs(nullptr);
+    if (answer == 0)
+        _saveAndClose();
     return answer == 1;
 }
 

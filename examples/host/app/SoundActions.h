@@ -58,6 +58,7 @@ private:
     bool _validateEdit(const platform::MenuItem &item) const;
     void _save(const QString &path);
     void _fail(const QString &message, const WorkResult &result);
+    void _saveAndClose();
     bool _mayClose();
     bool _validateHistoryItem(platform::MenuItem &item, const char *verb, const QString &change);
 

@@ -40,6 +40,16 @@ float usable(float sample)
     return std::isfinite(sample) ? sample : 0.0f;
 }
 
+QString whyUnreadable(const QFileInfo &file)
+{
+    if (!file.exists())
+        return QStringLiteral("The file is not there any more.");
+    if (!file.isReadable())
+        return QStringLiteral("You are not allowed to read the file.");
+    return file.size() == 0 ? QStringLiteral("The file is empty.")
+                            : QStringLiteral("This is not a sound file that can be read here.");
+}
+
 void append(Sound &sound, const std::vector<float> &interleaved, sf_count_t frames)
 {
     const size_t count = sound.channels.size();
@@ -64,10 +74,13 @@ int sndfileFormat(Format format)
     Q_UNREACHABLE();
 }
 
-bool writeFrames(SNDFILE *file, const Sound &sound)
+bool writeFrames(SNDFILE *file, const Sound &sound, WorkProgress &progress)
 {
     std::vector<float> interleaved;
     for (qint64 first = 0; first < sound.frames(); first += blockFrames) {
+        if (progress.isCancelled())
+            return false;
+        progress.setFraction(static_cast<double>(first) / static_cast<double>(sound.frames()));
         const qint64 frames = std::min<qint64>(blockFrames, sound.frames() - first);
         interleaved.clear();
         for (qint64 frame = first; frame < first + frames; ++frame) {
@@ -80,7 +93,7 @@ bool writeFrames(SNDFILE *file, const Sound &sound)
     return true;
 }
 
-bool writeWhole(const QString &path, const Sound &sound, Format format, QString *error)
+bool writeWhole(const QString &path, const Sound &sound, Format format, WorkProgress &progress, QString *error)
 {
     SF_INFO info{};
     info.samplerate = static_cast<int>(std::lround(sound.sampleRate));
@@ -89,9 +102,9 @@ bool writeWhole(const QString &path, const Sound &sound, Format format, QString 
     const File file(sf_open(QFile::encodeName(path).constData(), SFM_WRITE, &info));
     if (file)
         sf_command(file.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
-    if (file && writeFrames(file.get(), sound))
+    if (file && writeFrames(file.get(), sound, progress))
         return true;
-    *error = reasonOf(file.get());
+    *error = progress.isCancelled() ? QString() : reasonOf(file.get());
     return false;
 }
 
@@ -110,8 +123,7 @@ std::optional<Sound> read(const QString &path, WorkProgress &progress, QString *
     SF_INFO info{};
     const File file = openForReading(path, info);
     if (!file || info.channels < 1 || info.samplerate < 1) {
-        *error = QFileInfo::exists(path) ? QStringLiteral("This is not a sound file that can be read here.")
-                                         : QStringLiteral("The file is not there any more.");
+        *error = whyUnreadable(QFileInfo(path));
         return std::nullopt;
     }
     Sound sound;
@@ -137,10 +149,10 @@ std::optional<Sound> read(const QString &path, WorkProgress &progress, QString *
     return sound;
 }
 
-bool write(const QString &path, const Sound &sound, Format format, QString *error)
+bool write(const QString &path, const Sound &sound, Format format, WorkProgress &progress, QString *error)
 {
     const QString part = path + QStringLiteral(".part");
-    if (writeWhole(part, sound, format, error) && takePlaceOf(part, path, error))
+    if (writeWhole(part, sound, format, progress, error) && takePlaceOf(part, path, error))
         return true;
     QFile::remove(part);
     return false;

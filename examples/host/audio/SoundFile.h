@@ -30,8 +30,9 @@ constexpr qint64 maximumSamples = qint64(1) << 28;
 /// too long. Samples that are no numbers are read as silence. Cancelled: none, and no sentence.
 std::optional<Sound> read(const QString &path, WorkProgress &progress, QString *error);
 
-/// Writes beside @p path first and takes its place only when whole. The 24-bit formats clip at full scale.
-bool write(const QString &path, const Sound &sound, Format format, QString *error);
+/// Writes beside @p path first and takes its place only when whole. The 24-bit formats clip at full scale. Cancelled:
+/// false, no sentence, and what was at @p path is still there.
+bool write(const QString &path, const Sound &sound, Format format, WorkProgress &progress, QString *error);
 
 /// "wav" or "aiff".
 QString extension(Format format);

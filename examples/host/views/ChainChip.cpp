@@ -57,8 +57,8 @@ void ChainChip::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor accent = palette().color(QPalette::Active, QPalette::Highlight);
     const QColor ink = palette().color(QPalette::WindowText);
-    QColor edge = isChecked() ? accent : ink;
-    edge.setAlphaF(isChecked() ? 0.9f : underMouse() ? 0.35f : 0.16f);
+    QColor edge = isChecked() || hasFocus() ? accent : ink;
+    edge.setAlphaF(isChecked() || hasFocus() ? 0.9f : underMouse() ? 0.35f : 0.16f);
     QColor fill = isChecked() ? accent : palette().color(QPalette::Base);
     fill.setAlphaF(isChecked() ? 0.14f : 1.0f);
     QPainterPath outline;

@@ -93,11 +93,26 @@ void ChainStrip::show(const AudioDocument &document, int station)
     m_layout->addWidget(m_add);
     m_layout->addStretch(1);
     _place();
-    if (QAbstractButton *shown = m_group->button(station)) {
+    if (QAbstractButton *shown = m_group->button(station))
         shown->setChecked(true);
-        const bool isLast = station == static_cast<int>(document.steps().size());
-        ensureWidgetVisible(isLast ? static_cast<QWidget *>(m_add) : shown);
-    }
+    _bringIntoView();
+}
+
+/// The station that is shown, and after the last one the button that adds another.
+void ChainStrip::_bringIntoView()
+{
+    QAbstractButton *const shown = m_group->checkedButton();
+    if (!shown)
+        return;
+    if (shown == m_group->buttons().last())
+        ensureWidgetVisible(m_add);
+    ensureWidgetVisible(shown);
+}
+
+void ChainStrip::resizeEvent(QResizeEvent *event)
+{
+    QScrollArea::resizeEvent(event);
+    _bringIntoView();
 }
 
 void ChainStrip::changeEvent(QEvent *event)

@@ -32,10 +32,12 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent *event) override; ///< The arrows take the text's colour.
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void _clear();
     void _place();
+    void _bringIntoView();
     void _addChip(const QString &icon, const QString &title, const QString &note);
 
     QWidget *m_row;

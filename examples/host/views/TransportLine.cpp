@@ -1,6 +1,7 @@
 #include "TransportLine.h"
 
 #include "../audio/Clip.h"
+#include "ElidedText.h"
 #include "LevelMeter.h"
 #include "Wording.h"
 
@@ -30,7 +31,7 @@ TransportLine::TransportLine(QWidget *parent)
     , m_position(new QLabel(this))
     , m_level(new LevelMeter(this))
     , m_facts(new QLabel(this))
-    , m_status(new QLabel(this))
+    , m_status(new ElidedText(this))
     , m_bar(new QProgressBar(this))
     , m_cancel(new QPushButton(platform::localized("Cancel"), this))
 {

@@ -9,6 +9,7 @@ class QPushButton;
 namespace demo
 {
 
+class ElidedText;
 class LevelMeter;
 struct Clip;
 
@@ -40,7 +41,7 @@ private:
     QLabel *m_position;
     LevelMeter *m_level;
     QLabel *m_facts;
-    QLabel *m_status;
+    ElidedText *m_status;
     QProgressBar *m_bar;
     QPushButton *m_cancel;
 };

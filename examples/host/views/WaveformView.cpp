@@ -20,6 +20,7 @@ namespace
 constexpr int headingRoom = 26;
 constexpr qreal radius = 6;
 constexpr qreal laneMargin = 6;
+constexpr double longestWave = 0.5;   ///< Seconds; of less the wave itself can be seen, and its level would hide it.
 constexpr double loudnessTime = 0.01; ///< Seconds around each moment that its effective level covers.
 const QColor clipped(0xd6, 0x45, 0x45);
 
@@ -188,17 +189,26 @@ void WaveformView::_paintLane(QPainter &painter, int channel) const
         return;
     const QRectF used(lane.left(), lane.top(), lane.width() * static_cast<qreal>(length) / count, lane.height());
     smoothEffective(columns, static_cast<qint64>(loudnessTime * count / visible.length()));
-    const bool strong = m_tone == Tone::Strong;
-    const QColor colour =
-        strong ? palette().color(QPalette::Active, QPalette::Highlight) : palette().color(QPalette::Text);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(withAlpha(colour, strong ? 0.42f : 0.24f));
-    painter.drawPath(shapeOf(
-        columns, used, [](auto &c) { return c.greatest; }, [](auto &c) { return c.least; }));
-    painter.setBrush(withAlpha(colour, strong ? 1.0f : 0.5f));
-    painter.drawPath(shapeOf(
-        columns, used, [](auto &c) { return c.effective; }, [](auto &c) { return -c.effective; }));
+    _paintShapes(painter, used, columns);
     _paintClipping(painter, used, columns);
+}
+
+void WaveformView::_paintShapes(QPainter &painter, const QRectF &lane,
+                                const std::vector<WaveformSummary::Column> &columns) const
+{
+    const bool strong = m_tone == Tone::Strong;
+    const bool isWave = m_viewport.visible().length() < longestWave;
+    const QColor colour = palette().color(QPalette::Active, strong ? QPalette::Highlight : QPalette::Text);
+    const QColor full = withAlpha(colour, strong ? 1.0f : 0.5f);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isWave ? full : withAlpha(colour, strong ? 0.42f : 0.24f));
+    painter.drawPath(shapeOf(
+        columns, lane, [](auto &c) { return c.greatest; }, [](auto &c) { return c.least; }));
+    if (isWave)
+        return;
+    painter.setBrush(full);
+    painter.drawPath(shapeOf(
+        columns, lane, [](auto &c) { return c.effective; }, [](auto &c) { return -c.effective; }));
 }
 
 void WaveformView::_paintPicture(QPainter &painter)

@@ -46,6 +46,7 @@ private:
     void _paintHeading(QPainter &painter) const;
     void _paintPicture(QPainter &painter);
     void _paintLane(QPainter &painter, int channel) const;
+    void _paintShapes(QPainter &painter, const QRectF &lane, const std::vector<WaveformSummary::Column> &columns) const;
     void _paintGrid(QPainter &painter, const QRectF &lane) const;
     void _paintClipping(QPainter &painter, const QRectF &lane,
                         const std::vector<WaveformSummary::Column> &columns) const;
