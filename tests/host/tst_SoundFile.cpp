@@ -169,5 +169,17 @@ void tst_SoundFile::cancelledReadingEndsWithoutASentence()
     QCOMPARE(m_error, QString());
 }
 
+void tst_SoundFile::cancelledWritingLeavesWhatWasThere()
+{
+    const Sound old = sounds::constant({0.25f}, 100);
+    QVERIFY(SoundFile::write(_path("old.wav"), old, SoundFile::Format::WavFloat, m_progress, &m_error));
+    m_progress.cancel();
+    const Sound other = sounds::constant({0.5f}, 100);
+    QVERIFY(!SoundFile::write(_path("old.wav"), other, SoundFile::Format::WavFloat, m_progress, &m_error));
+    QCOMPARE(m_error, "");
+    QCOMPARE(_read(_path("old.wav"))->channels, old.channels);
+    QVERIFY(!QFile::exists(_path("old.wav.part")));
+}
+
 QTEST_APPLESS_MAIN(tst_SoundFile)
 #include "tst_SoundFile.moc"
