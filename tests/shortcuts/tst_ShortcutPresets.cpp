@@ -29,6 +29,7 @@ private Q_SLOTS:
     void exportWritesTheChanges();
     void importAddsAPreset_data();
     void importAddsAPreset();
+    void importKeepsThePresetWhosePlaceItTakes();
     void importOfNonsenseStopsSilently();
     void importCannotReachTheCurrentFile();
 };
@@ -268,6 +269,26 @@ void tst_ShortcutPresets::importAddsAPreset()
     QCOMPARE(keyOf(registry, "stop:"), QWShortcutKey('s', 0)); // only a preset so far
     registry.loadPreset(editor.menu.actions().last());
     QCOMPARE(keyOf(registry, "stop:"), QWShortcutKey('x', 0));
+}
+
+/// Nobody is asked whether it may be replaced.
+void tst_ShortcutPresets::importKeepsThePresetWhosePlaceItTakes()
+{
+    const ShortcutSystem system(factory);
+    auto &registry = loaded();
+    const QVariantList own{shortcutState("Stop", "stop:", 'x')};
+    const QVariantList imported{shortcutState("Stop", "stop:", 'y')};
+    const QString path = system.real("~/Mine.qwshortcuts");
+    system.writePropertyList(system.path("Mine.plist"), own);
+    system.writePropertyList(path, imported);
+    for (int time = 0; time < 2; ++time) { // the second one brings nothing new
+        registry.loadShortcuts(nullptr);
+        system.filePanels.endOpen(platform::FilePanels::OK, {path});
+    }
+    QCOMPARE(system.readPropertyList(system.path("Mine.plist")), QVariant(imported));
+    QCOMPARE(system.readPropertyList(system.path("_kept Mine.plist")), QVariant(own));
+    QVERIFY(!system.readFile(system.path("_kept 2 Mine.plist")));
+    QCOMPARE(registry.presets(), QStringList{"Mine"});
 }
 
 void tst_ShortcutPresets::importOfNonsenseStopsSilently()

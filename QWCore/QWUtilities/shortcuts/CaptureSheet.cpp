@@ -96,9 +96,10 @@ void CaptureSheet::clear()
     if (m_isSet)
         return;
     m_hold.stop();
+    const QString news = m_capture.clearsOther() ? localized("The other shortcut was cleared.") : QString();
     m_capture.clear();
     _show();
-    _announce();
+    _announce(news);
 }
 
 // confirmSetShortcut:
@@ -226,15 +227,16 @@ void CaptureSheet::_showHint()
                 : m_hint);
 }
 
-/// The captured key has the focus, so that its name is what a screen reader says.
-void CaptureSheet::_announce()
+/// The captured key has the focus, so that its name is what a screen reader says. @p news stand nowhere else.
+void CaptureSheet::_announce(const QString &news)
 {
     const QString key = Keycaps::spokenText(m_capture.editingKey());
-    const QString shown = key.isEmpty() ? localized("No shortcut") : key;
-    QString message = m_outlets.outroText->text();
+    QStringList texts{news, m_outlets.outroText->text()};
     if (m_capture.isInUse() && m_outlets.hintText)
-        message += ' ' + m_outlets.hintText->text();
-    announce(*m_outlets.shortcutText, message.isEmpty() ? shown : shown + ". " + message);
+        texts.append(m_outlets.hintText->text());
+    texts.removeAll(QString());
+    const QString shown = key.isEmpty() ? localized("No shortcut") : key;
+    announce(*m_outlets.shortcutText, texts.isEmpty() ? shown : shown + ". " + texts.join(' '));
 }
 
 /// What stands in the sheet when it comes up.

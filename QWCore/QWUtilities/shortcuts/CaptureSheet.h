@@ -61,7 +61,7 @@ private:
     void _syncModifiers(Qt::KeyboardModifiers modifiers);
     void _show();
     void _showHint();
-    void _announce();
+    void _announce(const QString &news = {});
     QString _instructions() const;
     void _showClearButton();
 

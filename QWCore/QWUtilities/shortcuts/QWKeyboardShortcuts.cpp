@@ -1,18 +1,17 @@
 #include "QWKeyboardShortcuts.h"
 
 #include "FactoryDefinition.h"
-#include "LegacyShortcuts.h"
 #include "MainMenuItems.h"
 #include "PresetNames.h"
 #include "ShortcutEditorPanel.h"
 #include "ShortcutFiles.h"
 #include "ShortcutFilter.h"
+#include "ShortcutFolder.h"
 #include "ShortcutIndex.h"
 #include "StateNumbers.h"
 #include "TextSearch.h"
 
 #include <QWBase/QWApplication.h>
-#include <QWBase/QWFile.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/appkit/FilePanels.h>
@@ -22,7 +21,6 @@
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
-#include <QFile>
 #include <QMenu>
 #include <QPointer>
 
@@ -69,9 +67,9 @@ QWKeyboardShortcuts::QWKeyboardShortcuts()
     , m_currentShortcutsPath(m_shortcutsDirectory + "/_current.plist")
     , m_factory(std::make_unique<qw::FactoryDefinition>())
     , m_index(std::make_unique<qw::ShortcutIndex>(m_groups))
+    , m_folder(std::make_unique<qw::ShortcutFolder>(m_shortcutsDirectory, m_currentShortcutsPath))
 {
-    _makeDirectory();
-    _makeCurrentFile();
+    m_folder->make();
 }
 
 QWKeyboardShortcuts::~QWKeyboardShortcuts() = default;
@@ -121,13 +119,12 @@ void QWKeyboardShortcuts::loadCurrentShortcuts()
 {
     m_index->invalidate();
     m_groups = _factoryGroups();
-    const auto changes = ShortcutFiles::readArray(m_currentShortcutsPath);
-    m_keepsCurrentFile = !changes && QWFile::existsAtPath(m_currentShortcutsPath);
+    const QVariantList changes = m_folder->current();
     {
         const qw::MainMenuItems::Batch batch;
         for (const auto &group : m_groups)
             group->refreshMenu();
-        for (const QVariant &change : changes.value_or(QVariantList())) {
+        for (const QVariant &change : changes) {
             if (change.typeId() == QMetaType::QVariantMap)
                 _applyChange(change.toMap());
         }
@@ -150,7 +147,7 @@ QVariantList QWKeyboardShortcuts::changedShortcuts() const
 
 void QWKeyboardShortcuts::saveToDefaults()
 {
-    _setCurrentShortcuts(changedShortcuts());
+    m_folder->setCurrent(changedShortcuts());
 }
 
 void QWKeyboardShortcuts::reloadDisplay()
@@ -167,13 +164,7 @@ void QWKeyboardShortcuts::reloadDisplay()
 
 QStringList QWKeyboardShortcuts::presets() const
 {
-    const QStringList entries = QWFile::contentsOfDirectoryAtPath(m_shortcutsDirectory).value_or(QStringList());
-    QStringList names;
-    for (const QString &entry : entries) {
-        if (entries.size() > 1 && !PresetNames::isHidden(entry))
-            names.append(PresetNames::withoutExtension(entry));
-    }
-    return names;
+    return m_folder->presets();
 }
 
 void QWKeyboardShortcuts::buildPresetsMenu()
@@ -195,10 +186,8 @@ void QWKeyboardShortcuts::loadPreset(QObject *sender)
     const auto *const item = qobject_cast<QAction *>(sender);
     if (!item)
         return;
-    const auto preset = ShortcutFiles::readArray(_presetPath(platform::titleOf(*item)));
-    if (!preset && ShortcutFiles::readArray(m_currentShortcutsPath) != QVariantList())
-        m_keepsCurrentFile = true; // nobody meant to give it up for nothing
-    _replaceCurrentShortcuts(preset.value_or(QVariantList()));
+    m_folder->usePreset(platform::titleOf(*item));
+    _currentShortcutsDidChange();
 }
 
 void QWKeyboardShortcuts::loadFactoryPreset(QObject *)
@@ -207,8 +196,10 @@ void QWKeyboardShortcuts::loadFactoryPreset(QObject *)
         {localized("Are you sure you want to reset your keyboard shortcuts to the factory defaults?"),
          localized("This action is not undoable."),
          {localized("Reset"), localized("Cancel")}});
-    if (button == 0)
-        _replaceCurrentShortcuts({});
+    if (button != 0)
+        return;
+    m_folder->setCurrent({});
+    _currentShortcutsDidChange();
 }
 
 void QWKeyboardShortcuts::exportShortcuts(QObject *)
@@ -242,9 +233,9 @@ void QWKeyboardShortcuts::saveShortcutPanelDidEnd(int returnCode)
     if (name.isEmpty() || PresetNames::isHidden(name))
         return; // the save sheet lets no such name through
     name.replace('/', '_');
-    if (QWFile::fileExistsAtPath(_presetPath(name)) && !_mayReplace(name))
+    if (m_folder->hasPreset(name) && !_mayReplace(name))
         return;
-    ShortcutFiles::writeArray(_presetPath(name), changedShortcuts());
+    m_folder->setPreset(name, changedShortcuts());
     buildPresetsMenu();
 }
 
@@ -308,27 +299,6 @@ QWKeyboardShortcuts::Groups QWKeyboardShortcuts::_factoryGroups() const
     return groups;
 }
 
-/// The first time, the host's factory presets come along.
-void QWKeyboardShortcuts::_makeDirectory() const
-{
-    if (QWFile::existsAtPath(m_shortcutsDirectory))
-        return;
-    QWFile::createDirectoryAtPath(supportDirectory());
-    const QString factory = System::current().mainBundle().pathForResource(folderName, {});
-    if (factory.isEmpty() || !QWFile::copyPathToPath(factory, m_shortcutsDirectory))
-        QWFile::createDirectoryAtPath(m_shortcutsDirectory);
-    // A copy out of a bundle that nobody may write would be one too.
-    QFile::setPermissions(m_shortcutsDirectory, QFile::permissions(m_shortcutsDirectory) | QFile::WriteOwner);
-}
-
-void QWKeyboardShortcuts::_makeCurrentFile() const
-{
-    if (!QWFile::existsAtPath(m_currentShortcutsPath))
-        qw::LegacyShortcuts::moveTo(m_currentShortcutsPath);
-    if (!QWFile::existsAtPath(m_currentShortcutsPath))
-        ShortcutFiles::writeArray(m_currentShortcutsPath, {});
-}
-
 /// Only the action is compared: two shortcuts of one action may share a key. The key itself is cleared, so that the
 /// menu item of the shortcut that loses it shows it until its next refresh; both intended.
 void QWKeyboardShortcuts::_applyChange(const QVariantMap &state)
@@ -344,24 +314,11 @@ void QWKeyboardShortcuts::_applyChange(const QVariantMap &state)
         target->setKey(key);
 }
 
-void QWKeyboardShortcuts::_setCurrentShortcuts(const QVariantList &changes)
+void QWKeyboardShortcuts::_currentShortcutsDidChange()
 {
-    if (std::exchange(m_keepsCurrentFile, false))
-        ShortcutFiles::setAside(m_currentShortcutsPath);
-    ShortcutFiles::writeArray(m_currentShortcutsPath, changes);
-}
-
-void QWKeyboardShortcuts::_replaceCurrentShortcuts(const QVariantList &changes)
-{
-    _setCurrentShortcuts(changes);
     if (m_editor)
         m_editor->clearSearchString();
     loadCurrentShortcuts();
-}
-
-QString QWKeyboardShortcuts::_presetPath(const QString &name) const
-{
-    return m_shortcutsDirectory + '/' + name + ".plist";
 }
 
 bool QWKeyboardShortcuts::_mayReplace(const QString &name) const
@@ -379,6 +336,6 @@ void QWKeyboardShortcuts::_import(const QString &path)
     const QString name = PresetNames::forFile(path);
     if (!array || name.isEmpty())
         return;
-    ShortcutFiles::writeArray(_presetPath(name), *array);
+    m_folder->addPreset(name, *array);
     buildPresetsMenu();
 }

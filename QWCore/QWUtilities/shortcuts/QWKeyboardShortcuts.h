@@ -18,14 +18,16 @@ namespace qw
 {
 class FactoryDefinition;
 class ShortcutEditor;
+class ShortcutFolder;
 class ShortcutIndex;
 } // namespace qw
 
 /// The keyboard shortcuts of the host: the factory definition (resource "shortcuts.plist") with the user's changes on
 /// top, presets, exchange files, dispatch of key events, and the editor. One per System. Main thread.
 ///
-/// No error is told: what cannot be read counts as empty, what cannot be written is not. Reading loses nothing all the
-/// same: current changes that cannot be read, or that a preset which cannot be read takes the place of, are set aside.
+/// No error is told: what cannot be read counts as empty, what cannot be written is not. Nothing is lost all the same:
+/// current changes that cannot be read, or that a preset which cannot be read takes the place of, are set aside, and so
+/// is a preset that an imported one of its name takes the place of.
 class QWUTILITIES_EXPORT QWKeyboardShortcuts : public QObject
 {
     Q_OBJECT
@@ -100,12 +102,8 @@ private:
     bool _performShortcut(const QEvent &event);
     QWidget *_setShortcutPanel() const;
     Groups _factoryGroups() const;
-    void _makeDirectory() const;
-    void _makeCurrentFile() const;
     void _applyChange(const QVariantMap &state);
-    void _setCurrentShortcuts(const QVariantList &changes);
-    void _replaceCurrentShortcuts(const QVariantList &changes);
-    QString _presetPath(const QString &name) const;
+    void _currentShortcutsDidChange();
     bool _mayReplace(const QString &name) const;
     void _import(const QString &path);
 
@@ -115,6 +113,6 @@ private:
     Groups m_displayResults;
     std::unique_ptr<qw::FactoryDefinition> m_factory;
     std::unique_ptr<qw::ShortcutIndex> m_index;
+    std::unique_ptr<qw::ShortcutFolder> m_folder;
     std::unique_ptr<qw::ShortcutEditor> m_editor;
-    bool m_keepsCurrentFile = false; ///< The next write sets aside what is in it.
 };

@@ -7,6 +7,7 @@
 #include "QWKeyboardShortcuts.h"
 #include "SavePresetSheet.h"
 #include "ShortcutOutlineView.h"
+#include "ShortcutSearch.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
@@ -20,12 +21,10 @@
 #include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QShortcut>
 
 namespace qw
 {
@@ -64,11 +63,6 @@ void showAsNote(QLabel *label)
     font.setPointSizeF(font.pointSizeF() - 2);
     label->setFont(font);
     label->setForegroundRole(QPalette::PlaceholderText);
-}
-
-QIcon searchIcon()
-{
-    return platform::tintedIcon(ownBundle().pathForResource("search", "svg"));
 }
 } // namespace
 
@@ -127,17 +121,13 @@ void ShortcutEditorPanel::doSetShortcut(const platform::KeyEvent &event)
 
 QString ShortcutEditorPanel::searchString() const
 {
-    return m_outlets ? m_outlets->searchText->text() : QString();
+    return m_search ? m_search->text() : QString();
 }
 
-/// The list follows with the reload that comes next.
 void ShortcutEditorPanel::clearSearchString()
 {
-    if (!m_outlets)
-        return;
-    disconnect(m_searching); // the field's own button is to hear of it
-    m_outlets->searchText->clear();
-    _connectSearching();
+    if (m_search)
+        m_search->clear();
 }
 
 void ShortcutEditorPanel::displayResultsDidChange()
@@ -212,24 +202,7 @@ bool ShortcutEditorPanel::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Move && watched == window())
         windowDidMove();
-    if (event->type() == QEvent::KeyPress && m_outlets && watched == m_outlets->searchText)
-        return _leaveSearch(static_cast<QKeyEvent *>(event)->key());
     return QObject::eventFilter(watched, event);
-}
-
-/// Down goes on in the list; Escape ends the search before it closes the window.
-bool ShortcutEditorPanel::_leaveSearch(int key)
-{
-    ShortcutOutlineView &outline = *m_outlets->shortcutsTable;
-    if (key == Qt::Key_Escape && !searchString().isEmpty()) {
-        m_outlets->searchText->clear();
-        return true;
-    }
-    if (key != Qt::Key_Down)
-        return false;
-    outline.setFocus(Qt::OtherFocusReason);
-    outline.selectFirst();
-    return true;
 }
 
 bool ShortcutEditorPanel::_loadNib()
@@ -267,7 +240,7 @@ void ShortcutEditorPanel::awakeFromNib()
     m_outlets->presetsPopup->setMenu(makePresetsMenu(window, m_registry, *this));
     m_registry.buildPresetsMenu();
     _connectOutline();
-    _connectSearch();
+    _makeSearch();
     displayResultsDidChange();
     window.setGeometry(m_frame.stored(frameOfLastResort));
     m_position = window.pos();
@@ -307,20 +280,15 @@ void ShortcutEditorPanel::_connectOutline()
     });
 }
 
-void ShortcutEditorPanel::_connectSearch()
+void ShortcutEditorPanel::_makeSearch()
 {
-    QLineEdit &search = *m_outlets->searchText;
-    search.installEventFilter(this);
-    search.addAction(searchIcon(), QLineEdit::LeadingPosition);
-    _connectSearching();
-    const auto *const find = new QShortcut(QKeySequence::Find, m_outlets->window);
-    connect(find, &QShortcut::activated, &search, [&search] { search.setFocus(Qt::ShortcutFocusReason); });
-}
-
-void ShortcutEditorPanel::_connectSearching()
-{
-    QLineEdit &search = *m_outlets->searchText;
-    m_searching = connect(&search, &QLineEdit::textChanged, this, [this, &search] { searchChanged(&search); });
+    const QIcon icon = platform::tintedIcon(ownBundle().pathForResource("search", "svg"));
+    m_search = std::make_unique<ShortcutSearch>(*m_outlets->searchText, icon);
+    connect(m_search.get(), &ShortcutSearch::changed, this, [this] { searchChanged(m_outlets->searchText); });
+    connect(m_search.get(), &ShortcutSearch::left, m_outlets->shortcutsTable, [this] {
+        m_outlets->shortcutsTable->setFocus(Qt::OtherFocusReason);
+        m_outlets->shortcutsTable->selectFirst();
+    });
 }
 
 /// Groups have no key.

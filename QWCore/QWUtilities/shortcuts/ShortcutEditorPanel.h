@@ -23,6 +23,7 @@ class CaptureSheet;
 class KeyReturn;
 class SavePresetSheet;
 class ShortcutOutlineView;
+class ShortcutSearch;
 
 /// The editor's window and its two sheets, from the interface file "QWKeyboardShortcuts", loaded when it first opens.
 /// Remembers in user defaults whether it is open, and where. Without a complete interface file nothing opens.
@@ -53,7 +54,7 @@ public:
     Q_INVOKABLE void saveShortcuts(QObject *sender);
     Q_INVOKABLE void closeSaveShortcutPanel(QObject *sender);
 
-    /// Sees the window move, and keys of the search field.
+    /// Sees the window move.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -63,9 +64,7 @@ private:
     void awakeFromNib();
     void _makeSheets();
     void _connectOutline();
-    void _connectSearch();
-    void _connectSearching();
-    bool _leaveSearch(int key);
+    void _makeSearch();
     QString _emptyText() const;
     void _edit(const QModelIndex &index);
     void _setEnabled(const QModelIndex &index, bool enabled);
@@ -80,12 +79,12 @@ private:
     std::unique_ptr<QWidget> m_nib;
     std::unique_ptr<Outlets> m_outlets; ///< Null before the first opening.
     ShortcutOutlineModel m_model;
+    std::unique_ptr<ShortcutSearch> m_search;
     std::unique_ptr<KeyReturn> m_keyReturn;
     std::unique_ptr<CaptureSheet> m_captureSheet;
     std::unique_ptr<SavePresetSheet> m_saveSheet;
     std::unique_ptr<platform::WindowOpenState> m_openState;
-    QMetaObject::Connection m_searching; ///< What is typed into the search field, to searchChanged().
-    QPoint m_position;                   ///< Where the window was put, or moved to.
+    QPoint m_position; ///< Where the window was put, or moved to.
 };
 
 } // namespace qw

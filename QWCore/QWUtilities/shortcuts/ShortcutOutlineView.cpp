@@ -3,12 +3,12 @@
 #include "KeycapDelegate.h"
 #include "ShortcutOutlineModel.h"
 
-#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <array>
 
@@ -91,18 +91,9 @@ void ShortcutOutlineView::selectFirst()
     setCurrentIndex(below.isValid() && below.parent().isValid() ? below : group);
 }
 
-/// The cell that a screen reader stands on says the whole row.
 void ShortcutOutlineView::tellName(const QModelIndex &index)
 {
-    if (!QAccessible::isActive() || !index.isValid())
-        return;
-    const QRect row = visualRect(index.siblingAtColumn(Column::Name));
-    const QPoint place = viewport()->mapToGlobal(row.center());
-    QAccessibleInterface *const outline = QAccessible::queryAccessibleInterface(this);
-    if (QAccessibleInterface *const cell = outline ? outline->childAt(place.x(), place.y()) : nullptr) {
-        QAccessibleEvent event(cell, QAccessible::NameChanged);
-        QAccessible::updateAccessibility(&event);
-    }
+    _tell(index, QAccessible::NameChanged);
 }
 
 ShortcutOutlineView::State ShortcutOutlineView::state() const
@@ -127,6 +118,22 @@ void ShortcutOutlineView::setState(const State &state)
     if (const QModelIndex current = _indexNamed(state.current); current.isValid())
         setCurrentIndex(current);
     verticalScrollBar()->setValue(state.scrollPosition);
+}
+
+/// The cursor stays in the column whose cells say their row.
+QModelIndex ShortcutOutlineView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    return QTreeView::moveCursor(action, modifiers).siblingAtColumn(Column::Name);
+}
+
+/// That the outline has the focus is told by Qt, after this; where in it, is not.
+void ShortcutOutlineView::focusInEvent(QFocusEvent *event)
+{
+    QTreeView::focusInEvent(event);
+    QTimer::singleShot(0, this, [this] {
+        if (hasFocus())
+            _tell(currentIndex(), QAccessible::Focus);
+    });
 }
 
 void ShortcutOutlineView::keyPressEvent(QKeyEvent *event)
@@ -169,6 +176,20 @@ void ShortcutOutlineView::paintEvent(QPaintEvent *event)
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect().adjusted(2 * gap, 0, -2 * gap, 0), Qt::AlignCenter | Qt::TextWordWrap,
                      m_emptyText);
+}
+
+/// The cell that a screen reader stands on says the whole row.
+void ShortcutOutlineView::_tell(const QModelIndex &index, QAccessible::Event what)
+{
+    if (!QAccessible::isActive() || !index.isValid())
+        return;
+    const QRect row = visualRect(index.siblingAtColumn(Column::Name));
+    const QPoint place = viewport()->mapToGlobal(row.center());
+    QAccessibleInterface *const outline = QAccessible::queryAccessibleInterface(this);
+    if (QAccessibleInterface *const cell = outline ? outline->childAt(place.x(), place.y()) : nullptr) {
+        QAccessibleEvent event(cell, what);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void ShortcutOutlineView::_arrangeColumns()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAccessible>
 #include <QTreeView>
 
 namespace qw
@@ -44,12 +45,15 @@ Q_SIGNALS:
     void menuRequested(const QModelIndex &index, const QPoint &position); ///< In the viewport.
 
 protected:
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void _tell(const QModelIndex &index, QAccessible::Event what);
     void _arrangeColumns();
     QModelIndex _indexNamed(const QStringList &names) const;
 
