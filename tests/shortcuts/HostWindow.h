@@ -25,11 +25,10 @@ public:
 
     ~HostWindow() override { label.setParent(nullptr); }
 
-    /// A widget of the window that gets the focus.
+    /// Takes a widget, which gets the focus.
     template <class Widget>
-    Widget *add()
+    Widget *add(Widget *widget)
     {
-        auto *const widget = new Widget;
         centralWidget()->layout()->addWidget(widget);
         widget->setFocus();
         return widget;

@@ -1,6 +1,7 @@
 #include "ShortcutHost.h"
 
 #include <QWBase/QWApplication.h>
+#include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/foundation/PropertyList.h>
 
@@ -14,9 +15,10 @@ ShortcutReceiver::~ShortcutReceiver()
     platform::setDelegate(qApp, nullptr);
 }
 
-bool ShortcutReceiver::validateMenuItem(QAction *)
+bool ShortcutReceiver::validateMenuItem(QAction *action)
 {
-    ++validations;
+    const auto &item = static_cast<const platform::MenuItem &>(*action);
+    validated.append(QString("%1 %2").arg(item.action().name()).arg(item.tag()));
     return allows;
 }
 

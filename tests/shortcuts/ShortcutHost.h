@@ -29,7 +29,7 @@ public:
     QList<QPointer<QObject>> senders;
     QVariantList representedObjects;
     bool allows = true;
-    int validations = 0;
+    QStringList validated;             ///< What the items carried, as "action tag".
     std::function<void()> whileActing; ///< Run by each action.
 
 private:

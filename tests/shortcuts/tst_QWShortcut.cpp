@@ -2,6 +2,7 @@
 #include "fakes/QWTestMain.h"
 
 #include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/appkit/ResponderChain.h>
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -18,6 +19,17 @@ constexpr quint32 shift = 0x20000;
 
 const QKeyEvent press(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, "a");
 const QKeyEvent repeat(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, "a", true);
+
+/// Takes an action and does not say when.
+class SilentReceiver : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE void save(QObject *) { ++saves; }
+
+    int saves = 0;
+};
 } // namespace
 
 /// A host with menus File (Save; Recent > Clear; Recent > Deeper > Item) and Edit (Save, Item).
@@ -47,6 +59,8 @@ private Q_SLOTS:
     void repeatsCanBeProhibited();
     void nobodyTakingTheActionIsStillHandled();
     void menuShortcutIsValidatedFirst();
+    void menuShortcutIsValidatedByItsAction();
+    void menuShortcutOfAReceiverWithoutASayFires();
     void menuShortcutWithoutReceiverDoesNotFire();
     void menuTitleLightsUpWithoutOpening();
     void menuIsAsBeforeAfterBlinking();
@@ -316,10 +330,25 @@ void tst_QWShortcut::menuShortcutIsValidatedFirst()
     QVERIFY(shortcut->perform(press));
     QCOMPARE(receiver.sent, QStringList{"save 7"});
     QCOMPARE(receiver.senders.first().data(), shortcut.get());
-    QCOMPARE(receiver.validations, 2);
+    QCOMPARE(receiver.validated.size(), 2);
     m_group->setIsMenu(false);
     receiver.allows = false;
     QVERIFY(shortcut->perform(press)); // others are not asked about
+}
+
+void tst_QWShortcut::menuShortcutIsValidatedByItsAction()
+{
+    ShortcutReceiver receiver;
+    QVERIFY(_inMenu("Save")->perform(press));
+    QCOMPARE(receiver.validated, QStringList{"save: 7"});
+}
+
+void tst_QWShortcut::menuShortcutOfAReceiverWithoutASayFires()
+{
+    SilentReceiver receiver;
+    platform::setDelegate(m_window.get(), &receiver);
+    QVERIFY(_inMenu("Save")->perform(press));
+    QCOMPARE(receiver.saves, 1);
 }
 
 void tst_QWShortcut::menuShortcutWithoutReceiverDoesNotFire()

@@ -95,6 +95,7 @@ private Q_SLOTS:
     void everythingFiresElsewhere();
 
 private:
+    bool _showWithFocus(QWidget *widget);
     void _type();
 
     std::unique_ptr<ShortcutSystem> m_system;
@@ -123,6 +124,16 @@ void tst_TypingText::cleanup()
     m_window.reset();
     m_receiver.reset();
     m_system.reset();
+}
+
+/// The window takes the widget.
+bool tst_TypingText::_showWithFocus(QWidget *widget)
+{
+    widget->setFocusPolicy(Qt::StrongFocus);
+    m_window->layout()->addWidget(widget);
+    m_window->show();
+    widget->setFocus();
+    return QTest::qWaitForWindowActive(m_window.get());
 }
 
 void tst_TypingText::_type()
@@ -162,12 +173,7 @@ void tst_TypingText::nothingFires_data()
 void tst_TypingText::nothingFires()
 {
     QFETCH(Make, make);
-    QWidget *const widget = make();
-    widget->setFocusPolicy(Qt::StrongFocus);
-    m_window->layout()->addWidget(widget);
-    m_window->show();
-    widget->setFocus();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(_showWithFocus(make()));
     QTRY_VERIFY(platform::isTypingText());
     _type();
     QCOMPARE(m_receiver->sent, QStringList());
@@ -208,11 +214,7 @@ void tst_TypingText::everythingFiresElsewhere()
 {
     QFETCH(Make, make);
     QWidget *const widget = make();
-    widget->setFocusPolicy(Qt::StrongFocus);
-    m_window->layout()->addWidget(widget);
-    m_window->show();
-    widget->setFocus();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(_showWithFocus(widget));
     QTRY_COMPARE(QApplication::focusWidget(), widget);
     _type();
     QCOMPARE(m_receiver->sent.size(), 20);
