@@ -7,6 +7,9 @@
 
 namespace
 {
+/// Fills pages, however little the compiler makes of the rest: tests cut libraries short within what is mapped.
+[[gnu::used]] const char ballast[16384] = {1};
+
 /// Runs inside dlopen.
 [[gnu::constructor]] void loaded()
 {

@@ -117,7 +117,6 @@ private slots:
         QFile library(path + "/Contents/x86_64-linux/Good.so");
         bool hasCrashed = false;
         for (qint64 size : {8192, 4096, 64, 4, 0}) { // all within what is mapped
-
             QVERIFY(library.resize(size));
             const auto run = disk.run(validator, {path});
             QVERIFY(run.crashed || run.status != 0);
