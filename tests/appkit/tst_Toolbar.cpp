@@ -3,7 +3,10 @@
 #include <QWPlatform/appkit/TintedIcon.h>
 
 #include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 using platform::Toolbar;
 
@@ -22,6 +25,9 @@ private Q_SLOTS:
     void selectionSurvivesCustomization();
     void impossibleChangesChangeNothing();
     void itemsStandOnceAndSpacesOften();
+    void keyboardBeginsInTheContent();
+    void focusShowsOnEveryButton_data();
+    void focusShowsOnEveryButton();
     void buttonsFollowThePalette();
 };
 
@@ -123,6 +129,47 @@ void tst_Toolbar::itemsStandOnceAndSpacesOften()
     QVERIFY(!toolbar->canInsert("back"));
     QVERIFY(toolbar->canInsert("home"));
     QVERIFY(toolbar->canInsert(Toolbar::FlexibleSpaceItem));
+}
+
+void tst_Toolbar::keyboardBeginsInTheContent()
+{
+    ToolbarFixture host;
+    const Toolbar *const toolbar = host.make();
+    auto *const content = new QWidget;
+    auto *const column = new QVBoxLayout(content);
+    auto *const field = new QLineEdit;
+    column->addWidget(field);
+    column->addWidget(new QLabel("a note, which takes no focus, comes last"));
+    host.window.setCentralWidget(content);
+    host.window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&host.window));
+    QCOMPARE(QApplication::focusWidget(), field);
+    QTest::keyClick(host.window.windowHandle(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), toolbar->widgetForAction(toolbar->itemWithIdentifier("back")));
+}
+
+void tst_Toolbar::focusShowsOnEveryButton_data()
+{
+    QTest::addColumn<bool>("selected");
+    QTest::newRow("plain") << false;
+    QTest::newRow("selected") << true;
+}
+
+void tst_Toolbar::focusShowsOnEveryButton()
+{
+    QFETCH(const bool, selected);
+    ToolbarFixture host;
+    host.viewer.selectable = QStringList{"back"};
+    Toolbar *const toolbar = host.make();
+    toolbar->setSelectedItemIdentifier(selected ? "back" : "");
+    host.window.setCentralWidget(new QLineEdit);
+    host.window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&host.window));
+    QWidget *const button = toolbar->widgetForAction(toolbar->itemWithIdentifier("back"));
+    const QImage without = button->grab().toImage();
+    QTest::keyClick(host.window.windowHandle(), Qt::Key_Tab);
+    QVERIFY(button->hasFocus());
+    QVERIFY(button->grab().toImage() != without);
 }
 
 void tst_Toolbar::buttonsFollowThePalette()

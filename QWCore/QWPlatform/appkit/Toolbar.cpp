@@ -34,6 +34,17 @@ QWidget *makeSpace(bool flexible, QWidget *parent)
     return space;
 }
 
+/// The last widget of the window outside @p toolbar that takes the focus, or null: Qt puts no widget behind one that
+/// takes none.
+QWidget *lastInTabOrder(const QWidget &toolbar)
+{
+    QWidget *const window = toolbar.window();
+    QWidget *last = window->previousInFocusChain();
+    while (last != window && (last->focusPolicy() == Qt::NoFocus || toolbar.isAncestorOf(last)))
+        last = last->previousInFocusChain();
+    return last == window ? nullptr : last;
+}
+
 Qt::ToolButtonStyle buttonStyleFor(Toolbar::DisplayMode mode)
 {
     switch (mode) {
@@ -224,13 +235,16 @@ void Toolbar::_describeButtons()
 void Toolbar::_comeLastInTabOrder()
 {
     const QList<ToolbarItem *> all = items();
-    QWidget *last = window()->previousInFocusChain();
+    QWidget *last = lastInTabOrder(*this);
+    // To Qt the order is a ring without a beginning, and it moves nothing that follows the last widget in it already.
+    const Qt::FocusPolicy policy = window()->focusPolicy();
+    window()->setFocusPolicy(Qt::TabFocus);
     for (ToolbarItem *const item : all) {
         QWidget *const button = widgetForAction(item);
-        if (button != last)
-            setTabOrder(last, button);
+        setTabOrder(last, button);
         last = button;
     }
+    window()->setFocusPolicy(policy);
 }
 
 void Toolbar::_itemTriggered(QAction *action)
