@@ -54,6 +54,7 @@ private Q_SLOTS:
     void rowsAreGroupsAndTheirShortcuts();
     void modelKeepsItsPromises();
     void cellsSayWhatTheyShow();
+    void rowsOfOneSubmenuCanBeToldApart();
     void disabledKeyIsGray_data();
     void disabledKeyIsGray();
     void boxSwitchesOneShortcut();
@@ -116,6 +117,23 @@ void tst_ShortcutEditorOutline::cellsSayWhatTheyShow()
     QCOMPARE(checked(m_host->shortcut(0, 1)), int(Qt::Unchecked));
     QVERIFY(!(m_host->model()->flags(m_host->group(0)) & Qt::ItemIsUserCheckable));
     QVERIFY(m_host->model()->flags(m_host->group(0, Column::Enabled)) & Qt::ItemIsUserCheckable);
+}
+
+/// Their names begin alike and do not fit.
+void tst_ShortcutEditorOutline::rowsOfOneSubmenuCanBeToldApart()
+{
+    m_host.reset();
+    m_host = std::make_unique<EditorHost>(
+        QVariantList{groupState("File", {shortcutState("Format for Saving the Whole Result As>Integer", "save:", 'i'),
+                                         shortcutState("Format for Saving the Whole Result As>Float", "save:", 'f')})});
+    QVERIFY(m_host->open());
+    m_host->outline()->expandAll();
+    m_host->outline()->setCurrentIndex(m_host->group(0));
+    const auto picture = [this](int row) {
+        const QRect cell = m_host->outline()->visualRect(m_host->shortcut(0, row));
+        return m_host->outline()->viewport()->grab(cell).toImage();
+    };
+    QVERIFY(picture(0) != picture(1));
 }
 
 void tst_ShortcutEditorOutline::disabledKeyIsGray_data()

@@ -58,6 +58,7 @@ ShortcutOutlineView::ShortcutOutlineView(QWidget *parent)
     setHeaderHidden(true);
     setEditTriggers(NoEditTriggers);
     setTreePosition(Column::Name);
+    setTextElideMode(Qt::ElideMiddle); // items of one submenu differ at their ends
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }
 
