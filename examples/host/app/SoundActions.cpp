@@ -211,7 +211,7 @@ void SoundActions::_edit(const QString &title, Edit edit)
         return;
     const FrameRange part = partOf(m_document.result()->sound, m_window.viewport().selection());
     _start(
-        title,
+        formatted(localized("%@…"), {title}),
         [edit = std::move(edit), part, source = m_document.result()](WorkProgress &) {
             Sound sound = source->sound;
             edit(sound, part);
@@ -333,9 +333,8 @@ bool SoundActions::_mayClose()
     if (!m_document.isModified() || !HostSettings::isOn(HostSettings::askKey))
         return true;
     const QStringList buttons{localized("Save As…"), localized("Don’t Save"), localized("Cancel")};
-    const int answer =
-        platform::runAlert({localized("Do you want to save the result before closing?"),
-                            localized("What the plug-ins made of the sound is lost otherwise."), buttons});
+    const int answer = platform::runAlert({localized("Do you want to save the result before closing?"),
+                                           localized("What was done to the sound is lost otherwise."), buttons});
     if (answer == 0)
         _saveAndClose();
     return answer == 1;

@@ -44,7 +44,6 @@ TransportLine::TransportLine(QWidget *parent)
     setQuiet(m_facts);
     setQuiet(m_status);
     m_status->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_bar->setRange(0, barSteps);
     m_bar->setTextVisible(false);
     m_bar->setFixedWidth(160);
     m_bar->setAccessibleName(platform::localized("Progress"));
@@ -88,13 +87,16 @@ void TransportLine::showStatus(const QString &text)
 void TransportLine::showWork(const QString &text)
 {
     m_status->setText(text);
-    m_bar->setValue(0);
+    m_bar->setRange(0, 0); // busy, until it is known how far it is
     m_bar->show();
     m_cancel->show();
 }
 
 void TransportLine::setWorkFraction(double fraction)
 {
+    if (fraction <= 0)
+        return;
+    m_bar->setRange(0, barSteps);
     m_bar->setValue(static_cast<int>(fraction * barSteps));
 }
 
