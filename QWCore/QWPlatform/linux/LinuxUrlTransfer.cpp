@@ -16,7 +16,7 @@ namespace platform
 
 namespace
 {
-constexpr int firstErrorStatus = 400;
+constexpr int firstStatusWithoutFile = 300; ///< Redirections are followed; one that is left leads nowhere.
 }
 
 LinuxUrlTransfer::LinuxUrlTransfer(const QString &destination, std::chrono::milliseconds inactivity,
@@ -78,7 +78,7 @@ void LinuxUrlTransfer::_respond()
 
 void LinuxUrlTransfer::_readyRead()
 {
-    if (!m_observer || statusOf(*m_reply) >= firstErrorStatus)
+    if (!m_observer || statusOf(*m_reply) >= firstStatusWithoutFile)
         return;
     m_idle.start(m_inactivity);
     const QByteArray data = m_reply->readAll();
@@ -114,11 +114,11 @@ void LinuxUrlTransfer::_finished()
 
 QString LinuxUrlTransfer::_failure() const
 {
-    const int status = statusOf(*m_reply);
-    if (status >= firstErrorStatus)
-        return formatted(localized("The server answered with status %d."), {QString::number(status)});
-    if (m_reply->error() != QNetworkReply::NoError)
+    if (failedToConnect(*m_reply))
         return m_reply->errorString();
+    const int status = statusOf(*m_reply);
+    if (status >= firstStatusWithoutFile)
+        return formatted(localized("The server answered with status %d."), {QString::number(status)});
     if (m_received < expectedLength(*m_reply))
         return localized("The connection was lost before the whole file arrived.");
     return {};

@@ -25,8 +25,8 @@ public:
     /// The file is whole, closed and at its destination. The last call.
     virtual void downloadDidFinish();
 
-    /// Connection failed, cut short, status of 400 or above, or the file could not be written; the partial file is
-    /// gone. The last call.
+    /// Connection failed, cut short, any status but success (redirections are followed), or the file could not be
+    /// written; the partial file is gone. The last call.
     virtual void downloadDidFailWithError(const QString &localizedDescription);
 };
 
