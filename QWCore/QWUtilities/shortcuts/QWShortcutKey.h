@@ -46,7 +46,7 @@ public:
     /// Glyphs, modifiers first in a fixed order ("⇧⌘S"); "" for a clear key.
     QString displayString() const;
 
-    char16_t character() const { return m_character; }
+    char16_t character() const { return m_character; } ///< A UTF-16 code unit, see platform::KeyEvent; 0: no key.
     void setCharacter(char16_t character) { _set(character, m_modifiers); }
     quint32 modifiers() const { return m_modifiers; } ///< Event modifier bits, see platform::KeyEvent::Flag.
     void setModifiers(quint32 modifiers) { _set(m_character, modifiers); }
