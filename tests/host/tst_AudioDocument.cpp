@@ -19,6 +19,7 @@ private Q_SLOTS:
     void instrumentThatReplacesTheSoundCanBeUndone();
     void onlyWhatPlugInsMadeIsWorthSaving();
     void historyHasAnEnd();
+    void soundLeftBehindUnsavedIsKnown();
 };
 
 void tst_AudioDocument::newDocumentIsEmptyAndHasNothingToUndo()
@@ -109,6 +110,23 @@ void tst_AudioDocument::historyHasAnEnd()
     for (; document.canUndo(); ++undone)
         document.undo();
     QCOMPARE(undone, AudioDocument::longestHistory);
+}
+
+void tst_AudioDocument::soundLeftBehindUnsavedIsKnown()
+{
+    AudioDocument document;
+    document.setSource("Tone", "Built-in", sounds::clip());
+    document.addStep({"Delay", "Acme", sounds::clip()});
+    QCOMPARE(document.replacedUnsaved(), "");
+    document.setSource("Bell", "File", sounds::clip());
+    document.addStep({"Reverb", "Acme", sounds::clip()});
+    QCOMPARE(document.replacedUnsaved(), "Tone");
+    document.undo();
+    document.undo();
+    QCOMPARE(document.replacedUnsaved(), "");
+    document.setSaved();
+    document.setSource("Gong", "File", sounds::clip());
+    QCOMPARE(document.replacedUnsaved(), "");
 }
 
 QTEST_APPLESS_MAIN(tst_AudioDocument)

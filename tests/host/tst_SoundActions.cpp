@@ -36,6 +36,7 @@ private Q_SLOTS:
     void fileThatIsNoSoundIsTold();
     void resultIsSavedInTheChosenFormat();
     void closingAsksForAnUnsavedResult();
+    void closingAsksForASoundThatWasLeftBehind();
     void closingEndsWorkBeforeItSaves();
     void menuItemsFollowTheDocument();
 
@@ -201,6 +202,18 @@ void tst_SoundActions::closingAsksForAnUnsavedResult()
     QVERIFY(!m_window->close());
     QVERIFY(m_window->close());
     QCOMPARE(m_system->alerts.shown.size(), 2);
+}
+
+void tst_SoundActions::closingAsksForASoundThatWasLeftBehind()
+{
+    _open();
+    _apply(QVariant::fromValue(unit));
+    _open("other.wav");
+    m_window->show();
+    m_system->alerts.answerWith({"Cancel", "Close Anyway"});
+    QVERIFY(!m_window->close());
+    QCOMPARE(m_system->alerts.shown.back(), "What was done to “in.wav” is not saved.");
+    QVERIFY(m_window->close());
 }
 
 void tst_SoundActions::closingEndsWorkBeforeItSaves()

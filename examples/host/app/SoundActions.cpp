@@ -330,8 +330,22 @@ void SoundActions::_saveAndClose()
 
 bool SoundActions::_mayClose()
 {
-    if (!m_document.isModified() || !HostSettings::isOn(HostSettings::askKey))
+    if (!HostSettings::isOn(HostSettings::askKey))
         return true;
+    return m_document.isModified() ? _maySave() : _mayLoseReplaced();
+}
+
+/// A sound that was left behind can still be had by Undo, but no longer after the end.
+bool SoundActions::_mayLoseReplaced()
+{
+    const QString title = m_document.replacedUnsaved();
+    const QStringList buttons{localized("Cancel"), localized("Close Anyway")};
+    return title.isEmpty() || platform::runAlert({formatted(localized("What was done to “%@” is not saved."), {title}),
+                                                  localized("Cancel, then undo, to have it back."), buttons}) == 1;
+}
+
+bool SoundActions::_maySave()
+{
     const QStringList buttons{localized("Save As…"), localized("Don’t Save"), localized("Cancel")};
     const int answer = platform::runAlert({localized("Do you want to save the result before closing?"),
                                            localized("What was done to the sound is lost otherwise."), buttons});

@@ -60,6 +60,8 @@ private:
     void _fail(const QString &message, const WorkResult &result);
     void _saveAndClose();
     bool _mayClose();
+    bool _maySave();
+    bool _mayLoseReplaced();
     bool _validateHistoryItem(platform::MenuItem &item, const char *verb, const QString &change);
 
     AudioDocument &m_document;

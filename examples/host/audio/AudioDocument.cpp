@@ -79,6 +79,15 @@ bool AudioDocument::isModified() const
     return !_state().saved;
 }
 
+QString AudioDocument::replacedUnsaved() const
+{
+    for (size_t i = m_current; i > 0; --i) {
+        if (m_history[i].steps.empty() && !m_history[i - 1].saved)
+            return m_history[i - 1].title;
+    }
+    return {};
+}
+
 void AudioDocument::setSaved()
 {
     m_history[m_current].saved = true;

@@ -58,9 +58,12 @@ public:
     QString undoName() const;
     QString redoName() const;
 
-    /// True when the result was made by plug-ins and was not saved since.
+    /// True when something was done to the sound and it was not saved since.
     bool isModified() const;
     void setSaved();
+
+    /// Title of the last sound that another one took the place of before its result was saved; "" when there is none.
+    QString replacedUnsaved() const;
 
 Q_SIGNALS:
     void changed();
