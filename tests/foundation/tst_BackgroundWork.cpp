@@ -1,9 +1,11 @@
 #include <QWPlatform/foundation/BackgroundWork.h>
 
+#include <QRegularExpression>
 #include <QTest>
 #include <QThread>
 
 #include <atomic>
+#include <pthread.h>
 #include <semaphore>
 #include <stdexcept>
 
@@ -85,6 +87,23 @@ private slots:
         QTRY_COMPARE(work.running(), 0);
         QTest::ignoreMessage(QtWarningMsg, "Background work ended with an unknown exception");
         work.start([]() -> std::function<void()> { throw 7; });
+        QTRY_COMPARE(work.running(), 0);
+    }
+
+    void workForWhichThereIsNoThreadIsDropped()
+    {
+        pthread_attr_t usual;
+        pthread_attr_t unaffordable;
+        QCOMPARE(pthread_getattr_default_np(&usual), 0);
+        QCOMPARE(pthread_getattr_default_np(&unaffordable), 0);
+        QCOMPARE(pthread_attr_setstacksize(&unaffordable, std::size_t(1) << 47), 0);
+        QCOMPARE(pthread_setattr_default_np(&unaffordable), 0);
+        BackgroundWork work;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Background work cannot be started: "));
+        work.start([]() -> std::function<void()> { return {}; });
+        QCOMPARE(pthread_setattr_default_np(&usual), 0);
+        QCOMPARE(work.running(), 0);
+        work.start([]() -> std::function<void()> { return {}; });
         QTRY_COMPARE(work.running(), 0);
     }
 

@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <list>
+#include <system_error>
 #include <thread>
 
 namespace platform
@@ -54,18 +55,21 @@ void BackgroundWork::start(std::function<std::function<void()>()> work)
     State *state = m_state.get(); // outlives the threads: the destructor joins them
     state->pieces.emplace_back();
     const auto piece = std::prev(state->pieces.end());
-    piece->thread = std::thread([state, piece, work = std::move(work)] {
-        auto result = resultOf(work);
-        QMetaObject::invokeMethod(
-            &state->receiver,
-            [state, piece, result = std::move(result)] {
-                piece->thread.join();
-                state->pieces.erase(piece);
-                if (result)
-                    result();
-            },
-            Qt::QueuedConnection);
-    });
+    const auto deliver = [state, piece](const std::function<void()> &result) {
+        piece->thread.join();
+        state->pieces.erase(piece);
+        if (result)
+            result();
+    };
+    try {
+        piece->thread = std::thread([state, deliver, work = std::move(work)] {
+            QMetaObject::invokeMethod(
+                &state->receiver, [deliver, result = resultOf(work)] { deliver(result); }, Qt::QueuedConnection);
+        });
+    } catch (const std::system_error &error) {
+        qWarning("Background work cannot be started: %s", error.what());
+        state->pieces.erase(piece);
+    }
 }
 
 int BackgroundWork::running() const
