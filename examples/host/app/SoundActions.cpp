@@ -1,11 +1,10 @@
 #include "SoundActions.h"
 
-#include "../audio/PluginRenderer.h"
-#include "../audio/TestTone.h"
 #include "../views/TransportLine.h"
 #include "../views/Viewport.h"
 #include "HostSettings.h"
 #include "MainWindow.h"
+#include "SoundTasks.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
@@ -18,8 +17,7 @@
 #include <QFileInfo>
 #include <QUrl>
 
-#include <algorithm>
-#include <cmath>
+#include <cstdlib>
 
 namespace demo
 {
@@ -31,44 +29,8 @@ using platform::MenuItem;
 namespace
 {
 constexpr auto saveFormatKey = "Save Format";
-constexpr double instrumentRate = 48000;
 const QStringList readableTypes{"wav",  "aif", "aiff", "aifc", "flac", "ogg", "oga",
                                 "opus", "mp3", "caf",  "au",   "snd",  "w64", "rf64"};
-
-WorkResult resultOf(std::optional<Sound> sound, const QString &error, const QString &vendor = {})
-{
-    WorkResult result;
-    result.vendor = vendor;
-    result.error = error;
-    if (sound)
-        result.clip = std::make_shared<const Clip>(std::move(*sound));
-    return result;
-}
-
-WorkResult readFile(const QString &path, WorkProgress &progress)
-{
-    QString error;
-    auto sound = SoundFile::read(path, progress, &error);
-    return resultOf(std::move(sound), error);
-}
-
-WorkResult render(const PluginRenderer::Opener &opener, const ClipPointer &source, WorkProgress &progress)
-{
-    QString error;
-    PluginRenderer renderer(opener, progress);
-    auto sound = source ? renderer.apply(source->sound, &error) : renderer.play(instrumentRate, &error);
-    return resultOf(std::move(sound), error, renderer.vendor());
-}
-
-/// All of it where nothing is selected.
-FrameRange partOf(const Sound &sound, const TimeRange &selection)
-{
-    const auto frameAt = [&](double seconds) {
-        return std::clamp(static_cast<qint64>(std::llround(seconds * sound.sampleRate)), qint64(0), sound.frames());
-    };
-    return selection.isEmpty() ? FrameRange{0, sound.frames()}
-                               : FrameRange{frameAt(selection.begin), frameAt(selection.end)};
-}
 
 bool isClipping(SoundFile::Format format, const Clip &clip)
 {
@@ -116,7 +78,7 @@ void SoundActions::openFile(const QString &path)
     const QString name = QFileInfo(path).fileName();
     _start(
         formatted(localized("Opening %@…"), {name}),
-        [path](WorkProgress &progress) { return readFile(path, progress); },
+        [path](WorkProgress &progress) { return SoundTasks::readFile(path, progress); },
         [this, path, name](const WorkResult &result) {
             if (!result.clip)
                 return _fail(formatted(localized("“%@” could not be opened."), {name}), result);
@@ -140,7 +102,7 @@ void SoundActions::openDocument(QObject *)
 void SoundActions::openTestTone(QObject *)
 {
     _start(
-        localized("Making the test tone…"), [](WorkProgress &) { return resultOf(makeTestTone(), {}); },
+        localized("Making the test tone…"), [](WorkProgress &) { return SoundTasks::makeTone(); },
         [this](const WorkResult &result) { _takeSource(localized("Test Tone"), localized("Built-in"), result); });
 }
 
@@ -154,7 +116,7 @@ void SoundActions::applyEffect(QObject *sender)
     if (!m_document.isEmpty())
         return _applyEffect(*choice);
     _start(
-        localized("Making the test tone…"), [](WorkProgress &) { return resultOf(makeTestTone(), {}); },
+        localized("Making the test tone…"), [](WorkProgress &) { return SoundTasks::makeTone(); },
         [this, choice = *choice](const WorkResult &result) {
             _takeSource(localized("Test Tone"), localized("Built-in"), result);
             _applyEffect(choice);
@@ -166,7 +128,7 @@ void SoundActions::_applyEffect(const PlugInChoice &choice)
     _start(
         formatted(localized("Applying %@…"), {choice.name}),
         [open = choice.open, source = m_document.result()](WorkProgress &progress) {
-            return render(open, source, progress);
+            return SoundTasks::render(open, source, progress);
         },
         [this, name = choice.name](const WorkResult &result) {
             if (result.clip)
@@ -209,13 +171,13 @@ void SoundActions::_edit(const QString &title, Edit edit)
 {
     if (m_document.isEmpty())
         return;
-    const FrameRange part = partOf(m_document.result()->sound, m_window.viewport().selection());
+    const FrameRange part = SoundTasks::partOf(m_document.result()->sound, m_window.viewport().selection());
     _start(
         formatted(localized("%@…"), {title}),
         [edit = std::move(edit), part, source = m_document.result()](WorkProgress &) {
             Sound sound = source->sound;
             edit(sound, part);
-            return resultOf(sound.isEmpty() ? std::nullopt : std::optional(std::move(sound)), {});
+            return SoundTasks::resultOf(sound.isEmpty() ? std::nullopt : std::optional(std::move(sound)), {});
         },
         [this, title](const WorkResult &result) { _takeEdited(title, result); });
 }
@@ -241,7 +203,7 @@ void SoundActions::playInstrument(QObject *sender)
         return;
     _start(
         formatted(localized("Playing %@…"), {choice->name}),
-        [open = choice->open](WorkProgress &progress) { return render(open, nullptr, progress); },
+        [open = choice->open](WorkProgress &progress) { return SoundTasks::render(open, nullptr, progress); },
         [this, name = choice->name](const WorkResult &result) {
             if (result.clip)
                 _takeSource(name, result.vendor.isEmpty() ? localized("Instrument") : result.vendor, result);
