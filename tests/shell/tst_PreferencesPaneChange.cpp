@@ -10,6 +10,7 @@ private Q_SLOTS:
     void hooksComeInOrder();
     void currentPaneIsNotChangedAgain();
     void otherSendersChangeNothing();
+    void keyboardGoesOnInTheNewPane();
     void contentTakesTheSizeOfThePane();
     void visiblePanelKeepsItsTopEdge();
     void hiddenPanelKeepsItsBottomLeftCorner();
@@ -55,6 +56,26 @@ void tst_PreferencesPaneChange::otherSendersChangeNothing()
     host.controller().changePane(&unknown);
     QVERIFY(host.noted().isEmpty());
     QCOMPARE(host.current(), "general");
+}
+
+void tst_PreferencesPaneChange::keyboardGoesOnInTheNewPane()
+{
+    const PreferencesFixture host;
+    QWPreferencesPanel::open();
+    QVERIFY(QTest::qWaitForWindowActive(&host.panel()));
+    auto *const box = new QLineEdit(host.controller().paneForIdentifier("files"));
+    auto *const field = host.panel().findChild<QLineEdit *>("nameField");
+    field->setFocus();
+    host.choose("files");
+    QCOMPARE(QApplication::focusWidget(), host.controller().currentPane()); // and on none of the toolbar's buttons
+    QTest::keyClick(host.panel().windowHandle(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), box);
+
+    QWidget *const button = host.toolbar().widgetForAction(host.toolbar().itemWithIdentifier("general"));
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Space);
+    QCOMPARE(host.current(), "general");
+    QCOMPARE(QApplication::focusWidget(), button); // whoever goes through the toolbar goes on there
 }
 
 void tst_PreferencesPaneChange::contentTakesTheSizeOfThePane()

@@ -4,6 +4,7 @@
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/Toolbar.h>
 #include <QWPlatform/appkit/ToolbarItem.h>
+#include <QWPlatform/appkit/WidgetTree.h>
 #include <QWPlatform/appkit/WindowFrame.h>
 #include <QWPlatform/foundation/Bundle.h>
 
@@ -195,10 +196,13 @@ void QWPreferencesPanel::changePane(QObject *toolbarItem)
     m_currentPane = pane;
 }
 
-/// The old pane goes back to where it came from. The new one is whole at once; the panel opens over it.
+/// The old pane goes back to where it came from. The new one is whole at once; the panel opens over it. Keys that went
+/// into the old one go into the new one; Qt would give them to the toolbar.
 void QWPreferencesPanel::_swapPane(QWPreferencesPane &pane)
 {
+    bool hadKeyboard = false;
     if (auto *const first = m_contentView->findChild<QWidget *>({}, Qt::FindDirectChildrenOnly)) {
+        hadKeyboard = platform::isWithin(m_panel->focusWidget(), *first);
         first->hide();
         first->setParent(m_nib.get());
     }
@@ -207,6 +211,8 @@ void QWPreferencesPanel::_swapPane(QWPreferencesPane &pane)
     pane.setParent(m_contentView);
     pane.setGeometry(QRect({}, content));
     pane.show();
+    if (hadKeyboard)
+        pane.setFocus();
 }
 
 void QWPreferencesPanel::_fitPanel(const QSize &content)
