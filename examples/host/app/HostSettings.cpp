@@ -36,6 +36,7 @@ void registerDefaults()
     defaults().registerDefaults(usual());
 }
 
+// Asks for the usual value itself: views that are used alone, as in a test, have registered nothing.
 bool isOn(const char *key)
 {
     return defaults().object(key).isValid() ? defaults().boolean(key) : usual().value(key).toBool();
