@@ -59,6 +59,26 @@ void append(Sound &sound, const std::vector<float> &interleaved, sf_count_t fram
     }
 }
 
+/// What the header says of the length is only good for the progress bar: the file may be cut short.
+bool readFrames(SNDFILE *file, sf_count_t expected, Sound &sound, WorkProgress &progress, QString *error)
+{
+    const int channels = sound.channelCount();
+    std::vector<float> block(static_cast<size_t>(blockFrames * channels));
+    while (const sf_count_t frames = std::max<sf_count_t>(sf_readf_float(file, block.data(), blockFrames), 0)) {
+        if (progress.isCancelled())
+            return false;
+        append(sound, block, frames);
+        const double part =
+            static_cast<double>(sound.frames()) / static_cast<double>(std::max<sf_count_t>(expected, 1));
+        progress.setFraction(std::min(1.0, part));
+        if (sound.frames() * channels > maximumSamples) {
+            *error = QStringLiteral("The sound is longer than this application can hold in memory.");
+            return false;
+        }
+    }
+    return true;
+}
+
 int sndfileFormat(Format format)
 {
     switch (format) {
@@ -129,19 +149,8 @@ std::optional<Sound> read(const QString &path, WorkProgress &progress, QString *
     Sound sound;
     sound.sampleRate = info.samplerate;
     sound.channels.resize(static_cast<size_t>(info.channels));
-    std::vector<float> block(static_cast<size_t>(blockFrames * info.channels));
-    // What the header says of the length is only good for the progress bar: the file may be cut short.
-    while (const sf_count_t frames = std::max<sf_count_t>(sf_readf_float(file.get(), block.data(), blockFrames), 0)) {
-        if (progress.isCancelled())
-            return std::nullopt;
-        append(sound, block, frames);
-        progress.setFraction(std::min(1.0, static_cast<double>(sound.frames()) /
-                                               static_cast<double>(std::max<sf_count_t>(info.frames, 1))));
-        if (sound.frames() * info.channels > maximumSamples) {
-            *error = QStringLiteral("The sound is longer than this application can hold in memory.");
-            return std::nullopt;
-        }
-    }
+    if (!readFrames(file.get(), info.frames, sound, progress, error))
+        return std::nullopt;
     if (sound.isEmpty()) {
         *error = QStringLiteral("The file holds no sound.");
         return std::nullopt;

@@ -66,9 +66,13 @@ void ChainChip::paintEvent(QPaintEvent *)
     painter.fillPath(outline, fill);
     painter.setPen(QPen(edge, hasFocus() ? 2 : 1.25));
     painter.drawPath(outline);
-
     painter.drawPixmap(QPointF(margin, (chipHeight - iconExtent) / 2.0),
                        linePicture(m_iconName, isChecked() ? accent : ink, iconExtent, devicePixelRatioF()));
+    _paintWords(painter, ink);
+}
+
+void ChainChip::_paintWords(QPainter &painter, const QColor &ink) const
+{
     const QRect words = rect().adjusted(margin + iconExtent + gap, 6, -margin, -6);
     QFont bold = font();
     bold.setWeight(QFont::DemiBold);

@@ -21,6 +21,7 @@ protected:
 
 private:
     QFont _noteFont() const;
+    void _paintWords(QPainter &painter, const QColor &ink) const;
 
     QString m_iconName;
     QString m_note;
