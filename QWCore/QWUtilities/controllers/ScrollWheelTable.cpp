@@ -3,6 +3,7 @@
 #include "ScrollWheelCells.h"
 #include "ScrollWheelModel.h"
 
+#include <QWPlatform/appkit/AccessibleCell.h>
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/foundation/Localization.h>
 
@@ -84,6 +85,19 @@ void ScrollWheelTable::_fitColumns()
         header.setSectionResizeMode(column, stretches ? QHeaderView::Stretch : QHeaderView::Fixed);
         header.resizeSection(column, std::max(width, boxWidth));
     }
+}
+
+void ScrollWheelTable::dataChanged(const QModelIndex &first, const QModelIndex &last, const QList<int> &roles)
+{
+    QTableView::dataChanged(first, last, roles);
+    if (first == last)
+        platform::tellOfCell(*this, first, QAccessible::NameChanged);
+}
+
+void ScrollWheelTable::focusInEvent(QFocusEvent *event)
+{
+    QTableView::focusInEvent(event);
+    platform::tellOfFocusedCell(*this);
 }
 
 void ScrollWheelTable::changeEvent(QEvent *event)

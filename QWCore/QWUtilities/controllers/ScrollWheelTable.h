@@ -23,7 +23,10 @@ public:
     int selectedRow() const;
     int numberOfSelectedRows() const;
 
+    void dataChanged(const QModelIndex &first, const QModelIndex &last, const QList<int> &roles = {}) override;
+
 protected:
+    void focusInEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
 

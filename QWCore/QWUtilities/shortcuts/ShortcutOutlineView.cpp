@@ -3,12 +3,13 @@
 #include "KeycapDelegate.h"
 #include "ShortcutOutlineModel.h"
 
+#include <QWPlatform/appkit/AccessibleCell.h>
+
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QTimer>
 
 #include <array>
 
@@ -94,7 +95,7 @@ void ShortcutOutlineView::selectFirst()
 
 void ShortcutOutlineView::tellName(const QModelIndex &index)
 {
-    _tell(index, QAccessible::NameChanged);
+    platform::tellOfCell(*this, index.siblingAtColumn(Column::Name), QAccessible::NameChanged);
 }
 
 ShortcutOutlineView::State ShortcutOutlineView::state() const
@@ -127,14 +128,10 @@ QModelIndex ShortcutOutlineView::moveCursor(CursorAction action, Qt::KeyboardMod
     return QTreeView::moveCursor(action, modifiers).siblingAtColumn(Column::Name);
 }
 
-/// That the outline has the focus is told by Qt, after this; where in it, is not.
 void ShortcutOutlineView::focusInEvent(QFocusEvent *event)
 {
     QTreeView::focusInEvent(event);
-    QTimer::singleShot(0, this, [this] {
-        if (hasFocus())
-            _tell(currentIndex(), QAccessible::Focus);
-    });
+    platform::tellOfFocusedCell(*this);
 }
 
 void ShortcutOutlineView::keyPressEvent(QKeyEvent *event)
@@ -177,20 +174,6 @@ void ShortcutOutlineView::paintEvent(QPaintEvent *event)
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect().adjusted(2 * gap, 0, -2 * gap, 0), Qt::AlignCenter | Qt::TextWordWrap,
                      m_emptyText);
-}
-
-/// The cell that a screen reader stands on says the whole row.
-void ShortcutOutlineView::_tell(const QModelIndex &index, QAccessible::Event what)
-{
-    if (!QAccessible::isActive() || !index.isValid())
-        return;
-    const QRect row = visualRect(index.siblingAtColumn(Column::Name));
-    const QPoint place = viewport()->mapToGlobal(row.center());
-    QAccessibleInterface *const outline = QAccessible::queryAccessibleInterface(this);
-    if (QAccessibleInterface *const cell = outline ? outline->childAt(place.x(), place.y()) : nullptr) {
-        QAccessibleEvent event(cell, what);
-        QAccessible::updateAccessibility(&event);
-    }
 }
 
 void ShortcutOutlineView::_arrangeColumns()

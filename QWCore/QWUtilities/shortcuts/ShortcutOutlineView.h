@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAccessible>
 #include <QTreeView>
 
 namespace qw
@@ -53,7 +52,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void _tell(const QModelIndex &index, QAccessible::Event what);
     void _arrangeColumns();
     QModelIndex _indexNamed(const QStringList &names) const;
 
