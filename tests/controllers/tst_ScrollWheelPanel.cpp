@@ -52,7 +52,8 @@ private Q_SLOTS:
     void doubleClickTogglesTwice();
     void clickOpensAPopUp();
     void keysReachEveryCell();
-    void tabLeavesTheTable();
+    void tabGoesThroughARowAndOn();
+    void emptyTableIsPassedByTab();
     void incompleteInterfaceKeepsTheBindings_data();
     void incompleteInterfaceKeepsTheBindings();
 };
@@ -206,16 +207,40 @@ void tst_ScrollWheelPanel::keysReachEveryCell()
     QCOMPARE(host.cell("axis"), 0);
 }
 
-void tst_ScrollWheelPanel::tabLeavesTheTable()
+/// Where arrows to the sides are shortcuts, nothing else reaches every cell.
+void tst_ScrollWheelPanel::tabGoesThroughARowAndOn()
 {
     const ScrollWheelFixture host;
-    host.open({host.record(true, 0, "zoom:")});
+    host.open({host.record(true, 0, "zoom:"), host.record(true, 0, "zoom:")});
     QVERIFY(QTest::qWaitForWindowActive(manager().panel()));
     table().setFocus();
+    table().setCurrentIndex(table().model()->index(1, 0));
+    for (int column = 0; column < 8; ++column) {
+        QCOMPARE(table().currentIndex(), table().model()->index(1, column));
+        QTest::keyClick(&table(), Qt::Key_Tab);
+    }
+    QCOMPARE(QApplication::focusWidget()->objectName(), "addActionButton");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+    for (int column = 7; column >= 0; --column) {
+        QCOMPARE(table().currentIndex(), table().model()->index(1, column));
+        QTest::keyClick(&table(), Qt::Key_Backtab, Qt::ShiftModifier);
+    }
+    QVERIFY(!table().hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QVERIFY(table().hasFocus());
+    QCOMPARE(table().currentIndex(), table().model()->index(1, 0));
+}
+
+void tst_ScrollWheelPanel::emptyTableIsPassedByTab()
+{
+    const ScrollWheelFixture host;
+    host.open({});
+    QVERIFY(QTest::qWaitForWindowActive(manager().panel()));
+    table().setFocus(Qt::TabFocusReason);
     QTest::keyClick(&table(), Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget()->objectName(), "addActionButton");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QCOMPARE(table().model()->rowCount(), 2);
+    QCOMPARE(table().model()->rowCount(), 1);
 }
 
 void tst_ScrollWheelPanel::incompleteInterfaceKeepsTheBindings_data()

@@ -7,7 +7,7 @@
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/foundation/Localization.h>
 
-#include <QEvent>
+#include <QFocusEvent>
 #include <QHeaderView>
 #include <QMenu>
 #include <QPainter>
@@ -97,7 +97,23 @@ void ScrollWheelTable::dataChanged(const QModelIndex &first, const QModelIndex &
 void ScrollWheelTable::focusInEvent(QFocusEvent *event)
 {
     QTableView::focusInEvent(event);
+    const bool comesBackwards = event->reason() == Qt::BacktabFocusReason;
+    if (comesBackwards || event->reason() == Qt::TabFocusReason)
+        selectionModel()->setCurrentIndex(
+            currentIndex().siblingAtColumn(comesBackwards ? model()->columnCount() - 1 : 0),
+            QItemSelectionModel::NoUpdate);
     platform::tellOfFocusedCell(*this);
+}
+
+/// Arrows to the sides may be shortcuts of the host.
+bool ScrollWheelTable::focusNextPrevChild(bool next)
+{
+    const QModelIndex current = currentIndex();
+    const QModelIndex cell = current.siblingAtColumn(current.column() + (next ? 1 : -1));
+    if (!cell.isValid())
+        return QTableView::focusNextPrevChild(next);
+    setCurrentIndex(cell);
+    return true;
 }
 
 void ScrollWheelTable::changeEvent(QEvent *event)

@@ -8,7 +8,7 @@ namespace qw
 class ScrollWheelModel;
 
 /// The table of scroll wheel bindings: columns as narrow as their headers, the action's taking what is left. The arrow
-/// keys go from cell to cell, Tab leaves it.
+/// keys go from cell to cell, Tab goes through a row and leaves the table at its end.
 class ScrollWheelTable : public QTableView
 {
     Q_OBJECT
@@ -27,6 +27,7 @@ public:
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
 
