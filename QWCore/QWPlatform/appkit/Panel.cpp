@@ -22,7 +22,7 @@ QAccessibleInterface *accessiblePanel(const QString &className, QObject *object)
 Panel::Panel(QWidget *parent)
     : QWidget(parent, Qt::Window)
 {
-    [[maybe_unused]] static const bool told = (QAccessible::installFactory(&accessiblePanel), true);
+    QAccessible::installFactory(&accessiblePanel); // counts once, and until the application object goes
 }
 
 Panel::~Panel() = default;
