@@ -1,6 +1,6 @@
 # BUILD_DIR, SOURCE_DIR, CXX and FLAGS come from the test. Any failure ends it.
 function(run)
-    cmake_parse_arguments(arg "" "OUTPUT" "COMMAND" ${ARGN})
+    cmake_parse_arguments(arg "" "OUTPUT;ERRORS" "COMMAND" ${ARGN})
     execute_process(COMMAND ${arg_COMMAND} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors
         OUTPUT_STRIP_TRAILING_WHITESPACE)
     if(NOT status EQUAL 0)
@@ -9,6 +9,9 @@ function(run)
     endif()
     if(arg_OUTPUT)
         set(${arg_OUTPUT} "${output}" PARENT_SCOPE)
+    endif()
+    if(arg_ERRORS)
+        set(${arg_ERRORS} "${errors}" PARENT_SCOPE)
     endif()
 endfunction()
 
@@ -38,14 +41,17 @@ expect("menu of a machine without plug-ins" "${menu}" "No plug-ins found")
 run(COMMAND ${work}/build/symbolless OUTPUT mapped)
 expect("frameworks of a host that uses no symbol" "${mapped}" "libQWUtilities.so.A\nlibQWBase.so.A\nlibQWPlatform.so.A")
 
-# The host of the guide: launches, opens two windows, quits. A missing outlet or resource would stand in its log.
+# The host of the guide: launches, opens two windows, quits. An exception would stand in its log; of an interface file
+# that lacks something it tells on standard error.
 run(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/examples/guide -B ${work}/guide -G Ninja
     -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug)
 run(COMMAND ${CMAKE_COMMAND} --build ${work}/guide)
 set(ENV{LV2_PATH} ${work}/none)
 file(WRITE ${work}/home/Library/Preferences/com.example.myhost.plist # this machine's own devices are left alone
     "<plist version=\"1.0\"><dict><key>Use Controllers</key><false/></dict></plist>")
-run(COMMAND ${work}/guide/MyHost.app/Contents/MacOS/MyHost myhost://preferences myhost://about myhost://quit)
+run(COMMAND ${work}/guide/MyHost.app/Contents/MacOS/MyHost myhost://preferences myhost://about myhost://quit ERRORS told)
+string(REGEX MATCHALL "Interface file [^\n]*" lacking "${told}")
+expect("interface files of the guide's host" "${lacking}" "")
 if(EXISTS "${work}/home/Library/Logs/Quorwell/My Host.log")
     file(READ "${work}/home/Library/Logs/Quorwell/My Host.log" log)
 endif()
