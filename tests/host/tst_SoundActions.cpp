@@ -6,12 +6,14 @@
 #include <audio/WorkProgress.h>
 #include <fakes/FakeSystem.h>
 #include <fakes/QWTestMain.h>
+#include <foundation/NoThreads.h>
 
 #include <QWBase/QWComponentDescription.h>
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
+#include <QRegularExpression>
 #include <QTest>
 
 using platform::System;
@@ -34,6 +36,7 @@ private Q_SLOTS:
     void itemWithoutAPlugInDoesNothing();
     void instrumentReplacesTheSound();
     void fileThatIsNoSoundIsTold();
+    void workForWhichThereIsNoThreadIsTold();
     void resultIsSavedInTheChosenFormat();
     void closingAsksForAnUnsavedResult();
     void closingAsksForASoundThatWasLeftBehind();
@@ -170,6 +173,19 @@ void tst_SoundActions::fileThatIsNoSoundIsTold()
     _waitForWork();
     QCOMPARE(m_system->alerts.shown, QStringList{"“words.wav” could not be opened."});
     QVERIFY(m_document->isEmpty());
+}
+
+void tst_SoundActions::workForWhichThereIsNoThreadIsTold()
+{
+    {
+        const NoThreads poverty;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Background work cannot be started: "));
+        m_actions->openFile("in.wav");
+    }
+    _waitForWork();
+    QCOMPARE(m_system->alerts.shown, QStringList("“in.wav” could not be opened."));
+    QCOMPARE(m_system->alerts.alerts[0].informativeText, "There is no room for more work.");
+    _open(); // the next one may have a thread
 }
 
 void tst_SoundActions::resultIsSavedInTheChosenFormat()

@@ -50,7 +50,7 @@ BackgroundWork::~BackgroundWork()
             piece.thread.join();
 }
 
-void BackgroundWork::start(std::function<std::function<void()>()> work)
+bool BackgroundWork::start(std::function<std::function<void()>()> work)
 {
     State *state = m_state.get(); // outlives the threads: the destructor joins them
     state->pieces.emplace_back();
@@ -69,7 +69,9 @@ void BackgroundWork::start(std::function<std::function<void()>()> work)
     } catch (const std::system_error &error) {
         qWarning("Background work cannot be started: %s", error.what());
         state->pieces.erase(piece);
+        return false;
     }
+    return true;
 }
 
 int BackgroundWork::running() const

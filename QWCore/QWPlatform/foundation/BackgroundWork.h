@@ -18,9 +18,9 @@ public:
     ~BackgroundWork();
 
     /// Main thread. Runs @p work on a thread of its own, which returns what is then run on the main thread (an empty
-    /// function: nothing). @p work must not touch System::current(); an exception that leaves it is logged. Without a
-    /// thread to be had it is dropped, which is logged, too.
-    void start(std::function<std::function<void()>()> work);
+    /// function: nothing). @p work must not touch System::current(); an exception that leaves it is logged.
+    /// False, and logged, when there is no thread to be had: @p work is then dropped.
+    bool start(std::function<std::function<void()>()> work);
 
     /// Number of pieces whose thread has not ended or whose result was not delivered. Main thread.
     int running() const;

@@ -48,14 +48,20 @@ void SoundWork::start(Work work, Done done)
     m_progress = std::make_shared<WorkProgress>();
     m_poll.start();
     Q_EMIT started();
-    platform::System::current().backgroundWork().start(
-        [work = std::move(work), done = std::move(done), progress = m_progress, self = QPointer(this)] {
-            const WorkResult result = guarded(work, *progress);
-            return [=] {
-                if (self)
-                    self->_finish(result, done);
-            };
+    const auto deliver = [self = QPointer(this), done = std::move(done)](const WorkResult &result) {
+        if (self)
+            self->_finish(result, done);
+    };
+    const bool runs =
+        platform::System::current().backgroundWork().start([work = std::move(work), deliver, progress = m_progress] {
+            return [deliver, result = guarded(work, *progress)] { deliver(result); };
         });
+    if (runs)
+        return;
+    WorkResult refusal;
+    refusal.error = QStringLiteral("There is no room for more work.");
+    QMetaObject::invokeMethod(
+        this, [deliver, refusal] { deliver(refusal); }, Qt::QueuedConnection);
 }
 
 void SoundWork::_finish(const WorkResult &result, const Done &done)
