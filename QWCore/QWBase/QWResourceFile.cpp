@@ -51,7 +51,7 @@ std::optional<QWResourceFile> QWResourceFile::initWithPath(const QString &path, 
     const QString real = platform::System::current().locations().mapped(path);
     const auto data = platform::readRegularFile(QFile::encodeName(real));
     if (!data)
-        return fail(error, path, platform::localized(QStringLiteral("It cannot be read.")));
+        return fail(error, path, platform::localized("It cannot be read."));
     QString reason;
     auto fork = platform::ResourceFork::fromData(*data, &reason);
     return fork ? std::optional(QWResourceFile(std::move(*fork))) : fail(error, path, reason);

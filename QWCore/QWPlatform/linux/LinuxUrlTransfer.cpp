@@ -65,7 +65,7 @@ void LinuxUrlTransfer::_metaDataChanged()
         return;
     m_idle.start(m_inactivity);
     const int status = statusOf(*m_reply);
-    if (status >= 200 && status < 300)
+    if (status >= 200 && status < firstStatusWithoutFile)
         _respond();
 }
 
