@@ -37,6 +37,7 @@ private Q_SLOTS:
     void instrumentReplacesTheSound();
     void fileThatIsNoSoundIsTold();
     void workForWhichThereIsNoThreadIsTold();
+    void testToneThatCannotBeMadeIsTold();
     void resultIsSavedInTheChosenFormat();
     void closingAsksForAnUnsavedResult();
     void closingAsksForASoundThatWasLeftBehind();
@@ -188,6 +189,23 @@ void tst_SoundActions::workForWhichThereIsNoThreadIsTold()
     _open(); // the next one may have a thread
 }
 
+/// And nothing is applied to it.
+void tst_SoundActions::testToneThatCannotBeMadeIsTold()
+{
+    {
+        const NoThreads poverty;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Background work cannot be started: "));
+        platform::MenuItem item("Echo");
+        item.setRepresentedObject(QVariant::fromValue(unit));
+        m_actions->applyEffect(&item);
+    }
+    _waitForWork();
+    QCOMPARE(m_system->alerts.shown, QStringList("The test tone could not be made."));
+    QVERIFY(m_document->isEmpty());
+    QVERIFY(!m_document->canUndo());
+    QCOMPARE(m_report.opened, 0);
+}
+
 void tst_SoundActions::resultIsSavedInTheChosenFormat()
 {
     _open();
@@ -238,8 +256,9 @@ void tst_SoundActions::closingEndsWorkBeforeItSaves()
     _apply(QVariant::fromValue(unit));
     m_window->show();
     m_actions->openTestTone(nullptr);
-    m_system->alerts.answerWith({"Save As…"});
+    m_system->alerts.answerWith({"Save As…", "Save As…"});
     QVERIFY(!m_window->close());
+    QVERIFY(!m_window->close()); // again, since it takes its time
     QTRY_COMPARE_WITH_TIMEOUT(m_system->filePanels.saves.size(), 1, patience);
     m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
     QTRY_VERIFY_WITH_TIMEOUT(!m_window->isVisible(), patience);

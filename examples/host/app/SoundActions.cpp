@@ -99,11 +99,21 @@ void SoundActions::openDocument(QObject *)
     });
 }
 
-void SoundActions::openTestTone(QObject *)
+void SoundActions::_makeTestTone(const std::function<void()> &whenMade)
 {
     _start(
         localized("Making the test tone…"), [](WorkProgress &) { return SoundTasks::makeTone(); },
-        [this](const WorkResult &result) { _takeSource(localized("Test Tone"), localized("Built-in"), result); });
+        [this, whenMade](const WorkResult &result) {
+            if (!result.clip)
+                return _fail(localized("The test tone could not be made."), result);
+            _takeSource(localized("Test Tone"), localized("Built-in"), result);
+            whenMade();
+        });
+}
+
+void SoundActions::openTestTone(QObject *)
+{
+    _makeTestTone([] {});
 }
 
 void SoundActions::applyEffect(QObject *sender)
@@ -115,12 +125,7 @@ void SoundActions::applyEffect(QObject *sender)
     m_lastEffect = choice;
     if (!m_document.isEmpty())
         return _applyEffect(*choice);
-    _start(
-        localized("Making the test tone…"), [](WorkProgress &) { return SoundTasks::makeTone(); },
-        [this, choice = *choice](const WorkResult &result) {
-            _takeSource(localized("Test Tone"), localized("Built-in"), result);
-            _applyEffect(choice);
-        });
+    _makeTestTone([this, choice = *choice] { _applyEffect(choice); });
 }
 
 void SoundActions::_applyEffect(const PlugInChoice &choice)
@@ -283,7 +288,8 @@ void SoundActions::redoChange(QObject *)
 void SoundActions::_saveAndClose()
 {
     if (m_work.isRunning()) {
-        connect(&m_work, &SoundWork::ended, this, &SoundActions::_saveAndClose, Qt::SingleShotConnection);
+        const auto once = static_cast<Qt::ConnectionType>(Qt::SingleShotConnection | Qt::UniqueConnection);
+        connect(&m_work, &SoundWork::ended, this, &SoundActions::_saveAndClose, once); // however often it is asked for
         return m_work.cancel();
     }
     m_closeWhenSaved = true;

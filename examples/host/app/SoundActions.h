@@ -52,6 +52,7 @@ private:
 
     void _start(const QString &status, SoundWork::Work work, SoundWork::Done done);
     void _takeSource(const QString &title, const QString &origin, const WorkResult &result);
+    void _makeTestTone(const std::function<void()> &whenMade);
     void _applyEffect(const PlugInChoice &choice);
     void _edit(const QString &title, Edit edit);
     void _takeEdited(const QString &title, const WorkResult &result);
