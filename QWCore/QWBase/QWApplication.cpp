@@ -87,6 +87,7 @@ QWApplication::QWApplication(int &argc, char **argv)
     : QApplication(prepared(argc), argv)
 {
     theApplication = this;
+    setApplicationName(QWApplication::name()); // what screen readers say, and the title of alerts
     setQuitOnLastWindowClosed(false);
     platform::applyTheme(*this, platform::ThemeChoice::System);
     for (const QWApplicationCategory &category : registeredCategories()) {

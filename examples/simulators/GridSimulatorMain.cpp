@@ -1,3 +1,4 @@
+#include "EndWithParent.h"
 #include "GridScript.h"
 #include "GridSimulator.h"
 #include "GridWindow.h"
@@ -13,20 +14,10 @@
 #include <algorithm>
 #include <csignal>
 #include <cstring>
-#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace
 {
-/// Ends with its parent, so that a script which dies leaves no grid behind.
-void endWithParent()
-{
-    const pid_t parent = ::getppid();
-    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-    if (::getppid() != parent)
-        ::raise(SIGTERM); // it went in between
-}
-
 /// The application object needs to know before it reads its arguments.
 void useNoDisplayWhenHeadless(int argc, char **argv)
 {

@@ -1,24 +1,9 @@
+#include "EndWithParent.h"
 #include "SupportSite.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QTextStream>
-
-#include <csignal>
-#include <sys/prctl.h>
-#include <unistd.h>
-
-namespace
-{
-/// Ends with its parent, so that a script which dies leaves no server behind.
-void endWithParent()
-{
-    const pid_t parent = ::getppid();
-    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-    if (::getppid() != parent)
-        ::raise(SIGTERM); // it went in between
-}
-} // namespace
 
 int main(int argc, char **argv)
 {

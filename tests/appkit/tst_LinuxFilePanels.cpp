@@ -30,6 +30,7 @@ private Q_SLOTS:
     void unusableRememberedFolderIsTheHome_data();
     void unusableRememberedFolderIsTheHome();
     void openPanelGivesPaths();
+    void fileTypesHaveATitle();
     void folderCanBeChosen();
     void panelGoesWithItsWindow();
 
@@ -185,6 +186,18 @@ void tst_LinuxFilePanels::openPanelGivesPaths()
     QTest::keyClick(_panel()->findChild<QLineEdit *>(), Qt::Key_Return);
     QCOMPARE(code, FilePanels::OK);
     QCOMPARE(chosen, QStringList{m_system->real("~/tone.wav")});
+}
+
+void tst_LinuxFilePanels::fileTypesHaveATitle()
+{
+    platform::OpenPanelRequest request{m_window.get(), "Open", {"wav", "aiff"}};
+    m_panels.beginOpenPanel(request, [](int, const QStringList &) {});
+    QCOMPARE(_panel()->nameFilters(), QStringList("*.wav *.aiff"));
+    delete _panel();
+    request.fileTypesTitle = "Sound files";
+    m_panels.beginOpenPanel(request, [](int, const QStringList &) {});
+    QCOMPARE(_panel()->nameFilters(), QStringList("Sound files (*.wav *.aiff)"));
+    QVERIFY(_panel()->testOption(QFileDialog::HideNameFilterDetails));
 }
 
 void tst_LinuxFilePanels::folderCanBeChosen()

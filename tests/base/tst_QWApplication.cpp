@@ -179,6 +179,7 @@ void tst_QWApplication::identityComesFromTheInfoPlist()
     HostMachine machine(info);
     RecordingHost host(machine.argc, machine.argv.data());
     QTEST(host.name(), "name");
+    QTEST(QCoreApplication::applicationName(), "name");
     QTEST(host.majorVersion(), "major");
     QTEST(host.isBetaVersion(), "beta");
     QCOMPARE(host.code(), QString("TH"));

@@ -91,8 +91,7 @@ private slots:
         QTest::newRow("false") << QVariant(false) << false << 0LL << 0.0 << "0";
         QTest::newRow("integer") << QVariant(-7LL) << true << -7LL << -7.0 << "-7";
         QTest::newRow("real") << QVariant(-2.75) << true << -2LL << -2.75 << "-2.75";
-        QTest::newRow("huge real") << QVariant(1e30) << true << std::numeric_limits<qlonglong>::max() << 1e30
-                                   << "1e+30";
+        QTest::newRow("huge real") << QVariant(1e30) << true << 0LL << 1e30 << "1e+30";
         QTest::newRow("YES") << QVariant("YES") << true << 0LL << 0.0 << "YES";
         QTest::newRow("NO") << QVariant("NO") << false << 0LL << 0.0 << "NO";
         QTest::newRow("number in text") << QVariant("12") << true << 12LL << 12.0 << "12";

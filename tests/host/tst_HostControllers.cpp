@@ -16,6 +16,7 @@
 #include <QWPlatform/foundation/UserDefaults.h>
 #include <QWUtilities/controllers/QWScrollWheelManager.h>
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
@@ -100,6 +101,7 @@ private Q_SLOTS:
     void mainWindowFollowsAtOnce();
     void closingAsksOnlyWhenWanted();
     void everyPaneOpens();
+    void screenReadersHearTheLabelOfEachChoice();
 };
 
 void tst_HostControllers::wheelZoomsAboutThePointer()
@@ -231,6 +233,22 @@ void tst_HostControllers::everyPaneOpens()
         QCOMPARE(QWPreferencesPanel::sharedInstance().currentPane()->identifier(), name);
         QVERIFY(!QWPreferencesPanel::sharedInstance().currentPane()->title().isEmpty());
     }
+    QWPreferencesPanel::sharedInstance().panel()->close();
+}
+
+void tst_HostControllers::screenReadersHearTheLabelOfEachChoice()
+{
+    ControlledHost host;
+    QWPreferencesPanel::open();
+    int labelled = 0;
+    for (QWPreferencesPane *pane : QWPreferencesPanel::sharedInstance().panes())
+        for (QComboBox *choice : pane->findChildren<QComboBox *>()) {
+            const auto relations = QAccessible::queryAccessibleInterface(choice)->relations(QAccessible::Label);
+            QCOMPARE(relations.size(), 1);
+            QVERIFY(relations.first().first->text(QAccessible::Name).startsWith(choice->accessibleName()));
+            ++labelled;
+        }
+    QCOMPARE(labelled, 3);
     QWPreferencesPanel::sharedInstance().panel()->close();
 }
 

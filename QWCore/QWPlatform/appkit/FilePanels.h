@@ -27,6 +27,7 @@ struct OpenPanelRequest
     QStringList fileTypes;    ///< Extensions that can be chosen; none: all.
     bool directories = false; ///< Choose a folder instead of a file.
     bool multiple = false;
+    QString fileTypesTitle{}; ///< What files of these types are called; "": the panel names their extensions.
 };
 
 /// Save and open panels. Main thread.

@@ -1,6 +1,7 @@
 #include "UserDefaults.h"
 
 #include "PropertyList.h"
+#include "PropertyListValues.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -12,8 +13,6 @@
 #include <QThread>
 #include <QTimer>
 
-#include <cmath>
-#include <limits>
 #include <map>
 #include <optional>
 
@@ -85,43 +84,9 @@ bool writeValues(const QString &path, const QVariantMap &values)
     return !xml.isEmpty() && file.open(QIODevice::WriteOnly) && file.write(xml) == xml.size() && file.commit();
 }
 
-bool isNumber(const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool isText(const QVariant &value)
 {
     return value.typeId() == QMetaType::QString;
-}
-
-/// "YES", "true", "1" and the like; text lists know no booleans.
-bool meansTrue(const QString &text)
-{
-    return text.startsWith(u'y', Qt::CaseInsensitive) || text.startsWith(u't', Qt::CaseInsensitive) ||
-           text.toLongLong() != 0;
-}
-
-/// Cut to a whole number, and to the range of one.
-qlonglong truncated(double value)
-{
-    constexpr double limit = 9223372036854775808.0;
-    if (std::isnan(value))
-        return 0;
-    if (std::fabs(value) >= limit)
-        return value < 0 ? std::numeric_limits<qlonglong>::min() : std::numeric_limits<qlonglong>::max();
-    return static_cast<qlonglong>(value);
 }
 } // namespace
 
@@ -216,17 +181,12 @@ QVariant UserDefaults::object(const QString &key) const
 
 bool UserDefaults::boolean(const QString &key) const
 {
-    const QVariant value = object(key);
-    return isText(value) ? meansTrue(value.toString()) : isNumber(value) && value.toBool();
+    return truthOf(object(key));
 }
 
 qlonglong UserDefaults::integer(const QString &key) const
 {
-    const QVariant value = object(key);
-    const bool fraction = value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Float;
-    if (fraction || value.typeId() == QMetaType::ULongLong)
-        return truncated(value.toDouble());
-    return isText(value) || isNumber(value) ? value.toLongLong() : 0;
+    return integerOf(object(key));
 }
 
 double UserDefaults::real(const QString &key) const

@@ -78,6 +78,7 @@ LinuxAlertPanel::LinuxAlertPanel(const Alert &alert)
 {
     if (m_alert.buttons.isEmpty())
         m_alert.buttons = QStringList{localized("OK")};
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     setWindowTitle(QApplication::applicationDisplayName());
     setAccessibleName(m_alert.messageText);
     auto *const top = new QHBoxLayout;

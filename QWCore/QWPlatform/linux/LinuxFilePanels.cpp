@@ -49,12 +49,19 @@ QString withExtension(const QString &path, const QString &extension)
 
 QString filterFor(const QStringList &extensions)
 {
-    if (extensions.isEmpty())
-        return {};
     QStringList patterns;
     for (const QString &extension : extensions)
         patterns.append("*." + extension);
     return patterns.join(' ');
+}
+
+/// Offers files with these @p extensions, under @p title where there is one.
+void filterFiles(QFileDialog &panel, const QStringList &extensions, const QString &title)
+{
+    if (extensions.isEmpty())
+        return;
+    panel.setOption(QFileDialog::HideNameFilterDetails, !title.isEmpty());
+    panel.setNameFilter(title.isEmpty() ? filterFor(extensions) : title + " (" + filterFor(extensions) + ')');
 }
 
 /// The panel asks for the name that it was told itself; an extension added afterwards may name another file.
@@ -76,7 +83,7 @@ void prepareSave(QFileDialog &panel, const SavePanelRequest &request)
     panel.setFileMode(QFileDialog::AnyFile);
     panel.setDefaultSuffix(request.requiredFileType);
     if (!request.requiredFileType.isEmpty())
-        panel.setNameFilter(filterFor({request.requiredFileType}));
+        filterFiles(panel, {request.requiredFileType}, {});
     panel.selectFile(withExtension(QString(request.suggestedName).replace('/', '-'), request.requiredFileType));
 }
 
@@ -87,8 +94,7 @@ void prepareOpen(QFileDialog &panel, const OpenPanelRequest &request)
     panel.setFileMode(request.directories
                           ? QFileDialog::Directory
                           : (request.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile));
-    if (!request.fileTypes.isEmpty())
-        panel.setNameFilter(filterFor(request.fileTypes));
+    filterFiles(panel, request.fileTypes, request.fileTypesTitle);
 }
 } // namespace
 

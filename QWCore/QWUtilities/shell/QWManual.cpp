@@ -134,8 +134,8 @@ void QWManual::awakeFromNib()
         return;
     checkVersion();
     m_window->setWindowTitle(formatted(localized("%@ Manual"), {qw::applicationName()}));
-    m_window->resize(m_window->size().boundedTo(m_window->screen()->availableSize()));
     platform::centerWindow(*m_window, m_window->size());
+    platform::constrainToScreen(*m_window);
 }
 
 /// Makes sure that there is a manual folder, with the host's own manual when it holds none; false, after an alert, when

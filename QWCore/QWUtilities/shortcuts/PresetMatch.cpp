@@ -2,7 +2,8 @@
 
 #include "QWKeyboardShortcuts.h"
 #include "ShortcutFiles.h"
-#include "StateNumbers.h"
+
+#include <QWPlatform/foundation/PropertyListValues.h>
 
 namespace qw
 {
@@ -13,7 +14,7 @@ QString numbersIn(const QVariantMap &state, const QStringList &names)
 {
     QStringList numbers;
     for (const QString &name : names)
-        numbers.append(QString::number(integerOf(state.value(name))));
+        numbers.append(QString::number(platform::integerOf(state.value(name))));
     return numbers.join(' ');
 }
 } // namespace

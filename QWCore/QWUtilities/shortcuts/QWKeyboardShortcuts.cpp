@@ -8,7 +8,6 @@
 #include "ShortcutFilter.h"
 #include "ShortcutFolder.h"
 #include "ShortcutIndex.h"
-#include "StateNumbers.h"
 #include "TextSearch.h"
 
 #include <QWBase/QWApplication.h>
@@ -19,6 +18,7 @@
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/foundation/PropertyListValues.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QMenu>
@@ -306,7 +306,7 @@ void QWKeyboardShortcuts::_applyChange(const QVariantMap &state)
     QWShortcutKey key;
     key.setState(state);
     const platform::Selector action(state.value("action").toString());
-    const auto tag = static_cast<qint32>(qw::integerOf(state.value("tag")));
+    const auto tag = static_cast<qint32>(platform::integerOf(state.value("tag")));
     const auto holder = shortcutWithKey(key);
     if (holder && holder->action() != action)
         holder->key().clear();

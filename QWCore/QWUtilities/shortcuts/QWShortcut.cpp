@@ -4,10 +4,10 @@
 #include "QWShortcutGroup.h"
 #include "QWShortcutKeyMenuItem.h"
 #include "ShortcutIndex.h"
-#include "StateNumbers.h"
 
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
+#include <QWPlatform/foundation/PropertyListValues.h>
 
 #include <QKeyEvent>
 #include <QMenu>
@@ -136,11 +136,11 @@ void QWShortcut::_setValueForKey(const QString &key, const QVariant &value)
     else if (key == u"action")
         setAction(value.toString());
     else if (key == u"tag")
-        setTag(static_cast<qint32>(qw::integerOf(value)));
+        setTag(static_cast<qint32>(platform::integerOf(value)));
     else if (key == u"prohibitRepeats")
-        m_prohibitRepeats = qw::integerOf(value) != 0;
+        m_prohibitRepeats = platform::truthOf(value);
     else if (key == u"enabled")
-        m_enabled = qw::integerOf(value) != 0;
+        m_enabled = platform::truthOf(value);
     else if (key == u"representedObject")
         m_representedObject = value;
 }

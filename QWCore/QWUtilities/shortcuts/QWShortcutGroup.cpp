@@ -1,7 +1,8 @@
 #include "QWShortcutGroup.h"
 
 #include "ShortcutIndex.h"
-#include "StateNumbers.h"
+
+#include <QWPlatform/foundation/PropertyListValues.h>
 
 #include <algorithm>
 
@@ -42,7 +43,7 @@ void QWShortcutGroup::setState(const QVariantMap &state)
     if (state.contains("name"))
         m_name = state.value("name").toString();
     if (state.contains("isMenu"))
-        m_isMenu = qw::integerOf(state.value("isMenu")) != 0;
+        m_isMenu = platform::truthOf(state.value("isMenu"));
     if (!state.contains("shortcuts"))
         return;
     Shortcuts members;

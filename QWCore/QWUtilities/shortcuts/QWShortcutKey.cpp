@@ -3,7 +3,8 @@
 #include "QWShortcut.h"
 #include "ReservedKeys.h"
 #include "ShortcutGlyphs.h"
-#include "StateNumbers.h"
+
+#include <QWPlatform/foundation/PropertyListValues.h>
 
 #include <utility>
 
@@ -67,8 +68,8 @@ void QWShortcutKey::setState(const QVariantMap &state)
     static const QString modifiersKey = "modifiers";
     const auto character = state.constFind(characterKey);
     const auto modifiers = state.constFind(modifiersKey);
-    _set(character == state.cend() ? m_character : static_cast<char16_t>(qw::integerOf(*character)),
-         modifiers == state.cend() ? m_modifiers : static_cast<quint32>(qw::integerOf(*modifiers)));
+    _set(character == state.cend() ? m_character : static_cast<char16_t>(platform::integerOf(*character)),
+         modifiers == state.cend() ? m_modifiers : static_cast<quint32>(platform::integerOf(*modifiers)));
 }
 
 bool QWShortcutKey::isReserved() const

@@ -50,7 +50,6 @@ DemoApplication::~DemoApplication() = default;
 
 void DemoApplication::_setUp()
 {
-    setApplicationDisplayName(QWApplication::name());
     HostSettings::registerDefaults();
     if (!m_options.supportSite.isEmpty())
         System::current().locations().setSupportSite(m_options.supportSite);

@@ -143,7 +143,8 @@ void MainWindow::_showDocument()
 {
     m_stack->setCurrentIndex(m_document.isEmpty() ? 0 : 1);
     m_transport->showSound(m_document.result().get());
-    setWindowTitle(m_document.isEmpty() ? QGuiApplication::applicationDisplayName() : m_document.title() + "[*]");
+    const QString application = QCoreApplication::applicationName();
+    setWindowTitle(m_document.isEmpty() ? application : m_document.title() + "[*] — " + application);
     setWindowModified(m_document.isModified());
     m_station = 0;
     if (m_document.isEmpty())

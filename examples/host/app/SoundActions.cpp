@@ -93,6 +93,7 @@ void SoundActions::openDocument(QObject *)
     request.window = &m_window;
     request.title = localized("Open Sound File");
     request.fileTypes = readableTypes;
+    request.fileTypesTitle = localized("Sound files");
     platform::System::current().filePanels().beginOpenPanel(request, [this](int code, const QStringList &paths) {
         if (code == platform::FilePanels::OK && !paths.isEmpty())
             openFile(paths.first());
