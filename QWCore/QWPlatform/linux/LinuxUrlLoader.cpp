@@ -96,7 +96,7 @@ private:
         m_response.body += m_reply->readAll();
         const qint64 expected = expectedLength(*m_reply);
         m_response.status = statusOf(*m_reply);
-        if (failedToConnect(*m_reply))
+        if (failedOnTheWay(*m_reply))
             m_response.error = m_reply->errorString();
         else if (m_response.body.size() > m_limits.bodySize)
             m_response.error = translated("The answer is too large.");

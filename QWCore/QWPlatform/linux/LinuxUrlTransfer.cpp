@@ -114,7 +114,7 @@ void LinuxUrlTransfer::_finished()
 
 QString LinuxUrlTransfer::_failure() const
 {
-    if (failedToConnect(*m_reply))
+    if (failedOnTheWay(*m_reply))
         return m_reply->errorString();
     const int status = statusOf(*m_reply);
     if (status >= firstStatusWithoutFile)

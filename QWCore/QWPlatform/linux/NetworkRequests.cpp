@@ -38,7 +38,7 @@ qint64 expectedLength(const QNetworkReply &reply)
     return ok && length >= 0 ? length : -1;
 }
 
-bool failedToConnect(const QNetworkReply &reply)
+bool failedOnTheWay(const QNetworkReply &reply)
 {
     return reply.error() != QNetworkReply::NoError && statusOf(reply) < 400;
 }

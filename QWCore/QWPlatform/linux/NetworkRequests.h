@@ -24,6 +24,6 @@ int statusOf(const QNetworkReply &reply);
 qint64 expectedLength(const QNetworkReply &reply);
 
 /// True when the exchange itself broke; an error that the server answered with is none.
-bool failedToConnect(const QNetworkReply &reply);
+bool failedOnTheWay(const QNetworkReply &reply);
 
 } // namespace platform
