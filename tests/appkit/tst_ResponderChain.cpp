@@ -65,6 +65,7 @@ private Q_SLOTS:
     void explicitTargetIsAskedAlone();
     void nobodyTakesAnUnknownAction();
     void delegatesThatWentAreForgotten();
+    void objectAtAnotherOnesPlaceHasNoDelegate();
     void editingActionsReachTheField();
     void receiverValidates();
     void panelsAndDialogsArePanels();
@@ -167,6 +168,19 @@ void tst_ResponderChain::delegatesThatWentAreForgotten()
     delegate.reset();
     QCOMPARE(platform::delegateOf(qApp), nullptr);
     QCOMPARE(targetForAction("editThing:"), nullptr);
+}
+
+void tst_ResponderChain::objectAtAnotherOnesPlaceHasNoDelegate()
+{
+    Responder delegate;
+    alignas(QObject) std::byte place[sizeof(QObject)];
+    auto *object = new (place) QObject;
+    platform::setDelegate(object, &delegate);
+    QCOMPARE(platform::delegateOf(object), &delegate);
+    object->~QObject();
+    object = new (place) QObject;
+    QCOMPARE(platform::delegateOf(object), nullptr);
+    object->~QObject();
 }
 
 void tst_ResponderChain::editingActionsReachTheField()

@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QHash>
 #include <QMenuBar>
 #include <QPointer>
 #include <QWidget>
@@ -14,7 +15,14 @@ namespace platform
 
 namespace
 {
-constexpr auto delegateProperty = "_qw_delegate";
+constexpr qsizetype usualLength = 16;
+
+/// By object. Not a property of it, since finding one by name takes a walk through all of a widget's own.
+QHash<const QObject *, QPointer<QObject>> &delegates()
+{
+    static auto &table = *new QHash<const QObject *, QPointer<QObject>>; // never destroyed: objects outlive statics
+    return table;
+}
 
 /// The window that was last active of those that can be main.
 QPointer<QWidget> lastMainWindow;
@@ -108,17 +116,20 @@ QMenuBar *mainMenuBar()
 
 void setDelegate(QObject *object, QObject *delegate)
 {
-    object->setProperty(delegateProperty, QVariant::fromValue(QPointer<QObject>(delegate)));
+    if (!delegates().contains(object))
+        QObject::connect(object, &QObject::destroyed, [](const QObject *gone) { delegates().remove(gone); });
+    delegates().insert(object, delegate);
 }
 
 QObject *delegateOf(const QObject *object)
 {
-    return object ? object->property(delegateProperty).value<QPointer<QObject>>().data() : nullptr;
+    return delegates().value(object).data();
 }
 
 QList<QObject *> responderChain()
 {
     QList<QObject *> chain;
+    chain.reserve(usualLength);
     QWidget *const key = keyWindow();
     if (key)
         appendWindow(chain, key);

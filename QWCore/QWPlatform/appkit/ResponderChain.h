@@ -21,7 +21,7 @@ QWPLATFORM_EXPORT QWidget *mainWindow();
 /// The menu bar of the key window, else of the main window, else of the first window that has one; or null.
 QWPLATFORM_EXPORT QMenuBar *mainMenuBar();
 
-/// Who is asked after @p object, a window or the application. Not owned; ends with either of the two.
+/// Who is asked after @p object, a window or the application. Not owned; ends with either of the two. Main thread.
 QWPLATFORM_EXPORT void setDelegate(QObject *object, QObject *delegate);
 QWPLATFORM_EXPORT QObject *delegateOf(const QObject *object);
 
