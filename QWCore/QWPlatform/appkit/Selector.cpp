@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <string_view>
+#include <vector>
 
 namespace platform
 {
@@ -17,6 +18,17 @@ struct Selector::Entry
     QString name;
     QByteArray methodName;
     int argumentCount;
+
+    /// The method of one class that one way of calling performs.
+    struct Answer
+    {
+        const QMetaObject *type;
+        const QMetaType *types;
+        int result; ///< Type id; 0 when the result is dropped.
+        int index;
+    };
+    /// What was found before; main thread only. Few classes are asked, and those of one responder chain together.
+    mutable std::vector<Answer> answers;
 };
 
 namespace
@@ -25,21 +37,6 @@ namespace
 constexpr std::array<std::string_view, 6> reachableQtSlots{"undo", "redo", "cut", "copy", "paste", "selectAll"};
 
 constexpr int NoMethod = -1;
-
-struct CacheKey
-{
-    const QMetaObject *metaObject;
-    Selector selector;
-    const QMetaType *types;
-    int result; ///< Type id; 0 when the result is dropped.
-
-    bool operator==(const CacheKey &) const = default;
-};
-
-size_t qHash(const CacheKey &key, size_t seed)
-{
-    return qHashMulti(seed, key.metaObject, key.selector, key.types, key.result);
-}
 
 QByteArray methodNameOf(const QString &selector)
 {
@@ -114,18 +111,6 @@ int findMethod(const QMetaObject &type, const Selector &selector, const Selector
     }
     return NoMethod;
 }
-
-int methodIndex(const QObject &target, const Selector &selector, const SelectorCall &call)
-{
-    static QHash<CacheKey, int> cache; // main thread only; meta-objects live as long as their libraries
-    if (selector.isNull() || selector.argumentCount() != call.count)
-        return NoMethod;
-    const CacheKey key{target.metaObject(), selector, call.types, call.result.isValid() ? call.result.id() : 0};
-    const auto cached = cache.constFind(key);
-    if (cached != cache.constEnd())
-        return *cached;
-    return *cache.insert(key, findMethod(*key.metaObject, selector, call));
-}
 } // namespace
 
 const Selector::Entry *Selector::_interned(const QString &name)
@@ -135,7 +120,7 @@ const Selector::Entry *Selector::_interned(const QString &name)
     const std::lock_guard lock(mutex);
     auto &entry = table[name];
     if (!entry)
-        entry = std::make_shared<const Entry>(Entry{name, methodNameOf(name), static_cast<int>(name.count(':'))});
+        entry = std::make_shared<const Entry>(Entry{name, methodNameOf(name), static_cast<int>(name.count(':')), {}});
     return entry.get();
 }
 
@@ -166,9 +151,24 @@ const QByteArray &Selector::methodName() const
     return m_entry ? m_entry->methodName : none;
 }
 
+/// Index of the method of @p type that @p call performs, or NoMethod. Main thread.
+int Selector::_methodIndex(const QMetaObject &type, const SelectorCall &call) const
+{
+    if (!m_entry || m_entry->argumentCount != call.count)
+        return NoMethod;
+    const int result = call.result.isValid() ? call.result.id() : 0;
+    for (const Entry::Answer &answer : m_entry->answers) {
+        if (answer.type == &type && answer.types == call.types && answer.result == result)
+            return answer.index;
+    }
+    const int index = findMethod(type, *this, call); // meta-objects live as long as their libraries
+    m_entry->answers.push_back({&type, call.types, result, index});
+    return index;
+}
+
 bool performCall(QObject *target, const Selector &selector, const SelectorCall &call, void **arguments)
 {
-    const int index = target ? methodIndex(*target, selector, call) : NoMethod;
+    const int index = target ? selector._methodIndex(*target->metaObject(), call) : NoMethod;
     if (index == NoMethod)
         return false;
     target->qt_metacall(QMetaObject::InvokeMetaMethod, index, arguments);
@@ -177,7 +177,7 @@ bool performCall(QObject *target, const Selector &selector, const SelectorCall &
 
 bool respondsToCall(const QObject *target, const Selector &selector, const SelectorCall &call)
 {
-    return target && methodIndex(*target, selector, call) != NoMethod;
+    return target && selector._methodIndex(*target->metaObject(), call) != NoMethod;
 }
 
 bool respondsTo(const QObject *target, const Selector &selector)

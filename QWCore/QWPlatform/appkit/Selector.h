@@ -12,6 +12,8 @@
 namespace platform
 {
 
+struct SelectorCall;
+
 /// The name of an operation ("editShortcut:"), interned: copying and comparing cost a pointer. Its colons count the
 /// arguments, and it maps to the invokable method whose name is its pieces joined, a capital after each colon
 /// ("setState:atPosition:" is setStateAtPosition). Any thread may make one.
@@ -41,7 +43,13 @@ public:
     friend size_t qHash(const Selector &selector, size_t seed = 0) { return ::qHash(selector.m_entry, seed); }
 
 private:
+    friend QWPLATFORM_EXPORT bool performCall(QObject *target, const Selector &selector, const SelectorCall &call,
+                                              void **arguments);
+    friend QWPLATFORM_EXPORT bool respondsToCall(const QObject *target, const Selector &selector,
+                                                 const SelectorCall &call);
+
     struct Entry;
+    int _methodIndex(const QMetaObject &type, const SelectorCall &call) const;
     static const Entry *_interned(const QString &name);
 
     const Entry *m_entry = nullptr;

@@ -85,14 +85,15 @@ private:
     bool _isValid();
     void _blinkMenu();
 
+    // What a press needs comes first, so that it lies in one line of the processor's cache.
     QWShortcutGroup *m_group = nullptr;
-    QString m_name;
     platform::Selector m_action;
     qint32 m_tag = 0;
-    QVariant m_representedObject;
-    bool m_prohibitRepeats = false;
-    QWShortcutKey m_key;
     bool m_enabled = false;
+    bool m_prohibitRepeats = false;
+    QString m_name;
+    QVariant m_representedObject;
+    QWShortcutKey m_key;
 
     qw::ShortcutIndex *m_index = nullptr; ///< Where it stands, or null.
     int m_position = 0;                   ///< In the index.
