@@ -5,6 +5,16 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+/// A simulated grid, not plugged in yet, and what happens to it.
+struct ScriptedGrid
+{
+    QTemporaryDir folder;
+    GridSimulator grid{folder.path()};
+    GridScript script{grid};
+    QSignalSpy changed{&grid, &GridSimulator::buttonChanged};
+    QSignalSpy failed{&script, &GridScript::failed};
+};
+
 /// Commands to a simulated grid that nobody has opened.
 class tst_GridScript : public QObject
 {
@@ -35,17 +45,13 @@ void tst_GridScript::commandsPressButtons()
 {
     QFETCH(QString, line);
     QFETCH(QList<QVariantList>, changes);
-    const QTemporaryDir folder;
-    GridSimulator grid(folder.path());
-    QVERIFY(grid.plug("m128-0012"));
-    GridScript script(grid);
-    const QSignalSpy changed(&grid, &GridSimulator::buttonChanged);
-    const QSignalSpy failed(&script, &GridScript::failed);
-    script.add(line);
-    script.add("tap 1 1"); // tells that all before it was done
-    QTRY_COMPARE(changed.size(), changes.size() + 2);
-    QCOMPARE(QList<QVariantList>(changed.mid(0, changes.size())), changes);
-    QCOMPARE(failed.size(), 0);
+    ScriptedGrid test;
+    QVERIFY(test.grid.plug("m128-0012"));
+    test.script.add(line);
+    test.script.add("tap 1 1"); // tells that all before it was done
+    QTRY_COMPARE(test.changed.size(), changes.size() + 2);
+    QCOMPARE(QList<QVariantList>(test.changed.mid(0, changes.size())), changes);
+    QCOMPARE(test.failed.size(), 0);
 }
 
 void tst_GridScript::commandsThatMeanNothingAreTold_data()
@@ -59,26 +65,19 @@ void tst_GridScript::commandsThatMeanNothingAreTold_data()
 void tst_GridScript::commandsThatMeanNothingAreTold()
 {
     QFETCH(QString, line);
-    const QTemporaryDir folder;
-    GridSimulator grid(folder.path());
-    QVERIFY(grid.plug("m128-0012"));
-    GridScript script(grid);
-    const QSignalSpy changed(&grid, &GridSimulator::buttonChanged);
-    const QSignalSpy failed(&script, &GridScript::failed);
-    script.add(line);
-    QTRY_COMPARE(failed.size(), 1);
-    QCOMPARE(failed.first(), QVariantList{line});
-    QCOMPARE(changed.size(), 0);
+    ScriptedGrid test;
+    QVERIFY(test.grid.plug("m128-0012"));
+    test.script.add(line);
+    QTRY_COMPARE(test.failed.size(), 1);
+    QCOMPARE(test.failed.first(), QVariantList{line});
+    QCOMPARE(test.changed.size(), 0);
 }
 
 void tst_GridScript::nothingIsPressedBeforeAGridIsPluggedIn()
 {
-    const QTemporaryDir folder;
-    GridSimulator grid(folder.path());
-    GridScript script(grid);
-    const QSignalSpy failed(&script, &GridScript::failed);
-    script.add("press 0 0");
-    QTRY_COMPARE(failed.size(), 1);
+    ScriptedGrid test;
+    test.script.add("press 0 0");
+    QTRY_COMPARE(test.failed.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_GridScript)

@@ -35,10 +35,13 @@ void tst_PropertyListValues::values_data()
     QTest::newRow("large fraction") << QVariant(1e300) << 0LL << true;
     QTest::newRow("large negative fraction") << QVariant(-1e300) << 0LL << true;
     QTest::newRow("infinite") << QVariant(std::numeric_limits<double>::infinity()) << 0LL << true;
-    QTest::newRow("not a number") << QVariant(std::numeric_limits<double>::quiet_NaN()) << 0LL << true;
+    QTest::newRow("not a number") << QVariant(std::numeric_limits<double>::quiet_NaN()) << 0LL << false;
     QTest::newRow("text of a number") << QVariant("42") << 42LL << true;
     QTest::newRow("text of zero") << QVariant("0") << 0LL << false;
     QTest::newRow("text of a fraction") << QVariant("3.7") << 3LL << true;
+    QTest::newRow("text of a part of one") << QVariant("0.5") << 0LL << true;
+    QTest::newRow("text beyond the range") << QVariant("1e300") << 0LL << true;
+    QTest::newRow("text that is not a number") << QVariant("nan") << 0LL << false;
     QTest::newRow("text with a comma") << QVariant("3,7") << 0LL << false;
     QTest::newRow("YES") << QVariant("YES") << 0LL << true;
     QTest::newRow("true text") << QVariant("true") << 0LL << true;

@@ -20,10 +20,15 @@ qlonglong integerOfText(const QString &text)
     return isWhole ? number : truncated(text.toDouble());
 }
 
+bool isNotZero(double value)
+{
+    return std::fabs(value) > 0; // false for "not a number"
+}
+
 bool meansTrue(const QString &text)
 {
     return text.startsWith(u'y', Qt::CaseInsensitive) || text.startsWith(u't', Qt::CaseInsensitive) ||
-           integerOfText(text) != 0;
+           isNotZero(text.toDouble());
 }
 } // namespace
 
@@ -57,7 +62,7 @@ qlonglong integerOf(const QVariant &value)
 bool truthOf(const QVariant &value)
 {
     return value.typeId() == QMetaType::QString ? meansTrue(value.toString())
-                                                : isNumber(value) && value.toDouble() != 0;
+                                                : isNumber(value) && isNotZero(value.toDouble());
 }
 
 } // namespace platform

@@ -7,7 +7,7 @@
 namespace platform
 {
 
-/// Numbers out of property lists, in which others may have stored them as any type that a list holds. Any thread.
+// Numbers out of property lists, in which others may have stored them as any type that a list holds. Any thread.
 
 /// Whether @p value is of a type of numbers, truth among them.
 QWPLATFORM_EXPORT bool isNumber(const QVariant &value);
