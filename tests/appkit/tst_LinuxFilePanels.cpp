@@ -23,6 +23,8 @@ private Q_SLOTS:
     void savePanelIsASheet();
     void extensionIsEnforced_data();
     void extensionIsEnforced();
+    void otherExtensionsOfTheTypeAreKept_data();
+    void otherExtensionsOfTheTypeAreKept();
     void cancelSaysSoOnce();
     void overwritingIsConfirmed_data();
     void overwritingIsConfirmed();
@@ -35,7 +37,7 @@ private Q_SLOTS:
     void panelGoesWithItsWindow();
 
 private:
-    QFileDialog *_save(const QString &type = "pdf");
+    QFileDialog *_save(const QString &type = "pdf", const QStringList &others = {});
     QFileDialog *_panel() const { return m_window->findChild<QFileDialog *>(); }
 
     std::unique_ptr<FakeSystem> m_system;
@@ -61,9 +63,9 @@ void tst_LinuxFilePanels::cleanup()
     m_system.reset();
 }
 
-QFileDialog *tst_LinuxFilePanels::_save(const QString &type)
+QFileDialog *tst_LinuxFilePanels::_save(const QString &type, const QStringList &others)
 {
-    m_panels.beginSavePanel({m_window.get(), "Save To PDF", "Host Manual", type},
+    m_panels.beginSavePanel({m_window.get(), "Save To PDF", "Host Manual", type, others},
                             [this](int code, const QString &path) {
                                 m_ends.append({code, path});
                             });
@@ -112,6 +114,34 @@ void tst_LinuxFilePanels::extensionIsEnforced()
     QTest::keyClick(panel->findChild<QLineEdit *>(), Qt::Key_Return);
     QCOMPARE(m_ends.size(), 1);
     QCOMPARE(m_ends.first().first, FilePanels::OK);
+    QCOMPARE(m_ends.first().second, m_system->real("~/" + file));
+}
+
+void tst_LinuxFilePanels::otherExtensionsOfTheTypeAreKept_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("file");
+    QTest::newRow("short") << "Bell.aif"
+                           << "Bell.aif";
+    QTest::newRow("capitals") << "Bell.AIF"
+                              << "Bell.AIF";
+    QTest::newRow("required") << "Bell.aiff"
+                              << "Bell.aiff";
+    QTest::newRow("missing") << "Bell"
+                             << "Bell.aiff";
+    QTest::newRow("none of them") << "Bell.mp3"
+                                  << "Bell.mp3.aiff";
+}
+
+void tst_LinuxFilePanels::otherExtensionsOfTheTypeAreKept()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, file);
+    QFileDialog *const panel = _save("aiff", {"aif", "aiff"});
+    QCOMPARE(panel->nameFilters(), QStringList("*.aiff *.aif"));
+    panel->findChild<QLineEdit *>()->setText(typed);
+    QTest::keyClick(panel->findChild<QLineEdit *>(), Qt::Key_Return);
+    QCOMPARE(m_ends.size(), 1);
     QCOMPARE(m_ends.first().second, m_system->real("~/" + file));
 }
 

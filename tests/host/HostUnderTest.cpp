@@ -58,7 +58,7 @@ void HostUnderTest::openSound()
         sound.channels[0][frame] = 0.3f * std::sin(400 * time) + 0.1f;
         sound.channels[1][frame] = 0.4f * std::sin(700 * time) * time / 4 + 0.05f;
     }
-    document().setSource("Sample", "Test", std::make_shared<const demo::Clip>(std::move(sound)));
+    document().setSource("Sample", "Test", std::make_shared<const demo::Clip>(sound));
     viewport().showAll();
     viewport().setSelection({});
     viewport().setPosition(0);

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void aNewStepForgetsWhatCouldBeRedone();
     void instrumentThatReplacesTheSoundCanBeUndone();
     void onlyWhatPlugInsMadeIsWorthSaving();
+    void savedSoundHasTheNameOfItsFile();
     void historyHasAnEnd();
     void soundLeftBehindUnsavedIsKnown();
 };
@@ -98,6 +99,25 @@ void tst_AudioDocument::onlyWhatPlugInsMadeIsWorthSaving()
     document.addStep({"Reverb", "Acme", sounds::clip()});
     QVERIFY(document.isModified());
     document.undo();
+    QVERIFY(!document.isModified());
+}
+
+void tst_AudioDocument::savedSoundHasTheNameOfItsFile()
+{
+    AudioDocument document;
+    document.setSource("Bell.wav", "File", sounds::clip());
+    document.addStep({"Delay", "Acme", sounds::clip()});
+    document.addStep({"Reverb", "Acme", sounds::clip()});
+    document.undo();
+    document.setSaved("Late Bell.wav");
+    QCOMPARE(document.title(), "Late Bell.wav");
+    QCOMPARE(document.sourceTitle(), "Bell.wav");
+    document.redo();
+    QCOMPARE(document.title(), "Late Bell.wav");
+    QVERIFY(document.isModified());
+    document.undo();
+    document.undo();
+    QCOMPARE(document.title(), "Bell.wav"); // which is what that file holds
     QVERIFY(!document.isModified());
 }
 

@@ -1,6 +1,9 @@
 #include "HostUnderTest.h"
 #include "ScriptedPlugin.h"
 
+#include <app/SaveRequest.h>
+#include <views/TransportLine.h>
+
 #include <QWBase/QWComponentDescription.h>
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/Panel.h>
@@ -9,6 +12,9 @@
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 #include <QWUtilities/shortcuts/ShortcutEditor.h>
+
+#include <QMenuBar>
+#include <QToolButton>
 
 #include <semaphore>
 
@@ -33,10 +39,13 @@ private Q_SLOTS:
     void selectionsAreMade_data();
     void selectionsAreMade();
     void playbackRunsAndStops();
+    void playbackTurnsThePage();
+    void playButtonPlaysAndStops();
     void playbackOfTheSelection();
     void stationsAreWalkedThrough();
     void lastEffectIsAppliedAgain();
     void renderingIsCancelled();
+    void openMenuFollowsTheWork();
     void viewsAreToggled_data();
     void viewsAreToggled();
     void themeIsChosenAndRemembered();
@@ -50,7 +59,7 @@ private Q_SLOTS:
 private:
     static HostUnderTest &_host() { return HostUnderTest::host(); }
     static demo::Viewport &_viewport() { return HostUnderTest::host().viewport(); }
-    static const demo::Sound &_result() { return HostUnderTest::host().document().result()->sound; }
+    static demo::Sound _result() { return HostUnderTest::host().document().result()->store.sound(); }
 };
 
 void tst_HostActions::init()
@@ -214,6 +223,31 @@ void tst_HostActions::playbackRunsAndStops()
     QVERIFY(!playback.isPlaying());
 }
 
+void tst_HostActions::playbackTurnsThePage()
+{
+    using namespace std::chrono_literals;
+    _viewport().setVisible({0, 1});
+    _viewport().setPosition(0.9);
+    QVERIFY(_host().press("Play or Stop"));
+    _host().system.clock.advance(200ms);
+    QTRY_COMPARE(_viewport().visible(), (demo::TimeRange{1, 2}));
+    QVERIFY(_host().press("Play or Stop"));
+}
+
+void tst_HostActions::playButtonPlaysAndStops()
+{
+    const demo::Playback &playback = _host().application.viewActions().playback();
+    auto *const button = _host().window().transport().findChild<QToolButton *>();
+    QVERIFY(button->isVisible());
+    QCOMPARE(button->text(), QString("Play"));
+    button->click();
+    QVERIFY(playback.isPlaying());
+    QCOMPARE(button->text(), QString("Stop"));
+    button->click();
+    QVERIFY(!playback.isPlaying());
+    QCOMPARE(button->text(), QString("Play"));
+}
+
 void tst_HostActions::playbackOfTheSelection()
 {
     using namespace std::chrono_literals;
@@ -278,6 +312,37 @@ void tst_HostActions::renderingIsCancelled()
     QVERIFY(_host().document().steps().empty());
 }
 
+static platform::MenuItem *itemTitled(const QMenu &menu, const QString &title)
+{
+    for (QAction *item : menu.actions()) {
+        if (platform::titleOf(*item) == title)
+            return qobject_cast<platform::MenuItem *>(item);
+    }
+    return nullptr;
+}
+
+void tst_HostActions::openMenuFollowsTheWork()
+{
+    std::binary_semaphore mayOpen(0);
+    _host().system.pluginLoader.makeComponent = [&](const platform::AudioComponent &) {
+        mayOpen.acquire();
+        return nullptr;
+    };
+    platform::MenuItem effect("Slow");
+    effect.setRepresentedObject(QVariant::fromValue(unit));
+    _host().application.actions().applyEffect(&effect);
+    QMenu *const edit = _host().window().menuBar()->actions().at(1)->menu();
+    edit->popup({0, 0});
+    QTRY_VERIFY(edit->isVisible());
+    const platform::MenuItem *const reverse = itemTitled(*edit, "Reverse");
+    QVERIFY(!reverse->isEnabled());
+    mayOpen.release();
+    QTRY_VERIFY_WITH_TIMEOUT(!_host().application.actions().work().isRunning(), HostUnderTest::patience);
+    QVERIFY(edit->isVisible());
+    QVERIFY(reverse->isEnabled());
+    edit->close();
+}
+
 void tst_HostActions::viewsAreToggled_data()
 {
     QTest::addColumn<bool>("atFirst");
@@ -317,13 +382,13 @@ void tst_HostActions::themeIsChosenAndRemembered()
 void tst_HostActions::formatsAreChosen()
 {
     using Format = demo::SoundFile::Format;
-    const std::pair<const char *, Format> formats[] = {{"Format for Saving>WAV, 24-bit", Format::Wav24},
-                                                       {"Format for Saving>AIFF, 32-bit float", Format::AiffFloat},
-                                                       {"Format for Saving>AIFF, 24-bit", Format::Aiff24},
-                                                       {"Format for Saving>WAV, 32-bit float", Format::WavFloat}};
+    const std::pair<const char *, Format> formats[] = {
+        {"Format for Saving>WAV, 24-bit", Format::Wav24},   {"Format for Saving>AIFF, 32-bit float", Format::AiffFloat},
+        {"Format for Saving>AIFF, 24-bit", Format::Aiff24}, {"Format for Saving>WAV, 16-bit", Format::Wav16},
+        {"Format for Saving>AIFF, 16-bit", Format::Aiff16}, {"Format for Saving>WAV, 32-bit float", Format::WavFloat}};
     for (const auto &[name, format] : formats) {
         QVERIFY(_host().press(name));
-        QVERIFY(_host().application.actions().saveFormat() == format);
+        QVERIFY(demo::SaveRequest::format() == format);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "app/HostSettings.h"
 #include "app/MainWindow.h"
+#include "app/SaveRequest.h"
 #include "app/SoundActions.h"
 #include "app/WheelActions.h"
 #include "preferences/HostPreferences.h"
@@ -47,7 +48,7 @@ struct ControlledHost
         QWScrollWheelManager::loadActions();
         Sound sound = sounds::constant({0.25f}, 48000);
         sound.sampleRate = 48000; // one second
-        document.setSource("Sample", "Test", std::make_shared<const Clip>(std::move(sound)));
+        document.setSource("Sample", "Test", std::make_shared<const Clip>(sound));
         wheel = std::make_unique<WheelActions>(window, actions);
         window.show();
     }
@@ -162,7 +163,7 @@ void tst_HostControllers::panesShowTheSettings()
     QWPreferencesPanel::open();
     QVERIFY(!host.control<QCheckBox>(HostSettings::askKey).isChecked());
     QVERIFY(host.control<QCheckBox>(HostSettings::effectNameKey).isChecked());
-    QCOMPARE(host.control<QComboBox>("Save Format").currentIndex(), 2);
+    QCOMPARE(host.control<QComboBox>("Save Format").currentText(), QString("AIFF, 32-bit float"));
     QCOMPARE(host.control<QComboBox>(HostSettings::launchKey).currentIndex(), 0);
     host.system.userDefaults().setObject(HostSettings::askKey, true);
     QWPreferencesPanel::update();
@@ -198,7 +199,11 @@ void tst_HostControllers::choicesAreKeptAtOnce()
     auto &format = host.control<QComboBox>("Save Format");
     format.setFocus();
     QTest::keyClick(&format, Qt::Key_Down);
-    QCOMPARE(host.actions.saveFormat(), SoundFile::Format::Wav24);
+    QCOMPARE(demo::SaveRequest::format(), SoundFile::Format::Wav24);
+    QTest::keyClick(&format, Qt::Key_Down); // the list is in the order of the menu, not of the numbers
+    QCOMPARE(demo::SaveRequest::format(), SoundFile::Format::Wav16);
+    QWPreferencesPanel::update();
+    QCOMPARE(format.currentText(), QString("WAV, 16-bit"));
     auto &launch = host.control<QComboBox>(HostSettings::launchKey);
     QTest::keyClick(&launch, Qt::Key_Down);
     QCOMPARE(HostSettings::launch(), HostSettings::Launch::TestTone);

@@ -61,13 +61,13 @@ void tst_HostShortcuts::setIsLargeAndGrouped()
 {
     const auto &groups = _host().registry().groups();
     QCOMPARE(groups.size(), size_t(6));
-    QCOMPARE(std::ranges::count_if(groups, [](const auto &group) { return group->isMenu(); }), 3);
+    QCOMPARE(std::ranges::count_if(groups, [](const auto &group) { return group->isMenu(); }), 4);
     QVERIFY(_all().size() >= 40);
     for (const auto &shortcut : _all())
         QVERIFY2(shortcut->enabled(), qPrintable(shortcut->name()));
     for (const auto &group : groups) {
         const auto hasSubmenu = [](const auto &shortcut) { return shortcut->name().contains('>'); };
-        QCOMPARE(std::ranges::any_of(group->shortcuts(), hasSubmenu), group->isMenu());
+        QVERIFY(group->isMenu() || std::ranges::none_of(group->shortcuts(), hasSubmenu));
     }
 }
 
@@ -124,7 +124,7 @@ static void collectDeadItems(const QMenu &menu, QStringList &dead)
 void tst_HostShortcuts::menusHaveNoDeadItems()
 {
     QStringList dead;
-    for (const char *title : {"File", "Edit", "View", "Help"}) // the others say that there are no plug-ins
+    for (const char *title : {"File", "Edit", "View", "Transport", "Help"}) // the others say that there are no plug-ins
         collectDeadItems(*topLevelMenu(*_host().window().menuBar(), title), dead);
     QCOMPARE(dead.join(", "), QString());
 }
@@ -149,9 +149,10 @@ void tst_HostShortcuts::nothingIsEditedWithoutASound()
     while (_host().document().canUndo())
         _host().document().undo();
     QVERIFY(_host().document().isEmpty());
-    for (const char *name : {"Reverse", "Fade>In", "Level>Louder by 6 dB", "Select All", "Zoom>In", "Undo"})
+    for (const char *name : {"Reverse", "Fade>In", "Level>Louder by 6 dB", "Select All", "Zoom>In", "Undo",
+                             "Play or Stop", "Play Selection", "Go to End", "Forward"})
         QVERIFY2(!_host().press(name), name);
-    for (const char *name : {"Play or Stop", "Play Selection", "Next Effect", "Show Result", "Go to End", "Forward"})
+    for (const char *name : {"Next Effect", "Show Result"})
         QVERIFY2(_host().press(name), name); // of no menu: taken, though nothing comes of it
     QVERIFY(_host().document().isEmpty());
 }

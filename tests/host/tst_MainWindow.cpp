@@ -31,6 +31,10 @@ private Q_SLOTS:
     void fittedFrameIsNotRemembered();
     void fittedFrameThatWasMovedIsRemembered();
     void windowThatDoesNotRestoreRemembersNothing();
+    void maximisedWindowIsMaximisedAgain();
+    void anotherSoundIsShownFromItsStart();
+    void editLeavesTheViewWhereItIs();
+    void savedSoundIsInTheTitle();
     void buttonComesUpWhenItsMenuCloses();
     void longChainShowsTheStationOfTheMoment();
 
@@ -134,6 +138,63 @@ void tst_MainWindow::windowThatDoesNotRestoreRemembersNothing()
     m_window->show();
     QVERIFY(m_window->close());
     QCOMPARE(_stored(), QString());
+}
+
+void tst_MainWindow::maximisedWindowIsMaximisedAgain()
+{
+    const QRect frame(20, 60, 620, 440);
+    _store(frame);
+    m_window->restoreFrame();
+    m_window->showMaximized();
+    QTRY_VERIFY(m_window->isMaximized());
+    QVERIFY(m_window->close());
+    QCOMPARE(_stored(), platform::TextForms::stringFromRect(frame));
+    demo::MainWindow next(*m_document);
+    next.restoreFrame();
+    next.show();
+    QTRY_VERIFY(next.isMaximized());
+    next.showNormal();
+    QTRY_COMPARE(next.geometry(), frame);
+    QVERIFY(next.close());
+    demo::MainWindow last(*m_document);
+    last.restoreFrame();
+    QVERIFY(!last.isMaximized());
+}
+
+void tst_MainWindow::anotherSoundIsShownFromItsStart()
+{
+    demo::Viewport &viewport = m_window->viewport();
+    m_document->setSource("Sample", "Test", sounds::clip());
+    viewport.setPosition(0.008);
+    viewport.setVisible({0.002, 0.008});
+    viewport.setSelection({0.002, 0.004});
+    m_document->setSource("Other", "Test", sounds::clip());
+    QVERIFY(viewport.showsAll());
+    QVERIFY(viewport.selection().isEmpty());
+    QCOMPARE(viewport.position(), 0.0);
+}
+
+void tst_MainWindow::editLeavesTheViewWhereItIs()
+{
+    demo::Viewport &viewport = m_window->viewport();
+    m_document->setSource("Sample", "Test", sounds::clip());
+    viewport.setPosition(0);
+    viewport.setVisible({0.002, 0.008});
+    m_document->addStep({"Reverse", "Whole sound", sounds::clip()});
+    QCOMPARE(viewport.visible(), (demo::TimeRange{0.002, 0.008}));
+    m_document->undo();
+    m_document->redo();
+    QCOMPARE(viewport.visible(), (demo::TimeRange{0.002, 0.008}));
+}
+
+void tst_MainWindow::savedSoundIsInTheTitle()
+{
+    m_document->setSource("Sample.wav", "Test", sounds::clip());
+    m_document->addStep({"Echo", "Test", sounds::clip()});
+    QVERIFY(m_window->isWindowModified());
+    m_document->setSaved("Saved.wav");
+    QVERIFY(m_window->windowTitle().startsWith("Saved.wav[*] — "));
+    QVERIFY(!m_window->isWindowModified());
 }
 
 /// The menus of the buttons are those of the menu bar.

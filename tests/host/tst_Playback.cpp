@@ -17,6 +17,7 @@ private Q_SLOTS:
     void headFollowsTheClock();
     void itEndsAtTheEndOfTheRange();
     void stoppingStaysWhereItIs();
+    void abandonedItSaysNoPlace();
     void levelIsThatOfTheLastMoments();
 };
 
@@ -24,7 +25,7 @@ static demo::ClipPointer twoHalves()
 {
     demo::Sound sound = sounds::constant({0.25f, 0.0f}, 96000);
     std::fill(sound.channels[1].begin() + 48000, sound.channels[1].end(), -0.75f);
-    return std::make_shared<const demo::Clip>(std::move(sound));
+    return std::make_shared<const demo::Clip>(sound);
 }
 
 void tst_Playback::headFollowsTheClock()
@@ -65,6 +66,23 @@ void tst_Playback::stoppingStaysWhereItIs()
     playback.stop();
     QCOMPARE(moves.last()[0].toDouble(), 0.1);
     QVERIFY(!playback.isPlaying());
+}
+
+/// Where it was in the other sound means nothing in this one.
+void tst_Playback::abandonedItSaysNoPlace()
+{
+    FakeSystem system;
+    const platform::System::Scope scope(system);
+    demo::Playback playback;
+    QSignalSpy states(&playback, &demo::Playback::playingChanged);
+    playback.start(twoHalves(), {0, 2});
+    QSignalSpy moves(&playback, &demo::Playback::moved);
+    system.clock.advance(100ms);
+    playback.abandon();
+    QVERIFY(!playback.isPlaying());
+    QVERIFY(moves.isEmpty());
+    QCOMPARE(states.size(), 2);
+    QCOMPARE(states.last()[0].toBool(), false);
 }
 
 void tst_Playback::levelIsThatOfTheLastMoments()

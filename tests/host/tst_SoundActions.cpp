@@ -3,16 +3,19 @@
 
 #include <app/MainWindow.h>
 #include <app/SoundActions.h>
+#include <audio/SoundFile.h>
 #include <audio/WorkProgress.h>
 #include <fakes/FakeSystem.h>
 #include <fakes/QWTestMain.h>
 #include <foundation/NoThreads.h>
+#include <views/TransportLine.h>
 
 #include <QWBase/QWComponentDescription.h>
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
+#include <QLabel>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -32,6 +35,9 @@ private Q_SLOTS:
     void effectOfAnAudioUnitIsApplied();
     void effectOfAVSTIsApplied();
     void effectWithoutASoundUsesTheTestTone();
+    void effectIsAppliedToTheSelectionOnly();
+    void selectionBehindTheEndIsTold();
+    void undoKeepsWhatWasChangedOnly();
     void plugInThatRefusesIsTold();
     void itemWithoutAPlugInDoesNothing();
     void instrumentReplacesTheSound();
@@ -39,6 +45,7 @@ private Q_SLOTS:
     void workForWhichThereIsNoThreadIsTold();
     void testToneThatCannotBeMadeIsTold();
     void resultIsSavedInTheChosenFormat();
+    void savedSoundIsNamedAfterItsFile();
     void closingAsksForAnUnsavedResult();
     void closingAsksForASoundThatWasLeftBehind();
     void closingEndsWorkBeforeItSaves();
@@ -55,6 +62,7 @@ private:
     std::unique_ptr<demo::MainWindow> m_window;
     std::unique_ptr<demo::SoundActions> m_actions;
     ScriptedPlugin::Report m_report;
+    ScriptedPlugin::Script m_script;
 };
 
 static const QWComponentDescription unit(platform::fourCharCode("aufx"), 1, 2);
@@ -62,14 +70,14 @@ static const QWComponentDescription unit(platform::fourCharCode("aufx"), 1, 2);
 void tst_SoundActions::init()
 {
     m_report = {};
+    m_script = {};
     m_system = std::make_unique<FakeSystem>();
     m_scope = std::make_unique<System::Scope>(*m_system);
     m_document = std::make_unique<demo::AudioDocument>();
     m_window = std::make_unique<demo::MainWindow>(*m_document);
     m_actions = std::make_unique<demo::SoundActions>(*m_document, *m_window);
     m_system->pluginLoader.makeComponent = [this](const platform::AudioComponent &component) {
-        return component == unit.component() ? std::make_unique<ScriptedPlugin>(ScriptedPlugin::Script{}, m_report)
-                                             : nullptr;
+        return component == unit.component() ? std::make_unique<ScriptedPlugin>(m_script, m_report) : nullptr;
     };
 }
 
@@ -109,7 +117,7 @@ void tst_SoundActions::effectOfAnAudioUnitIsApplied()
     QCOMPARE(m_document->steps().size(), size_t(1));
     QCOMPARE(m_document->steps()[0].name, "Echo & Co");
     QCOMPARE(m_document->steps()[0].vendor, "Tests");
-    QCOMPARE(m_document->result()->sound.channels, m_document->source()->sound.channels);
+    QCOMPARE(m_document->result()->store.sound().channels, m_document->source()->store.sound().channels);
     QVERIFY(m_window->isWindowModified());
 }
 
@@ -132,6 +140,58 @@ void tst_SoundActions::effectWithoutASoundUsesTheTestTone()
     _apply(QVariant::fromValue(unit));
     QTRY_COMPARE_WITH_TIMEOUT(m_document->steps().size(), size_t(1), patience);
     QCOMPARE(m_document->title(), "Test Tone");
+}
+
+void tst_SoundActions::effectIsAppliedToTheSelectionOnly()
+{
+    m_script.echo = 100;
+    _open(); // a tenth of a second at 48 kHz
+    const auto before = m_document->source()->store.sound().channels;
+    m_window->viewport().setSelection({0.025, 0.05});
+    _apply(QVariant::fromValue(unit));
+    QCOMPARE(m_document->steps().size(), size_t(1));
+    QCOMPARE(m_document->steps()[0].vendor, "Tests · Selection");
+    const auto after = m_document->result()->store.sound().channels;
+    QCOMPARE(after[0].size(), before[0].size());
+    for (size_t frame = 0; frame < after[0].size(); ++frame)
+        QCOMPARE(after[0][frame], frame >= 1300 && frame < 2400 ? 0.75f : 0.5f);
+    QCOMPARE(m_window->viewport().selection(), (demo::TimeRange{0.025, 0.05}));
+}
+
+/// Of an earlier, longer state of the sound.
+void tst_SoundActions::selectionBehindTheEndIsTold()
+{
+    _open();
+    m_window->viewport().setSelection({0, 0.05});
+    platform::MenuItem trim;
+    trim.setRepresentedObject("delete");
+    m_actions->applyEdit(&trim);
+    _waitForWork();
+    m_window->viewport().setSelection({0.06, 0.1}); // "before" still shows it
+    _apply(QVariant::fromValue(unit));
+    trim.setRepresentedObject("invert");
+    m_actions->applyEdit(&trim);
+    QVERIFY(!m_actions->work().isRunning());
+    QCOMPARE(m_document->steps().size(), size_t(1));
+    QCOMPARE(m_report.opened, 0);
+    const auto texts = m_window->transport().findChildren<QLabel *>();
+    QVERIFY(std::ranges::any_of(texts, [](const QLabel *label) {
+        return label->text() == QString("The selection holds nothing of the result");
+    }));
+}
+
+void tst_SoundActions::undoKeepsWhatWasChangedOnly()
+{
+    _open();
+    m_window->viewport().setSelection({0.025, 0.05});
+    platform::MenuItem invert;
+    invert.setRepresentedObject("invert");
+    m_actions->applyEdit(&invert);
+    _waitForWork();
+    QCOMPARE(m_document->result()->store.ownFrames(), 1200);
+    _apply(QVariant::fromValue(unit)); // which gives back what it is given
+    QCOMPARE(m_document->result()->store.ownFrames(), 0);
+    QCOMPARE(m_document->steps().size(), size_t(2));
 }
 
 void tst_SoundActions::plugInThatRefusesIsTold()
@@ -227,6 +287,28 @@ void tst_SoundActions::resultIsSavedInTheChosenFormat()
     QVERIFY(m_system->readFile("~/out.aiff")->startsWith("FORM"));
 }
 
+void tst_SoundActions::savedSoundIsNamedAfterItsFile()
+{
+    _open();
+    _apply(QVariant::fromValue(unit));
+    platform::MenuItem format;
+    format.setTag(static_cast<qlonglong>(demo::SoundFile::Format::Wav16));
+    m_actions->chooseSaveFormat(&format);
+    m_actions->saveDocumentAs(nullptr);
+    QVERIFY(m_system->filePanels.saves.back().otherFileTypes.contains("aif"));
+    m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.aif"));
+    QTRY_VERIFY_WITH_TIMEOUT(!m_document->isModified(), patience);
+    QCOMPARE(m_document->title(), "out.aif");
+    QVERIFY(m_system->readFile("~/out.aif")->startsWith("FORM"));
+    m_actions->saveDocumentAs(nullptr);
+    QCOMPARE(m_system->filePanels.saves.back().suggestedName, "out"); // "Echo & Co" is in it already
+    m_system->filePanels.endSave(platform::FilePanels::Cancel);
+    _apply(QVariant::fromValue(unit));
+    m_actions->saveDocumentAs(nullptr);
+    QCOMPARE(m_system->filePanels.saves.back().suggestedName, "out Echo & Co");
+    m_system->filePanels.endSave(platform::FilePanels::Cancel);
+}
+
 void tst_SoundActions::closingAsksForAnUnsavedResult()
 {
     _open();
@@ -262,7 +344,7 @@ void tst_SoundActions::closingEndsWorkBeforeItSaves()
     QTRY_COMPARE_WITH_TIMEOUT(m_system->filePanels.saves.size(), 1, patience);
     m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
     QTRY_VERIFY_WITH_TIMEOUT(!m_window->isVisible(), patience);
-    QCOMPARE(m_document->title(), "in.wav");
+    QCOMPARE(m_document->sourceTitle(), "in.wav");
 }
 
 void tst_SoundActions::menuItemsFollowTheDocument()

@@ -24,6 +24,8 @@ private Q_SLOTS:
     void gainIsInDecibels();
     void trimmingSilenceMayLeaveNothing();
     void monoSoundKeepsItsOneChannel();
+    void partIsReplaced_data();
+    void partIsReplaced();
     void unknownNameIsNoEdit();
 };
 
@@ -113,6 +115,32 @@ void tst_SoundEdits::monoSoundKeepsItsOneChannel()
     demo::SoundEdits::named(u"swapChannels")->apply(changed, {0, 2});
     demo::SoundEdits::named(u"mixToMono")->apply(changed, {0, 2});
     QCOMPARE(changed.channels, (Channels{{1, 2}}));
+}
+
+void tst_SoundEdits::partIsReplaced_data()
+{
+    QTest::addColumn<Channels>("before");
+    QTest::addColumn<int>("first");
+    QTest::addColumn<Channels>("other");
+    QTest::addColumn<Channels>("after");
+    const Channels mono{{1, 2, 3, 4}};
+    QTest::newRow("as long") << mono << 1 << Channels{{8, 9}} << Channels{{1, 8, 9, 4}};
+    QTest::newRow("rings on over the rest") << mono << 1 << Channels{{8, 9, 7, 7}} << Channels{{1, 8, 9, 4}};
+    QTest::newRow("rings on at the end") << mono << 2 << Channels{{8, 9, 7}} << Channels{{1, 2, 8, 9, 7}};
+    QTest::newRow("becomes stereo") << mono << 1 << Channels{{8, 9}, {6, 5}} << Channels{{1, 8, 9, 4}, {1, 6, 5, 4}};
+    QTest::newRow("one channel for two") << Channels{{1, 2, 3, 4}, {5, 6, 7, 8}} << 1 << Channels{{0, 9}}
+                                         << Channels{{1, 0, 9, 4}, {5, 0, 9, 8}};
+    QTest::newRow("shorter") << mono << 1 << Channels{{8}} << Channels{{1, 8, 3, 4}};
+}
+
+void tst_SoundEdits::partIsReplaced()
+{
+    QFETCH(Channels, before);
+    QFETCH(int, first);
+    QFETCH(Channels, other);
+    Sound changed = sound(before);
+    demo::SoundEdits::replace(changed, {first, first + 2}, sound(other));
+    QTEST(changed.channels, "after");
 }
 
 void tst_SoundEdits::unknownNameIsNoEdit()

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 #include <limits>
 
@@ -22,7 +23,13 @@ class tst_SoundFile : public QObject
 private Q_SLOTS:
     void whatIsWrittenIsReadAgain_data();
     void whatIsWrittenIsReadAgain();
-    void loudSamplesSurviveInFloatAndAreClippedIn24Bit();
+    void loudSamplesSurviveInFloatAndAreClippedInWholeNumbers();
+    void roundTripsChangeNoSample_data();
+    void roundTripsChangeNoSample();
+    void nameSaysTheContainer_data();
+    void nameSaysTheContainer();
+    void rateThatNoSoundHasIsRefused_data();
+    void rateThatNoSoundHasIsRefused();
     void garbageIsRefusedInWords_data();
     void garbageIsRefusedInWords();
     void fileCutShortGivesWhatIsThereOrASentence();
@@ -64,6 +71,8 @@ void tst_SoundFile::whatIsWrittenIsReadAgain_data()
     QTest::newRow("WAV 24 mono") << SoundFile::Format::Wav24 << 1 << 2.0e-7f;
     QTest::newRow("AIFF float, six channels") << SoundFile::Format::AiffFloat << 6 << 0.0f;
     QTest::newRow("AIFF 24 stereo") << SoundFile::Format::Aiff24 << 2 << 2.0e-7f;
+    QTest::newRow("WAV 16 stereo") << SoundFile::Format::Wav16 << 2 << 1.6e-5f;
+    QTest::newRow("AIFF 16 mono") << SoundFile::Format::Aiff16 << 1 << 1.6e-5f;
 }
 
 void tst_SoundFile::whatIsWrittenIsReadAgain()
@@ -83,15 +92,87 @@ void tst_SoundFile::whatIsWrittenIsReadAgain()
         QVERIFY(std::abs(read->channels.back()[i] - sound.channels.back()[i]) <= tolerance);
 }
 
-void tst_SoundFile::loudSamplesSurviveInFloatAndAreClippedIn24Bit()
+void tst_SoundFile::loudSamplesSurviveInFloatAndAreClippedInWholeNumbers()
 {
     const Sound sound = sounds::constant({1.5f, -1.5f}, 100);
     QVERIFY(SoundFile::write(_path("loud.wav"), sound, SoundFile::Format::WavFloat, m_progress, &m_error));
     QCOMPARE(_read(_path("loud.wav"))->channels, sound.channels);
-    QVERIFY(SoundFile::write(_path("loud.wav"), sound, SoundFile::Format::Wav24, m_progress, &m_error));
-    const auto clipped = _read(_path("loud.wav"));
-    QVERIFY(clipped->channels[0][50] > 0.999f && clipped->channels[0][50] <= 1);
-    QVERIFY(clipped->channels[1][50] >= -1 && clipped->channels[1][50] < -0.999f);
+    QVERIFY(!SoundFile::clips(SoundFile::Format::WavFloat));
+    for (const auto format : {SoundFile::Format::Wav24, SoundFile::Format::Wav16}) {
+        QVERIFY(SoundFile::clips(format));
+        QVERIFY(SoundFile::write(_path("loud.wav"), sound, format, m_progress, &m_error));
+        const auto clipped = _read(_path("loud.wav"));
+        QVERIFY(clipped->channels[0][50] > 0.999f && clipped->channels[0][50] <= 1);
+        QVERIFY(clipped->channels[1][50] >= -1 && clipped->channels[1][50] < -0.999f);
+    }
+}
+
+void tst_SoundFile::roundTripsChangeNoSample_data()
+{
+    QTest::addColumn<SoundFile::Format>("format");
+    QTest::addColumn<int>("bits");
+    QTest::newRow("16") << SoundFile::Format::Wav16 << 16;
+    QTest::newRow("24") << SoundFile::Format::Aiff24 << 24;
+}
+
+/// All steps of 16 bits, or as many of 24, at both ends of the scale too.
+void tst_SoundFile::roundTripsChangeNoSample()
+{
+    QFETCH(SoundFile::Format, format);
+    QFETCH(int, bits);
+    Sound sound = sounds::constant({0}, 65536);
+    for (int step = -32768; step < 32768; ++step) {
+        const int sample = bits == 16 ? step : step * 256 + (step & 255);
+        sound.channels[0][static_cast<size_t>(step + 32768)] = std::ldexp(static_cast<float>(sample), 1 - bits);
+    }
+    QVERIFY(SoundFile::write(_path("steps"), sound, format, m_progress, &m_error));
+    QCOMPARE(_read(_path("steps"))->channels, sound.channels);
+}
+
+void tst_SoundFile::nameSaysTheContainer_data()
+{
+    using Format = SoundFile::Format;
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<Format>("chosen");
+    QTest::addColumn<Format>("written");
+    QTest::newRow("aif") << "a.aif" << Format::AiffFloat << Format::AiffFloat;
+    QTest::newRow("other container") << "a.AIFF" << Format::Wav16 << Format::Aiff16;
+    QTest::newRow("and back") << "a.b.wav" << Format::Aiff24 << Format::Wav24;
+    QTest::newRow("no word of it") << "a" << Format::Aiff24 << Format::Aiff24;
+    QTest::newRow("unknown") << "a.wave" << Format::AiffFloat << Format::AiffFloat;
+}
+
+void tst_SoundFile::nameSaysTheContainer()
+{
+    QFETCH(QString, name);
+    QFETCH(SoundFile::Format, chosen);
+    QVERIFY(SoundFile::extensions().contains(SoundFile::extension(chosen)));
+    QTEST(SoundFile::formatFor("/folder.aiff/" + name, chosen), "written");
+}
+
+void tst_SoundFile::rateThatNoSoundHasIsRefused_data()
+{
+    QTest::addColumn<quint32>("rate");
+    QTest::addColumn<bool>("isRead");
+    QTest::newRow("2 GHz") << 2'000'000'000u << false;
+    QTest::newRow("1 Hz") << 1u << false;
+    QTest::newRow("as on the telephone") << 8000u << true;
+    QTest::newRow("the highest") << quint32(SoundFile::highestRate) << true;
+}
+
+void tst_SoundFile::rateThatNoSoundHasIsRefused()
+{
+    QFETCH(quint32, rate);
+    const Sound sound = sounds::constant({0.5f}, 10);
+    QVERIFY(SoundFile::write(_path("rate.wav"), sound, SoundFile::Format::Wav16, m_progress, &m_error));
+    QFile file(_path("rate.wav"));
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(24)); // where the header has it
+    const quint32 inFile = qToLittleEndian(rate);
+    QCOMPARE(file.write(reinterpret_cast<const char *>(&inFile), sizeof inFile), qint64(sizeof inFile));
+    file.close();
+    const auto read = _read(_path("rate.wav"));
+    QTEST(read.has_value(), "isRead");
+    QCOMPARE(m_error, read ? QString() : QString("The file names a sample rate that no sound has."));
 }
 
 void tst_SoundFile::garbageIsRefusedInWords_data()

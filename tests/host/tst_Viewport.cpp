@@ -12,7 +12,9 @@ class tst_Viewport : public QObject
 
 private Q_SLOTS:
     void newSoundIsShownWhole();
-    void otherSoundKeepsTheStretch();
+    void changedSoundKeepsTheStretch();
+    void changedSoundDoesNotScrollToThePosition();
+    void anotherSoundIsShownWhole();
     void zoomKeepsThePositionInPlace();
     void zoomWithoutThePositionKeepsTheMiddle();
     void zoomEndsAtTheShortestAndAtTheWhole();
@@ -39,7 +41,7 @@ void tst_Viewport::newSoundIsShownWhole()
     QCOMPARE(changes.size(), 2);
 }
 
-void tst_Viewport::otherSoundKeepsTheStretch()
+void tst_Viewport::changedSoundKeepsTheStretch()
 {
     Viewport viewport;
     viewport.setDuration(8);
@@ -52,6 +54,42 @@ void tst_Viewport::otherSoundKeepsTheStretch()
     QCOMPARE(viewport.visible(), (TimeRange{3, 5}));
     QVERIFY(viewport.selection().isEmpty());
     QCOMPARE(viewport.position(), 5.0);
+}
+
+void tst_Viewport::changedSoundDoesNotScrollToThePosition()
+{
+    Viewport viewport;
+    viewport.setDuration(8);
+    viewport.setPosition(1);
+    viewport.setVisible({4, 6});
+    for (const double duration : {8.0, 10.0, 7.0}) {
+        viewport.setDuration(duration);
+        QCOMPARE(viewport.visible(), (TimeRange{4, 6}));
+        QCOMPARE(viewport.position(), 1.0);
+    }
+    viewport.setDuration(6.5);
+    viewport.setVisible({0, 2});
+    viewport.setPosition(6.5);
+    viewport.setVisible({0, 2});
+    const QSignalSpy moves(&viewport, &Viewport::positionChanged);
+    viewport.setDuration(6); // the position is cut off with the end
+    QCOMPARE(viewport.position(), 6.0);
+    QCOMPARE(viewport.visible(), (TimeRange{0, 2}));
+    QCOMPARE(moves.size(), 1);
+}
+
+void tst_Viewport::anotherSoundIsShownWhole()
+{
+    Viewport viewport;
+    viewport.setDuration(8);
+    viewport.setVisible({4, 6});
+    viewport.setSelection({5, 7});
+    viewport.setPosition(6);
+    viewport.setDuration(0);
+    viewport.setDuration(7);
+    QVERIFY(viewport.showsAll());
+    QVERIFY(viewport.selection().isEmpty());
+    QCOMPARE(viewport.position(), 0.0);
 }
 
 void tst_Viewport::zoomKeepsThePositionInPlace()

@@ -33,7 +33,7 @@ void tst_WaveformSummary::columnsHoldPeaksAndEffectiveLevel()
 {
     QFETCH(int, frames);
     const demo::Sound sound = sounds::sine(1000, 0.5f, 1, frames);
-    const auto columns = WaveformSummary(sound).columns(sound, 0, 0, frames, 20);
+    const auto columns = WaveformSummary(sound).columns(demo::SampleStore(sound), 0, 0, frames, 20);
     QCOMPARE(columns.size(), size_t(20));
     for (const auto &column : columns) {
         QVERIFY(std::abs(column.greatest - 0.5f) < 0.01f);
@@ -57,7 +57,7 @@ void tst_WaveformSummary::noPeakIsLostAtAnyWidth()
         sound.channels[0][place] = 1;
     const WaveformSummary summary(sound);
     for (const size_t place : {0, 255, 256, 4711, 99999, 100000}) {
-        const auto columns = summary.columns(sound, 0, 0, sound.frames(), width);
+        const auto columns = summary.columns(demo::SampleStore(sound), 0, 0, sound.frames(), width);
         size_t column = 0; // the last one that begins at or before the place
         while (column + 1 < columns.size() &&
                static_cast<size_t>(sound.frames()) * (column + 1) / columns.size() <= place)
@@ -69,7 +69,7 @@ void tst_WaveformSummary::noPeakIsLostAtAnyWidth()
 void tst_WaveformSummary::columnsBeyondTheEndAreSilent()
 {
     const demo::Sound sound = sounds::constant({0.5f}, 1000);
-    const auto columns = WaveformSummary(sound).columns(sound, 0, 0, 2000, 10);
+    const auto columns = WaveformSummary(sound).columns(demo::SampleStore(sound), 0, 0, 2000, 10);
     QCOMPARE(columns[4].greatest, 0.5f);
     QCOMPARE(columns[5].greatest, 0.0f);
     QCOMPARE(columns[9].effective, 0.0f);
@@ -87,7 +87,7 @@ void tst_WaveformSummary::columnsBeginWhereTheyAreAskedTo()
     QFETCH(qint64, frames);
     demo::Sound sound = sounds::constant({0.25f}, 3 * frames);
     std::fill_n(sound.channels[0].begin() + frames, frames, 0.75f);
-    const auto columns = WaveformSummary(sound).columns(sound, 0, frames / 2, 2 * frames, 4);
+    const auto columns = WaveformSummary(sound).columns(demo::SampleStore(sound), 0, frames / 2, 2 * frames, 4);
     QCOMPARE(columns[0].greatest, 0.25f);
     QCOMPARE(columns[1].greatest, 0.75f);
     QCOMPARE(columns[2].greatest, 0.75f);
@@ -98,7 +98,7 @@ void tst_WaveformSummary::moreColumnsThanFramesShowEachFrame()
 {
     demo::Sound sound = sounds::constant({0.0f}, 3);
     sound.channels[0] = {0.1f, 0.2f, 0.3f};
-    const auto columns = WaveformSummary(sound).columns(sound, 0, 0, 3, 9);
+    const auto columns = WaveformSummary(sound).columns(demo::SampleStore(sound), 0, 0, 3, 9);
     for (size_t i = 0; i < columns.size(); ++i)
         QCOMPARE(columns[i].greatest, sound.channels[0][i / 3]);
 }
@@ -106,9 +106,9 @@ void tst_WaveformSummary::moreColumnsThanFramesShowEachFrame()
 void tst_WaveformSummary::testToneIsLoudEnoughAndNeverClips()
 {
     const demo::Clip tone(demo::makeTestTone());
-    QCOMPARE(tone.sound.seconds(), 4.0);
+    QCOMPARE(tone.store.seconds(), 4.0);
     QVERIFY(tone.peak > 0.4f && tone.peak < 0.8f);
-    QCOMPARE(demo::makeTestTone().channels, tone.sound.channels);
+    QCOMPARE(demo::makeTestTone().channels, tone.store.sound().channels);
 }
 
 QTEST_APPLESS_MAIN(tst_WaveformSummary)

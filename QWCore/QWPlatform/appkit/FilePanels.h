@@ -16,8 +16,9 @@ struct SavePanelRequest
 {
     QWidget *window = nullptr; ///< The panel is a sheet on it; null: a panel of its own.
     QString title;
-    QString suggestedName;    ///< Without extension.
-    QString requiredFileType; ///< Extension that the chosen path is made to have; "" for any.
+    QString suggestedName;        ///< Without extension.
+    QString requiredFileType;     ///< Extension that the chosen path is made to have; "" for any.
+    QStringList otherFileTypes{}; ///< Extensions that a path which the user gave one of them keeps instead.
 };
 
 struct OpenPanelRequest

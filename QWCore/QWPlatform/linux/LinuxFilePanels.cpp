@@ -77,13 +77,21 @@ bool mayWrite(const QString &chosen, const QString &path)
     return runAlert(alert) == 0;
 }
 
+QStringList typesOf(const SavePanelRequest &request)
+{
+    QStringList types{request.requiredFileType};
+    types += request.otherFileTypes;
+    types.removeDuplicates();
+    return types;
+}
+
 void prepareSave(QFileDialog &panel, const SavePanelRequest &request)
 {
     panel.setAcceptMode(QFileDialog::AcceptSave);
     panel.setFileMode(QFileDialog::AnyFile);
     panel.setDefaultSuffix(request.requiredFileType);
     if (!request.requiredFileType.isEmpty())
-        filterFiles(panel, {request.requiredFileType}, {});
+        filterFiles(panel, typesOf(request), {});
     panel.selectFile(withExtension(QString(request.suggestedName).replace('/', '-'), request.requiredFileType));
 }
 
@@ -104,7 +112,8 @@ void LinuxFilePanels::beginSavePanel(const SavePanelRequest &request, std::funct
     prepareSave(*panel, request);
     QObject::connect(panel, &QDialog::finished, panel, [=](int result) {
         const QString chosen = result == QDialog::Accepted ? panel->selectedFiles().value(0) : QString();
-        const QString path = chosen.isEmpty() ? chosen : withExtension(chosen, request.requiredFileType);
+        const bool keeps = request.otherFileTypes.contains(QFileInfo(chosen).suffix(), Qt::CaseInsensitive);
+        const QString path = chosen.isEmpty() || keeps ? chosen : withExtension(chosen, request.requiredFileType);
         if (path.isEmpty() || !mayWrite(chosen, path))
             return didEnd(Cancel, {});
         rememberFolder(QFileInfo(path).absolutePath());

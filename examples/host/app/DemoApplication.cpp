@@ -97,6 +97,9 @@ void DemoApplication::_openWindow()
     m_menus = std::make_unique<HostMenus>(*m_window, *m_actions);
     m_menus->fill(*m_units, *m_vst);
     m_window->setPlugInMenus(m_menus->effects(), m_menus->instruments());
+    connect(&m_actions->work(), &SoundWork::started, m_window.get(), &HostMenus::validateOpenMenus);
+    connect(&m_actions->work(), &SoundWork::ended, m_window.get(), &HostMenus::validateOpenMenus);
+    connect(m_document.get(), &AudioDocument::changed, m_window.get(), &HostMenus::validateOpenMenus);
     connect(m_window.get(), &MainWindow::closed, this, &QCoreApplication::quit);
     if (!m_tour && HostSettings::isOn(HostSettings::rememberFrameKey)) // the tour's pictures are alike everywhere
         m_window->restoreFrame();

@@ -5,6 +5,7 @@
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 
+#include <QApplication>
 #include <QMainWindow>
 #include <QMenuBar>
 
@@ -28,8 +29,9 @@ struct Menu
 
 const Menu fileMenu{"&File",
                     {"Open…", "Built-in Test Tone", separator, "Save As…", "Format for Saving>WAV, 32-bit float",
-                     "Format for Saving>WAV, 24-bit", "Format for Saving>AIFF, 32-bit float",
-                     "Format for Saving>AIFF, 24-bit", separator, "Quit"}};
+                     "Format for Saving>WAV, 24-bit", "Format for Saving>WAV, 16-bit",
+                     "Format for Saving>AIFF, 32-bit float", "Format for Saving>AIFF, 24-bit",
+                     "Format for Saving>AIFF, 16-bit", separator, "Quit"}};
 const Menu editMenu{"&Edit",
                     {"Undo",
                      "Redo",
@@ -61,6 +63,11 @@ const Menu viewMenu{"&View",
                     {"Zoom>In", "Zoom>Out", "Zoom>To Selection", "Zoom>To Fit", "Scroll>Left", "Scroll>Right",
                      separator, "Time Ruler", "Chain", "Full Screen", separator, "Theme>As the Desktop", "Theme>Light",
                      "Theme>Dark"}};
+
+const Menu transportMenu{"&Transport",
+                         {"Play or Stop", "Play Selection", separator, "Back", "Forward", "Far Back", "Far Forward",
+                          separator, "Go to Start", "Go to End", "Go to Start of Selection", "Go to End of Selection",
+                          separator, "Longer Selection", "Shorter Selection", "Select to Start", "Select to End"}};
 
 struct HelpEntry
 {
@@ -118,6 +125,7 @@ HostMenus::HostMenus(QMainWindow &window, QObject &actions)
     addMenu(bar, fileMenu);
     restoreTitles(*addMenu(bar, editMenu));
     addMenu(bar, viewMenu);
+    addMenu(bar, transportMenu);
     m_effects = bar.addMenu("Effect&s");
     m_instruments = bar.addMenu("&Instruments");
     QMenu *help = bar.addMenu("&Help");
@@ -126,6 +134,14 @@ HostMenus::HostMenus(QMainWindow &window, QObject &actions)
 }
 
 HostMenus::~HostMenus() = default;
+
+void HostMenus::validateOpenMenus()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *menu = qobject_cast<QMenu *>(widget); menu && menu->isVisible())
+            platform::validateMenu(*menu);
+    }
+}
 
 void HostMenus::fill(const QWAUManager &units, const QWVSTManager &vst)
 {

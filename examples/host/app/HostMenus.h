@@ -14,14 +14,17 @@ class QWVSTManager;
 namespace demo
 {
 
-/// The menu bar of the host. It knows the titles and their order; keys, actions and tags of the menus File, Edit and
-/// View are those of the shortcuts of the same names. The plug-in menus are filled from the two catalogs.
+/// The menu bar of the host. It knows the titles and their order; keys, actions and tags of the menus File, Edit,
+/// View and Transport are those of the shortcuts of the same names. The plug-in menus are filled from the two catalogs.
 class HostMenus
 {
 public:
     /// @p actions receives what the plug-in menus send; not owned. Everything else finds its receiver itself.
     HostMenus(QMainWindow &window, QObject &actions);
     ~HostMenus();
+
+    /// Menus that are open learn what can be done now; those that open ask themselves.
+    static void validateOpenMenus();
 
     /// Fills the Effects and Instruments menus anew.
     void fill(const QWAUManager &units, const QWVSTManager &vst);

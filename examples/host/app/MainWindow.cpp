@@ -46,6 +46,21 @@ QStringList localFilesIn(const QMimeData &data)
     return paths;
 }
 
+platform::UserDefaults &defaults()
+{
+    return platform::System::current().userDefaults();
+}
+
+QString frameKey()
+{
+    return QGuiApplication::applicationDisplayName() + " Frame";
+}
+
+QString maximisedKey()
+{
+    return QGuiApplication::applicationDisplayName() + " Maximised";
+}
+
 bool isOnAScreen(const QRect &frame)
 {
     return std::ranges::any_of(QGuiApplication::screens(),
@@ -147,10 +162,20 @@ void MainWindow::_showDocument()
     setWindowTitle(m_document.isEmpty() ? application : m_document.title() + "[*] — " + application);
     setWindowModified(m_document.isModified());
     m_station = 0;
+    _beginWithSource();
     if (m_document.isEmpty())
         return;
     m_title->setText(m_document.title());
     showStation(static_cast<int>(m_document.steps().size()));
+}
+
+/// Another sound has nothing to do with what was looked at, where and how closely.
+void MainWindow::_beginWithSource()
+{
+    if (m_source == m_document.source())
+        return;
+    m_source = m_document.source();
+    m_viewport.setDuration(0);
 }
 
 void MainWindow::showStation(int station)
@@ -160,7 +185,7 @@ void MainWindow::showStation(int station)
     m_station = std::clamp(station, 0, static_cast<int>(m_document.steps().size()));
     m_chain->show(m_document, m_station);
     if (m_station == 0)
-        return m_waveforms->showSound(m_document.title(), m_document.source());
+        return m_waveforms->showSound(m_document.sourceTitle(), m_document.source());
     const auto index = static_cast<size_t>(m_station - 1);
     const Step &step = m_document.steps()[index];
     m_waveforms->showStep(m_document.before(index), platform::formatted(localized("After %@"), {step.name}),
@@ -192,14 +217,9 @@ bool MainWindow::showsChain() const
     return !m_chain->isHidden();
 }
 
-QString MainWindow::_frameKey() const
-{
-    return QGuiApplication::applicationDisplayName() + " Frame";
-}
-
 void MainWindow::restoreFrame()
 {
-    const QString text = platform::System::current().userDefaults().string(_frameKey());
+    const QString text = defaults().string(frameKey());
     const QRect frame = platform::TextForms::rectFromString(text).toRect();
     const bool isShown = frame.isValid() && isOnAScreen(frame);
     if (isShown)
@@ -209,12 +229,18 @@ void MainWindow::restoreFrame()
     platform::constrainToScreen(*this);
     m_fittedFrame = frame.isValid() && geometry() != frame ? geometry() : QRect();
     m_remembersFrame = true;
+    if (defaults().boolean(maximisedKey()))
+        setWindowState(windowState() | Qt::WindowMaximized);
 }
 
 void MainWindow::_rememberFrame() const
 {
-    if (m_remembersFrame && geometry() != m_fittedFrame && !isFullScreen())
-        platform::System::current().userDefaults().setObject(_frameKey(), platform::stringFromFrame(*this));
+    if (!m_remembersFrame)
+        return;
+    defaults().setObject(maximisedKey(), isMaximized());
+    const QRect frame = normalGeometry();
+    if (frame.isValid() && frame != m_fittedFrame)
+        defaults().setObject(frameKey(), platform::TextForms::stringFromRect(frame));
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

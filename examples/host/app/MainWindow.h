@@ -46,8 +46,9 @@ public:
     /// The menus that the window's buttons open. Not owned.
     void setPlugInMenus(QMenu *effects, QMenu *instruments);
 
-    /// Takes the frame of the last run, fitted to a screen that still shows it, else the middle of the screen; from now
-    /// on the frame is remembered when the window closes. A frame that only the screen made smaller is not.
+    /// Takes the frame of the last run, fitted to a screen that still shows it, else the middle of the screen, and is
+    /// maximised again where it was; from now on this is remembered when the window closes. A frame that only the
+    /// screen made smaller is not.
     void restoreFrame();
 
     /// Asked before the window closes; false keeps it open.
@@ -73,11 +74,12 @@ private:
     QWidget *_makeHeader();
     QPushButton *_makeButton(const QString &icon, const QString &title);
     void _showDocument();
-    QString _frameKey() const;
+    void _beginWithSource();
     void _rememberFrame() const;
 
     AudioDocument &m_document;
     Viewport m_viewport;
+    ClipPointer m_source; ///< Of the sound that is shown.
     int m_station = 0;
     bool m_remembersFrame = false;
     QRect m_fittedFrame; ///< As restored, when it was not the one remembered.

@@ -34,6 +34,7 @@ void Playback::start(ClipPointer clip, const TimeRange &range)
     m_range = range;
     m_startedAt = now();
     m_timer.start();
+    Q_EMIT playingChanged(true);
     _tick();
 }
 
@@ -42,8 +43,15 @@ void Playback::stop()
     if (!isPlaying())
         return;
     const double here = m_range.begin + static_cast<double>(now() - m_startedAt) / 1e9;
-    m_timer.stop();
+    abandon();
     Q_EMIT moved(std::min(here, m_range.end), 0);
+}
+
+void Playback::abandon()
+{
+    m_timer.stop();
+    m_clip.reset();
+    Q_EMIT playingChanged(false);
 }
 
 void Playback::_tick()
@@ -56,14 +64,14 @@ void Playback::_tick()
 
 float Playback::_levelAt(double seconds) const
 {
-    const Sound &sound = m_clip->sound;
+    const SampleStore &store = m_clip->store;
     const auto frameAt = [&](double time) {
-        return std::clamp(static_cast<qint64>(time * sound.sampleRate), qint64(0), sound.frames());
+        return std::clamp(static_cast<qint64>(time * store.sampleRate()), qint64(0), store.frames());
     };
     float level = 0;
-    for (const auto &samples : sound.channels) {
-        for (qint64 frame = frameAt(seconds - levelSeconds); frame < frameAt(seconds); ++frame)
-            level = std::max(level, std::abs(samples[static_cast<size_t>(frame)]));
+    for (int channel = 0; channel < store.channelCount(); ++channel) {
+        for (const float sample : store.samples(channel, frameAt(seconds - levelSeconds), frameAt(seconds)))
+            level = std::max(level, std::abs(sample));
     }
     return level;
 }

@@ -23,9 +23,13 @@ public:
     void start(ClipPointer clip, const TimeRange &range);
     void stop();
 
+    /// Stops without a word of where: the sound is another one now.
+    void abandon();
+
 Q_SIGNALS:
     /// @p level is the peak of the last moments, 0 at the end.
     void moved(double seconds, float level);
+    void playingChanged(bool playing);
 
 private:
     void _tick();

@@ -4,6 +4,7 @@
 #include "../views/Viewport.h"
 #include "HostSettings.h"
 #include "MainWindow.h"
+#include "SaveRequest.h"
 #include "SoundTasks.h"
 
 #include <QWPlatform/System.h>
@@ -12,7 +13,6 @@
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/Workspace.h>
 #include <QWPlatform/foundation/Localization.h>
-#include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QFileInfo>
 #include <QUrl>
@@ -28,14 +28,8 @@ using platform::MenuItem;
 
 namespace
 {
-constexpr auto saveFormatKey = "Save Format";
 const QStringList readableTypes{"wav",  "aif", "aiff", "aifc", "flac", "ogg", "oga",
                                 "opus", "mp3", "caf",  "au",   "snd",  "w64", "rf64"};
-
-bool isClipping(SoundFile::Format format, const Clip &clip)
-{
-    return clip.peak > 1 && (format == SoundFile::Format::Wav24 || format == SoundFile::Format::Aiff24);
-}
 } // namespace
 
 SoundActions::SoundActions(AudioDocument &document, MainWindow &window)
@@ -131,14 +125,17 @@ void SoundActions::applyEffect(QObject *sender)
 
 void SoundActions::_applyEffect(const PlugInChoice &choice)
 {
+    const auto part = _part();
+    if (!part)
+        return;
     _start(
         formatted(localized("Applying %@…"), {choice.name}),
-        [open = choice.open, source = m_document.result()](WorkProgress &progress) {
-            return SoundTasks::render(open, source, progress);
+        [open = choice.open, source = m_document.result(), part = *part](WorkProgress &progress) {
+            return SoundTasks::apply(open, source, part, progress);
         },
         [this, name = choice.name](const WorkResult &result) {
             if (result.clip)
-                m_document.addStep({name, result.vendor, result.clip});
+                m_document.addStep({name, _extent(result.vendor), result.clip});
             else
                 _fail(formatted(localized("“%@” could not be applied."), {name}), result);
         });
@@ -172,18 +169,37 @@ void SoundActions::cancelWork(QObject *)
     m_work.cancel();
 }
 
-/// Of the selection, else of the whole result.
-void SoundActions::_edit(const QString &title, Edit edit)
+/// The selection, else the whole result; none, and a word about it, where nothing of the result is selected: what is
+/// shown may be an earlier, longer state.
+std::optional<FrameRange> SoundActions::_part() const
 {
     if (m_document.isEmpty())
+        return std::nullopt;
+    const FrameRange part = SoundTasks::partOf(m_document.result()->store, m_window.viewport().selection());
+    if (part.count() > 0)
+        return part;
+    m_window.transport().showStatus(localized("The selection holds nothing of the result"));
+    return std::nullopt;
+}
+
+/// For the chain: who did it, and to what.
+QString SoundActions::_extent(const QString &vendor) const
+{
+    const bool ofPart = !m_window.viewport().selection().isEmpty();
+    if (vendor.isEmpty())
+        return localized(ofPart ? "Selection" : "Whole sound");
+    return ofPart ? vendor + " · " + localized("Selection") : vendor;
+}
+
+void SoundActions::_edit(const QString &title, Edit edit)
+{
+    const auto part = _part();
+    if (!part)
         return;
-    const FrameRange part = SoundTasks::partOf(m_document.result()->sound, m_window.viewport().selection());
     _start(
         formatted(localized("%@…"), {title}),
-        [edit = std::move(edit), part, source = m_document.result()](WorkProgress &) {
-            Sound sound = source->sound;
-            edit(sound, part);
-            return SoundTasks::resultOf(sound.isEmpty() ? std::nullopt : std::optional(std::move(sound)), {});
+        [edit = std::move(edit), part = *part, source = m_document.result()](WorkProgress &) {
+            return SoundTasks::edit(source, part, edit);
         },
         [this, title](const WorkResult &result) { _takeEdited(title, result); });
 }
@@ -194,9 +210,8 @@ void SoundActions::_takeEdited(const QString &title, const WorkResult &result)
         return _fail(formatted(localized("“%@” could not be applied."), {title}), result);
     if (!result.clip)
         return m_window.transport().showStatus(localized("Nothing would be left of the sound"));
-    const bool isOtherLength = result.clip->sound.frames() != m_document.result()->sound.frames();
-    const bool ofPart = !m_window.viewport().selection().isEmpty();
-    m_document.addStep({title, localized(ofPart ? "Selection" : "Whole sound"), result.clip});
+    const bool isOtherLength = result.clip->store.frames() != m_document.result()->store.frames();
+    m_document.addStep({title, _extent({}), result.clip});
     if (isOtherLength)
         m_window.viewport().setSelection({});
 }
@@ -209,7 +224,7 @@ void SoundActions::playInstrument(QObject *sender)
         return;
     _start(
         formatted(localized("Playing %@…"), {choice->name}),
-        [open = choice->open](WorkProgress &progress) { return SoundTasks::render(open, nullptr, progress); },
+        [open = choice->open](WorkProgress &progress) { return SoundTasks::play(open, progress); },
         [this, name = choice->name](const WorkResult &result) {
             if (result.clip)
                 _takeSource(name, result.vendor.isEmpty() ? localized("Instrument") : result.vendor, result);
@@ -218,30 +233,18 @@ void SoundActions::playInstrument(QObject *sender)
         });
 }
 
-SoundFile::Format SoundActions::saveFormat() const
-{
-    const qlonglong stored = platform::System::current().userDefaults().integer(saveFormatKey);
-    const bool known = stored >= 0 && stored <= static_cast<qlonglong>(SoundFile::Format::Aiff24);
-    return known ? static_cast<SoundFile::Format>(stored) : SoundFile::Format::WavFloat;
-}
-
 void SoundActions::chooseSaveFormat(QObject *sender)
 {
     if (sender)
-        platform::System::current().userDefaults().setObject(saveFormatKey, sender->property("tag").toLongLong());
+        SaveRequest::setFormat(sender->property("tag").toLongLong());
 }
 
 void SoundActions::saveDocumentAs(QObject *)
 {
     if (m_document.isEmpty() || m_work.isRunning())
         return;
-    platform::SavePanelRequest request;
+    platform::SavePanelRequest request = SaveRequest::make(m_document);
     request.window = &m_window;
-    request.title = localized("Save Sound");
-    request.suggestedName = QFileInfo(m_document.title()).completeBaseName();
-    if (!m_document.steps().empty() && HostSettings::isOn(HostSettings::effectNameKey))
-        request.suggestedName += " " + m_document.steps().back().name;
-    request.requiredFileType = SoundFile::extension(saveFormat());
     platform::System::current().filePanels().beginSavePanel(request, [this](int code, const QString &path) {
         if (code == platform::FilePanels::OK)
             _save(path);
@@ -253,26 +256,28 @@ void SoundActions::saveDocumentAs(QObject *)
 void SoundActions::_save(const QString &path)
 {
     const QString name = QFileInfo(path).fileName();
-    const auto format = saveFormat();
+    const auto format = SoundFile::formatFor(path, SaveRequest::format());
     const auto write = [path, format, clip = m_document.result()](WorkProgress &progress) {
-        WorkResult result;
-        if (SoundFile::write(path, clip->sound, format, progress, &result.error))
-            result.clip = clip;
-        return result;
+        return SoundTasks::writeFile(path, clip, format, progress);
     };
     _start(formatted(localized("Saving %@…"), {name}), write, [this, path, name, format](const WorkResult &result) {
-        if (!result.clip) {
-            m_closeWhenSaved = false;
-            return _fail(formatted(localized("“%@” could not be saved."), {name}), result);
-        }
-        m_document.setSaved();
-        const char *status = isClipping(format, *result.clip) ? "Saved %@; peaks above 0 dB were clipped" : "Saved %@";
-        m_window.transport().showStatus(formatted(localized(status), {name}));
-        if (HostSettings::isOn(HostSettings::showSavedKey))
-            platform::System::current().workspace().openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));
-        if (m_closeWhenSaved)
-            m_window.close();
+        if (result.clip)
+            return _takeSaved(path, SoundFile::clips(format) && result.clip->peak > 1);
+        m_closeWhenSaved = false;
+        _fail(formatted(localized("“%@” could not be saved."), {name}), result);
     });
+}
+
+void SoundActions::_takeSaved(const QString &path, bool wasClipped)
+{
+    const QString name = QFileInfo(path).fileName();
+    m_document.setSaved(name);
+    const char *status = wasClipped ? "Saved %@; peaks above 0 dB were clipped" : "Saved %@";
+    m_window.transport().showStatus(formatted(localized(status), {name}));
+    if (HostSettings::isOn(HostSettings::showSavedKey))
+        platform::System::current().workspace().openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));
+    if (m_closeWhenSaved)
+        m_window.close();
 }
 
 void SoundActions::undoChange(QObject *)
@@ -352,7 +357,7 @@ bool SoundActions::validateMenuItem(QAction *action)
         return _validateHistoryItem(*item, "Redo", m_document.redoName());
     if (selector == platform::Selector("chooseSaveFormat:")) {
         item->setCheckable(true);
-        item->setChecked(item->tag() == static_cast<qlonglong>(saveFormat()));
+        item->setChecked(item->tag() == static_cast<qlonglong>(SaveRequest::format()));
         return true;
     }
     if (selector == platform::Selector("cancelWork:"))

@@ -5,7 +5,6 @@
 
 #include "../audio/AudioDocument.h"
 #include "../audio/SoundEdits.h"
-#include "../audio/SoundFile.h"
 
 class QAction;
 
@@ -30,7 +29,6 @@ public:
 
     void openFile(const QString &path);
     const SoundWork &work() const { return m_work; }
-    SoundFile::Format saveFormat() const;
 
     // Actions of menu items.
     Q_INVOKABLE void openDocument(QObject *sender);
@@ -54,10 +52,13 @@ private:
     void _takeSource(const QString &title, const QString &origin, const WorkResult &result);
     void _makeTestTone(const std::function<void()> &whenMade);
     void _applyEffect(const PlugInChoice &choice);
+    std::optional<FrameRange> _part() const;
+    QString _extent(const QString &vendor) const;
     void _edit(const QString &title, Edit edit);
     void _takeEdited(const QString &title, const WorkResult &result);
     bool _validateEdit(const platform::MenuItem &item) const;
     void _save(const QString &path);
+    void _takeSaved(const QString &path, bool wasClipped);
     void _fail(const QString &message, const WorkResult &result);
     void _saveAndClose();
     bool _mayClose();

@@ -54,11 +54,10 @@ ViewActions::ViewActions(AudioDocument &document, MainWindow &window, ThemeChoic
     , m_window(window)
     , m_theme(theme)
 {
-    connect(&m_playback, &Playback::moved, this, [this](double seconds, float level) {
-        m_window.viewport().setPosition(seconds);
-        m_window.transport().showLevel(level);
-    });
-    connect(&document, &AudioDocument::changed, &m_playback, &Playback::stop);
+    connect(&m_playback, &Playback::moved, this, &ViewActions::_follow);
+    connect(&m_playback, &Playback::playingChanged, &window.transport(), &TransportLine::showPlaying);
+    connect(&window.transport(), &TransportLine::playRequested, this, [this] { togglePlayback(nullptr); });
+    connect(&document, &AudioDocument::changed, &m_playback, &Playback::abandon);
 }
 
 ThemeChoice ViewActions::storedTheme()
@@ -66,6 +65,16 @@ ThemeChoice ViewActions::storedTheme()
     const qlonglong stored = platform::System::current().userDefaults().integer(themeKey);
     const bool known = stored >= 0 && stored <= static_cast<qlonglong>(ThemeChoice::Dark);
     return known ? static_cast<ThemeChoice>(stored) : ThemeChoice::System;
+}
+
+/// Page by page: a picture that moved with the sound would be hard to look at.
+void ViewActions::_follow(double seconds, float level)
+{
+    Viewport &viewport = m_window.viewport();
+    if (viewport.visible().contains(viewport.position()) && seconds > viewport.visible().end)
+        viewport.scroll(1);
+    viewport.setPosition(seconds);
+    m_window.transport().showLevel(level);
 }
 
 void ViewActions::zoom(QObject *sender)

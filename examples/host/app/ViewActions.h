@@ -48,6 +48,7 @@ public:
 
 private:
     void _play(const TimeRange &range);
+    void _follow(double seconds, float level);
     bool _isShown(const QString &view) const;
 
     AudioDocument &m_document;

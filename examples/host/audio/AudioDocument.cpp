@@ -24,6 +24,7 @@ void AudioDocument::setSource(const QString &title, const QString &origin, ClipP
     State state;
     state.change = title;
     state.title = title;
+    state.sourceTitle = title;
     state.origin = origin;
     state.source = std::move(source);
     _push(std::move(state));
@@ -88,9 +89,17 @@ QString AudioDocument::replacedUnsaved() const
     return {};
 }
 
-void AudioDocument::setSaved()
+/// What is done from here on is done to the file that was written, also where Redo leads to it.
+void AudioDocument::setSaved(const QString &title)
 {
     m_history[m_current].saved = true;
+    if (!title.isEmpty()) {
+        m_history[m_current].title = title;
+        for (size_t i = m_current + 1; i < m_history.size() && m_history[i].source == source(); ++i) {
+            if (!m_history[i].saved)
+                m_history[i].title = title;
+        }
+    }
     Q_EMIT changed();
 }
 

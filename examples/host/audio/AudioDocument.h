@@ -30,8 +30,11 @@ public:
 
     bool isEmpty() const { return !_state().source; }
 
-    /// Name of the source, for titles.
+    /// Name of the sound as it is now, for titles: that of the file that holds it, else of the one it comes from.
     const QString &title() const { return _state().title; }
+
+    /// Name of the source, however the result was saved.
+    const QString &sourceTitle() const { return _state().sourceTitle; }
 
     /// Where the source came from, in words for the chain ("File", "Built-in", the vendor of an instrument).
     const QString &origin() const { return _state().origin; }
@@ -60,7 +63,8 @@ public:
 
     /// True when something was done to the sound and it was not saved since.
     bool isModified() const;
-    void setSaved();
+    /// In a file named @p title; "": the title stays.
+    void setSaved(const QString &title = {});
 
     /// Title of the last sound that another one took the place of before its result was saved; "" when there is none.
     QString replacedUnsaved() const;
@@ -73,6 +77,7 @@ private:
     {
         QString change; ///< What led to this state.
         QString title;
+        QString sourceTitle;
         QString origin;
         ClipPointer source;
         std::vector<Step> steps;

@@ -6,8 +6,8 @@
 namespace demo
 {
 
-Clip::Clip(Sound samples)
-    : sound(std::move(samples))
+Clip::Clip(const Sound &sound, const Clip *origin)
+    : store(sound, origin ? &origin->store : nullptr)
     , summary(sound)
 {
     double squares = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Sound.h"
+#include "SampleStore.h"
 #include "WaveformSummary.h"
 
 #include <memory>
@@ -8,12 +8,13 @@
 namespace demo
 {
 
-/// A sound with what its pictures and read-outs need, made once by the worker that made the sound.
+/// One state of a sound with what its pictures and read-outs need, made once by the worker that made the sound.
 struct Clip
 {
-    explicit Clip(Sound samples);
+    /// @p origin, which may be null, is the one that @p sound was made from: see SampleStore.
+    explicit Clip(const Sound &sound, const Clip *origin = nullptr);
 
-    Sound sound;
+    SampleStore store;
     WaveformSummary summary;
     float peak = 0;      ///< Greatest absolute value.
     float effective = 0; ///< Root of the mean square over all channels.

@@ -165,4 +165,29 @@ void SoundEdits::changeGain(Sound &sound, FrameRange part, double decibels)
     shape(sound, part, [factor = static_cast<float>(std::pow(10, decibels / 20))](float) { return factor; });
 }
 
+Sound SoundEdits::cutOut(const Sound &sound, FrameRange part)
+{
+    Sound cut;
+    cut.sampleRate = sound.sampleRate;
+    for (const Samples &samples : sound.channels)
+        cut.channels.emplace_back(samples.begin() + part.first, samples.begin() + part.last);
+    return cut;
+}
+
+void SoundEdits::replace(Sound &sound, FrameRange part, const Sound &other)
+{
+    const size_t channels = sound.channels.size();
+    for (size_t channel = channels; channel < other.channels.size(); ++channel)
+        sound.channels.push_back(Samples(sound.channels[channel % channels]));
+    const bool isAtEnd = part.last == sound.frames();
+    for (size_t channel = 0; channel < sound.channels.size(); ++channel) {
+        Samples &samples = sound.channels[channel];
+        const Samples &put = other.channels[channel % other.channels.size()];
+        const auto count = std::min<qint64>(part.count(), static_cast<qint64>(put.size()));
+        std::copy_n(put.begin(), count, samples.begin() + part.first);
+        if (isAtEnd)
+            samples.insert(samples.end(), put.begin() + count, put.end());
+    }
+}
+
 } // namespace demo

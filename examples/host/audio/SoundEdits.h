@@ -14,6 +14,7 @@ struct FrameRange
     qint64 last = 0;
 
     qint64 count() const { return last - first; }
+    bool isAllOf(const Sound &sound) const { return first == 0 && last == sound.frames(); }
 };
 
 /// Something that is done to a part of a sound. Any thread.
@@ -38,6 +39,13 @@ namespace SoundEdits
 const SoundEdit *named(QStringView name);
 
 void changeGain(Sound &sound, FrameRange part, double decibels);
+
+/// The part alone.
+Sound cutOut(const Sound &sound, FrameRange part);
+
+/// Puts @p other in the place of a part of the same length. What is longer sounds on behind the end of the sound, but
+/// not over what follows the part. The one of the two with fewer channels gives them more than once.
+void replace(Sound &sound, FrameRange part, const Sound &other);
 
 } // namespace SoundEdits
 

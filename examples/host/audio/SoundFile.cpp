@@ -8,6 +8,7 @@
 #include <sndfile.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <filesystem>
 #include <memory>
@@ -79,22 +80,55 @@ bool readFrames(SNDFILE *file, sf_count_t expected, Sound &sound, WorkProgress &
     return true;
 }
 
-int sndfileFormat(Format format)
+struct FormatFacts
 {
-    switch (format) {
-    case Format::WavFloat:
-        return SF_FORMAT_WAV | SF_FORMAT_FLOAT;
-    case Format::Wav24:
-        return SF_FORMAT_WAV | SF_FORMAT_PCM_24;
-    case Format::AiffFloat:
-        return SF_FORMAT_AIFF | SF_FORMAT_FLOAT;
-    case Format::Aiff24:
-        return SF_FORMAT_AIFF | SF_FORMAT_PCM_24;
-    }
-    Q_UNREACHABLE();
+    Format format;
+    int container;
+    int samples;
+    int bits; ///< 0: floating point.
+};
+
+constexpr std::array formats{FormatFacts{Format::WavFloat, SF_FORMAT_WAV, SF_FORMAT_FLOAT, 0},
+                             FormatFacts{Format::Wav24, SF_FORMAT_WAV, SF_FORMAT_PCM_24, 24},
+                             FormatFacts{Format::Wav16, SF_FORMAT_WAV, SF_FORMAT_PCM_16, 16},
+                             FormatFacts{Format::AiffFloat, SF_FORMAT_AIFF, SF_FORMAT_FLOAT, 0},
+                             FormatFacts{Format::Aiff24, SF_FORMAT_AIFF, SF_FORMAT_PCM_24, 24},
+                             FormatFacts{Format::Aiff16, SF_FORMAT_AIFF, SF_FORMAT_PCM_16, 16}};
+
+struct Extension
+{
+    const char *text;
+    int container;
+};
+
+constexpr std::array knownExtensions{Extension{"wav", SF_FORMAT_WAV}, Extension{"aiff", SF_FORMAT_AIFF},
+                                     Extension{"aif", SF_FORMAT_AIFF}};
+
+const FormatFacts &factsOf(Format format)
+{
+    return *std::ranges::find(formats, format, &FormatFacts::format);
 }
 
-bool writeFrames(SNDFILE *file, const Sound &sound, WorkProgress &progress)
+/// In the upper bits of an int, as the library takes it. Its own conversion rounds down and scales by one step less
+/// than its reading does, so that each round trip would change samples.
+int quantised(float sample, int bits)
+{
+    const double steps = std::ldexp(1.0, bits - 1);
+    const double step = std::clamp(std::nearbyint(static_cast<double>(sample) * steps), -steps, steps - 1);
+    return static_cast<int>(std::ldexp(step, 32 - bits));
+}
+
+bool writeBlock(SNDFILE *file, const std::vector<float> &interleaved, qint64 frames, int bits)
+{
+    if (bits == 0)
+        return sf_writef_float(file, interleaved.data(), frames) == frames;
+    std::vector<int> whole;
+    for (const float sample : interleaved)
+        whole.push_back(quantised(usable(sample), bits));
+    return sf_writef_int(file, whole.data(), frames) == frames;
+}
+
+bool writeFrames(SNDFILE *file, const Sound &sound, int bits, WorkProgress &progress)
 {
     std::vector<float> interleaved;
     for (qint64 first = 0; first < sound.frames(); first += blockFrames) {
@@ -107,7 +141,7 @@ bool writeFrames(SNDFILE *file, const Sound &sound, WorkProgress &progress)
             for (const auto &channel : sound.channels)
                 interleaved.push_back(channel[static_cast<size_t>(frame)]);
         }
-        if (sf_writef_float(file, interleaved.data(), frames) != frames)
+        if (!writeBlock(file, interleaved, frames, bits))
             return false;
     }
     return true;
@@ -115,14 +149,13 @@ bool writeFrames(SNDFILE *file, const Sound &sound, WorkProgress &progress)
 
 bool writeWhole(const QString &path, const Sound &sound, Format format, WorkProgress &progress, QString *error)
 {
+    const FormatFacts &facts = factsOf(format);
     SF_INFO info{};
     info.samplerate = static_cast<int>(std::lround(sound.sampleRate));
     info.channels = sound.channelCount();
-    info.format = sndfileFormat(format);
+    info.format = facts.container | facts.samples;
     const File file(sf_open(QFile::encodeName(path).constData(), SFM_WRITE, &info));
-    if (file)
-        sf_command(file.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
-    if (file && writeFrames(file.get(), sound, progress))
+    if (file && writeFrames(file.get(), sound, facts.bits, progress))
         return true;
     *error = progress.isCancelled() ? QString() : reasonOf(file.get());
     return false;
@@ -142,8 +175,12 @@ std::optional<Sound> read(const QString &path, WorkProgress &progress, QString *
 {
     SF_INFO info{};
     const File file = openForReading(path, info);
-    if (!file || info.channels < 1 || info.samplerate < 1) {
+    if (!file || info.channels < 1) {
         *error = whyUnreadable(QFileInfo(path));
+        return std::nullopt;
+    }
+    if (info.samplerate < lowestRate || info.samplerate > highestRate) {
+        *error = QStringLiteral("The file names a sample rate that no sound has.");
         return std::nullopt;
     }
     Sound sound;
@@ -169,8 +206,34 @@ bool write(const QString &path, const Sound &sound, Format format, WorkProgress 
 
 QString extension(Format format)
 {
-    const bool aiff = format == Format::AiffFloat || format == Format::Aiff24;
-    return aiff ? QStringLiteral("aiff") : QStringLiteral("wav");
+    const auto *const found = std::ranges::find(knownExtensions, factsOf(format).container, &Extension::container);
+    return QLatin1String(found->text);
+}
+
+QStringList extensions()
+{
+    QStringList all;
+    for (const Extension &extension : knownExtensions)
+        all += QLatin1String(extension.text);
+    return all;
+}
+
+Format formatFor(const QString &path, Format format)
+{
+    const QString suffix = QFileInfo(path).suffix();
+    for (const Extension &extension : knownExtensions) {
+        for (const FormatFacts &facts : formats) {
+            if (suffix.compare(QLatin1String(extension.text), Qt::CaseInsensitive) == 0 &&
+                facts.container == extension.container && facts.bits == factsOf(format).bits)
+                return facts.format;
+        }
+    }
+    return format;
+}
+
+bool clips(Format format)
+{
+    return factsOf(format).bits > 0;
 }
 
 } // namespace demo::SoundFile

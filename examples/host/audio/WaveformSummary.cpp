@@ -1,6 +1,6 @@
 #include "WaveformSummary.h"
 
-#include "Sound.h"
+#include "SampleStore.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,15 +30,14 @@ WaveformSummary::Bucket WaveformSummary::_sum(const float *samples, qint64 frame
     return bucket;
 }
 
-WaveformSummary::Column WaveformSummary::_fromSamples(const std::vector<float> &samples, qint64 first,
-                                                      qint64 last) const
+WaveformSummary::Column WaveformSummary::_fromSamples(const float *samples, qint64 frames)
 {
-    const Bucket sum = _sum(samples.data() + first, last - first);
-    return {sum.least, sum.greatest, std::sqrt(sum.squares / static_cast<float>(last - first))};
+    const Bucket sum = _sum(samples, frames);
+    return {sum.least, sum.greatest, std::sqrt(sum.squares / static_cast<float>(frames))};
 }
 
 WaveformSummary::Column WaveformSummary::_fromBuckets(const std::vector<Bucket> &buckets, qint64 first, qint64 last,
-                                                      qint64 frames) const
+                                                      qint64 frames)
 {
     Bucket sum = buckets[static_cast<size_t>(first)];
     for (qint64 i = first + 1; i < last; ++i) {
@@ -51,23 +50,22 @@ WaveformSummary::Column WaveformSummary::_fromBuckets(const std::vector<Bucket> 
     return {sum.least, sum.greatest, std::sqrt(sum.squares / static_cast<float>(summed))};
 }
 
-std::vector<WaveformSummary::Column> WaveformSummary::columns(const Sound &sound, int channel, qint64 start,
+std::vector<WaveformSummary::Column> WaveformSummary::columns(const SampleStore &store, int channel, qint64 start,
                                                               qint64 frames, int count) const
 {
     std::vector<Column> result(static_cast<size_t>(std::max(count, 0)));
-    const auto &samples = sound.channels[static_cast<size_t>(channel)];
     const auto &buckets = m_channels[static_cast<size_t>(channel)];
-    const auto length = static_cast<qint64>(samples.size());
+    const qint64 length = store.frames();
+    const auto begin = [&](qint64 column) { return start + frames * column / count; };
+    const auto end = [&](qint64 column) { return std::min(std::max(begin(column + 1), begin(column) + 1), length); };
     const bool coarse = count > 0 && frames / count >= 2 * bucketFrames;
-    for (int i = 0; i < count; ++i) {
-        const qint64 first = start + frames * i / count;
-        const qint64 last = std::min(std::max(start + frames * (i + 1) / count, first + 1), length);
-        if (first >= length)
-            break;
+    std::vector<float> samples;
+    if (!coarse && count > 0 && start < length)
+        samples = store.samples(channel, start, std::max(end(count - 1), start));
+    for (int i = 0; i < count && begin(i) < length; ++i)
         result[static_cast<size_t>(i)] =
-            coarse ? _fromBuckets(buckets, first / bucketFrames, (last - 1) / bucketFrames + 1, length)
-                   : _fromSamples(samples, first, last);
-    }
+            coarse ? _fromBuckets(buckets, begin(i) / bucketFrames, (end(i) - 1) / bucketFrames + 1, length)
+                   : _fromSamples(samples.data() + (begin(i) - start), end(i) - begin(i));
     return result;
 }
 

@@ -7,6 +7,7 @@
 namespace demo
 {
 
+class SampleStore;
 struct Sound;
 
 /// Least, greatest and effective value of every 256 frames of each channel, from which a waveform of any width is
@@ -28,8 +29,8 @@ public:
     explicit WaveformSummary(const Sound &sound);
 
     /// @p count columns over @p frames frames from frame @p start on of channel @p channel of the sound that was summed
-    /// up. Columns beyond its end are silent.
-    std::vector<Column> columns(const Sound &sound, int channel, qint64 start, qint64 frames, int count) const;
+    /// up, whose samples are looked at where the buckets are too coarse. Columns beyond its end are silent.
+    std::vector<Column> columns(const SampleStore &store, int channel, qint64 start, qint64 frames, int count) const;
 
 private:
     struct Bucket
@@ -40,8 +41,8 @@ private:
     };
 
     static Bucket _sum(const float *samples, qint64 frames);
-    Column _fromSamples(const std::vector<float> &samples, qint64 first, qint64 last) const;
-    Column _fromBuckets(const std::vector<Bucket> &buckets, qint64 first, qint64 last, qint64 frames) const;
+    static Column _fromSamples(const float *samples, qint64 frames);
+    static Column _fromBuckets(const std::vector<Bucket> &buckets, qint64 first, qint64 last, qint64 frames);
 
     std::vector<std::vector<Bucket>> m_channels;
 };

@@ -16,12 +16,28 @@ namespace demo
 
 namespace
 {
+/// The number that stands for an item: its place, unless the file lists "values".
+int valueOfItem(const QComboBox &choice, int item)
+{
+    const QStringList values = choice.property("values").toString().split(' ', Qt::SkipEmptyParts);
+    return values.isEmpty() ? item : values.value(item).toInt();
+}
+
+int itemOfValue(const QComboBox &choice, int value)
+{
+    for (int item = 0; item < choice.count(); ++item) {
+        if (valueOfItem(choice, item) == value)
+            return item;
+    }
+    return 0;
+}
+
 QVariant valueOf(const QObject &control)
 {
     if (const auto *button = qobject_cast<const QAbstractButton *>(&control))
         return button->isChecked();
     if (const auto *choice = qobject_cast<const QComboBox *>(&control))
-        return choice->currentIndex();
+        return valueOfItem(*choice, choice->currentIndex());
     const auto *slider = qobject_cast<const QAbstractSlider *>(&control);
     return slider ? slider->value() : QVariant();
 }
@@ -33,7 +49,7 @@ void showSetting(QObject &control, const platform::UserDefaults &defaults, const
     if (auto *button = qobject_cast<QAbstractButton *>(&control))
         button->setChecked(defaults.boolean(key));
     else if (auto *choice = qobject_cast<QComboBox *>(&control))
-        choice->setCurrentIndex(number < choice->count() ? number : 0);
+        choice->setCurrentIndex(itemOfValue(*choice, number));
     else if (auto *slider = qobject_cast<QAbstractSlider *>(&control))
         slider->setValue(number);
 }

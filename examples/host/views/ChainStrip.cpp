@@ -86,7 +86,7 @@ void ChainStrip::_addChip(const QString &icon, const QString &title, const QStri
 void ChainStrip::show(const AudioDocument &document, int station)
 {
     _clear();
-    _addChip("wave", document.title(), document.origin());
+    _addChip("wave", document.sourceTitle(), document.origin());
     for (const Step &step : document.steps())
         _addChip("effect", step.name, step.vendor);
     m_layout->addWidget(makeArrow(m_row));

@@ -2,6 +2,7 @@
 
 #include "../audio/Clip.h"
 #include "ElidedText.h"
+#include "Icons.h"
 #include "LevelMeter.h"
 #include "Wording.h"
 
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QToolButton>
 
 namespace demo
 {
@@ -28,6 +30,7 @@ void setQuiet(QLabel *label)
 
 TransportLine::TransportLine(QWidget *parent)
     : QWidget(parent)
+    , m_play(new QToolButton(this))
     , m_position(new QLabel(this))
     , m_level(new LevelMeter(this))
     , m_facts(new QLabel(this))
@@ -50,21 +53,29 @@ TransportLine::TransportLine(QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(16);
+    layout->addWidget(m_play);
     layout->addWidget(m_position);
     layout->addWidget(m_level);
     layout->addWidget(m_facts);
     layout->addWidget(m_status, 1);
     layout->addWidget(m_bar);
     layout->addWidget(m_cancel);
+    m_play->setFocusPolicy(Qt::TabFocus);
+    m_play->setIconSize({20, 20});
+    m_play->setFixedSize(m_cancel->sizeHint().height() + 4, m_cancel->sizeHint().height() + 4);
+    showPlaying(false);
+    setPosition(0);
     setFixedHeight(m_cancel->sizeHint().height() + 4); // whether or not work is shown
     m_bar->hide();
     m_cancel->hide();
+    connect(m_play, &QToolButton::clicked, this, &TransportLine::playRequested);
     connect(m_cancel, &QPushButton::clicked, this, &TransportLine::cancelled);
 }
 
 void TransportLine::showSound(const Clip *clip)
 {
     m_facts->setText(clip ? Wording::summary(*clip) : QString());
+    m_play->setVisible(clip != nullptr);
     m_position->setVisible(clip != nullptr);
     m_level->setVisible(clip != nullptr);
 }
@@ -72,6 +83,15 @@ void TransportLine::showSound(const Clip *clip)
 void TransportLine::setPosition(double seconds)
 {
     m_position->setText(Wording::time(seconds));
+}
+
+void TransportLine::showPlaying(bool playing)
+{
+    m_play->setIcon(lineIcon(playing ? "stop" : "play"));
+    m_play->setText(platform::localized(playing ? "Stop" : "Play")); // what a screen reader says
+    m_play->setToolTip(m_play->text());
+    if (!playing)
+        showLevel(0);
 }
 
 void TransportLine::showLevel(float level)

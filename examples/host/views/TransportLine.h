@@ -5,6 +5,7 @@
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class QToolButton;
 
 namespace demo
 {
@@ -13,7 +14,7 @@ class ElidedText;
 class LevelMeter;
 struct Clip;
 
-/// The line at the bottom: position and facts of the sound on the left, what is going on on the right.
+/// The line at the bottom: playing, position and facts of the sound on the left, what is going on on the right.
 class TransportLine : public QWidget
 {
     Q_OBJECT
@@ -24,6 +25,7 @@ public:
     /// Null: no sound.
     void showSound(const Clip *clip);
     void setPosition(double seconds);
+    void showPlaying(bool playing);
     void showLevel(float level); ///< A peak at the position.
 
     /// A sentence that stays until the next one.
@@ -35,9 +37,11 @@ public:
     void endWork(const QString &status);
 
 Q_SIGNALS:
+    void playRequested(); ///< Or to stop.
     void cancelled();
 
 private:
+    QToolButton *m_play;
     QLabel *m_position;
     LevelMeter *m_level;
     QLabel *m_facts;

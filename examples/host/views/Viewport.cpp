@@ -1,6 +1,7 @@
 #include "Viewport.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace demo
 {
@@ -16,7 +17,9 @@ void Viewport::setDuration(double seconds)
     m_duration = std::max(seconds, 0.0);
     setVisible(all ? TimeRange{0, m_duration} : m_visible);
     setSelection(m_selection);
-    setPosition(m_position);
+    const double position = std::min(m_position, m_duration);
+    if (position != std::exchange(m_position, position))
+        Q_EMIT positionChanged(m_position);
 }
 
 void Viewport::setVisible(const TimeRange &range)

@@ -24,7 +24,8 @@ public:
     double position() const { return m_position; }
     bool showsAll() const { return m_visible == TimeRange{0, m_duration}; }
 
-    /// Of another sound. What was all shown stays so; what is beyond its end is cut off.
+    /// Of a sound that was changed. What was all shown stays so, and so does any other stretch, wherever the position
+    /// is; what is beyond the end is cut off. 0 and then its own duration begins with another sound.
     void setDuration(double seconds);
 
     void setVisible(const TimeRange &range);

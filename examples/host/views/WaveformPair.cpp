@@ -33,7 +33,7 @@ void WaveformPair::showSound(const QString &heading, const ClipPointer &clip)
 {
     m_before->hide();
     m_after->setClip(heading, clip);
-    m_viewport.setDuration(clip->sound.seconds());
+    m_viewport.setDuration(clip->store.seconds());
 }
 
 void WaveformPair::showStep(const ClipPointer &before, const QString &heading, const ClipPointer &after)
@@ -41,7 +41,7 @@ void WaveformPair::showStep(const ClipPointer &before, const QString &heading, c
     m_before->setClip(platform::localized("Before"), before);
     m_after->setClip(heading, after);
     m_before->show();
-    m_viewport.setDuration(std::max(before->sound.seconds(), after->sound.seconds()));
+    m_viewport.setDuration(std::max(before->store.seconds(), after->store.seconds()));
 }
 
 void WaveformPair::showRuler(bool visible)

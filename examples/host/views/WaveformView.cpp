@@ -118,7 +118,7 @@ QRect WaveformView::_pane() const
 QRectF WaveformView::_lane(int channel) const
 {
     const QRectF pane = QRectF(_pane()).translated(-_pane().topLeft());
-    const qreal height = pane.height() / m_clip->sound.channelCount();
+    const qreal height = pane.height() / m_clip->store.channelCount();
     return QRectF(0, channel * height, pane.width(), height).adjusted(0, laneMargin, 0, -laneMargin);
 }
 
@@ -176,13 +176,13 @@ void WaveformView::_paintLane(QPainter &painter, int channel) const
 {
     const QRectF lane = _lane(channel);
     _paintGrid(painter, lane);
-    const Sound &sound = m_clip->sound;
+    const SampleStore &store = m_clip->store;
     const TimeRange &visible = m_viewport.visible();
-    const auto start = static_cast<qint64>(visible.begin * sound.sampleRate);
-    const auto frames = std::max(static_cast<qint64>(visible.length() * sound.sampleRate), qint64(1));
+    const auto start = static_cast<qint64>(visible.begin * store.sampleRate());
+    const auto frames = std::max(static_cast<qint64>(visible.length() * store.sampleRate()), qint64(1));
     const int count = std::max(1, static_cast<int>(lane.width() * devicePixelRatioF()));
-    auto columns = m_clip->summary.columns(sound, channel, start, frames, count);
-    const qint64 left = std::max(sound.frames() - start, qint64(0)); // of the clip; the other one may be longer
+    auto columns = m_clip->summary.columns(store, channel, start, frames, count);
+    const qint64 left = std::max(store.frames() - start, qint64(0)); // of the clip; the other one may be longer
     const auto length = static_cast<size_t>(left == 0 ? 0 : std::min<qint64>(count, left * count / frames + 1));
     columns.resize(length);
     if (columns.empty())
@@ -221,7 +221,7 @@ void WaveformView::_paintPicture(QPainter &painter)
         m_picture.fill(Qt::transparent);
         QPainter picture(&m_picture);
         picture.setRenderHint(QPainter::Antialiasing);
-        for (int channel = 0; channel < m_clip->sound.channelCount(); ++channel)
+        for (int channel = 0; channel < m_clip->store.channelCount(); ++channel)
             _paintLane(picture, channel);
     }
     painter.drawPixmap(pane.topLeft(), m_picture);

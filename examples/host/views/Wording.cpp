@@ -62,8 +62,8 @@ QString channels(int count)
 
 QString summary(const Clip &clip)
 {
-    const QStringList parts{time(clip.sound.seconds()), sampleRate(clip.sound.sampleRate),
-                            channels(clip.sound.channelCount())};
+    const QStringList parts{time(clip.store.seconds()), sampleRate(clip.store.sampleRate()),
+                            channels(clip.store.channelCount())};
     return parts.join(QStringLiteral(" · "));
 }
 
