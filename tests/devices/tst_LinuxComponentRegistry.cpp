@@ -1,7 +1,10 @@
+#include "LogOfTest.h"
 #include "PluginDisk.h"
 #include "plugins/ResourceFileBytes.h"
 
 #include <QWPlatform/linux/LinuxComponentRegistry.h>
+#include <QWPlatform/linux/LinuxPluginLoader.h>
+#include <QWPlatform/plugins/AudioPlugin.h>
 
 #include <sys/stat.h>
 
@@ -34,6 +37,12 @@ QByteArray infoWithName(const QString &name)
         .toUtf8();
 }
 
+QByteArray portWithIndex(const QByteArray &index)
+{
+    return "lv2:port [ a lv2:AudioPort , lv2:OutputPort ; lv2:symbol \"out\" ; lv2:name \"Out\" ; lv2:index " + index +
+           " ]";
+}
+
 void setTime(const QString &path, int secondsFromNow)
 {
     QFile file(path);
@@ -47,37 +56,78 @@ class tst_LinuxComponentRegistry : public QObject
     Q_OBJECT
 
 private slots:
-    // First: what later tests load stays in the process.
-    void unchangedMachineIsReadFromTheCacheWithoutTheHostLibrary()
+    // First: what is loaded stays in the process.
+    void bundlesAreNeverReadInThisProcess()
     {
         const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
         disk.installLv2("Good");
-        // Another process fills the cache; asking it for a unit that is not there makes it scan, but it only reads, so
-        // the first scan here does, in a child.
-        if (qEnvironmentVariableIsSet("QW_TEST_FILL_CACHE")) {
-            const platform::Locations locations(qEnvironmentVariable("QW_TEST_FILL_CACHE"), "");
-            qputenv("LV2_PATH", qgetenv("QW_TEST_LV2_PATH"));
-            LinuxComponentRegistry registry(locations);
-            QCOMPARE(registry.componentsOfType(fourCharCode("aufx")).size(), std::size_t(1));
-            return;
-        }
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QW_TEST_FILL_CACHE", disk.home());
-        environment.insert("QW_TEST_LV2_PATH", disk.lv2Folder());
-        QProcess child;
-        child.setProcessEnvironment(environment);
-        child.start(QCoreApplication::applicationFilePath(), {QTest::currentTestFunction()});
-        QVERIFY(child.waitForFinished());
-        QCOMPARE(child.exitCode(), 0);
-        const platform::Locations locations(disk.home(), "");
-        QVERIFY(QFile::exists(disk.support("component_cache")));
-
         LinuxComponentRegistry registry(locations);
         QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Quorwell Tests: Test Good"});
         QVERIFY(!isLilvMapped());
-        disk.installLv2("MusicEffect");
-        QCOMPARE(namesOfType(registry, "aumf"), QStringList{"Quorwell Tests: Test MusicEffect"});
+        platform::LinuxPluginLoader loader(locations, registry);
+        QVERIFY(loader.openComponent(registry.componentsOfType(fourCharCode("aufx")).at(0), nullptr));
         QVERIFY(isLilvMapped()); // otherwise the check above says nothing
+    }
+
+    void unchangedMachineIsReadFromTheCache()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        const QString pages = disk.installLv2("Good") + "/plugin.ttl";
+        const auto units = LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx"));
+        QCOMPARE(units.size(), std::size_t(1));
+        QVERIFY(!QFileInfo(pages).isSymLink());
+        QFile file(pages);
+        QVERIFY(file.open(QIODevice::WriteOnly)); // emptied in its place: the times that are watched stay
+        file.close();
+        QCOMPARE(LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx")), units);
+    }
+
+    void malformedBundleCostsNoOtherAndIsReadOnce_data()
+    {
+        QTest::addColumn<QByteArray>("ports");
+        QTest::newRow("index below zero") << portWithIndex("-1");
+        QTest::newRow("index of a hundred million") << portWithIndex("100000000");
+        QTest::newRow("nested without an end") << "lv2:port " + QByteArray("[ lv2:port ").repeated(100000);
+    }
+
+    void malformedBundleCostsNoOtherAndIsReadOnce()
+    {
+        QFETCH(QByteArray, ports);
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        disk.installLv2("Generator");
+        disk.installLv2("Good");
+        const QString bad = disk.lv2Folder() + "/Glitch.lv2"; // between the two
+        PluginDisk::write(bad + "/manifest.ttl", "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n<urn:glitch> a "
+                                                 "lv2:Plugin ; lv2:binary <glitch.so> ; " +
+                                                     ports + " .\n");
+        const auto logOfScan = [&] {
+            const LogOfTest log;
+            LinuxComponentRegistry registry(locations);
+            const QStringList names = namesOfType(registry, "aufx") + namesOfType(registry, "augn");
+            return names == QStringList({"Quorwell Tests: Test Good", "Quorwell Tests: Test Generator"})
+                       ? log.lines().filter("Glitch.lv2")
+                       : QStringList("units are missing");
+        };
+        QCOMPARE(logOfScan().size(), 1);
+        QCOMPARE(logOfScan(), QStringList()); // from the cache
+        setTime(bad + "/manifest.ttl", 10);
+        QCOMPARE(logOfScan().size(), 1);
+    }
+
+    void bundleThatChangedIsReadAgainBeforeItIsOpened()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        const QString bundle = disk.installLv2("Good");
+        LinuxComponentRegistry registry(locations);
+        const auto units = registry.componentsOfType(fourCharCode("aufx"));
+        QVERIFY(registry.locationOfComponent(units.at(0)));
+        PluginDisk::write(bundle + "/manifest.ttl", "");
+        setTime(bundle + "/manifest.ttl", 10);
+        QVERIFY(!registry.locationOfComponent(units.at(0)));
     }
 
     void typesFollowClassesAndPorts()

@@ -13,6 +13,20 @@ struct Machine : PluginMachine
         const auto units = registry.componentsOfType(fourCharCode(type));
         return units.size() == 1 ? loader.openComponent(units[0], &error) : nullptr;
     }
+
+    /// The same with another text about its ports.
+    std::unique_ptr<platform::AudioPlugin> open(const QString &name, const char (&type)[5], const QByteArray &before,
+                                                const QByteArray &after)
+    {
+        const QString bundle = disk.installLv2(name);
+        QFile pages(bundle + "/plugin.ttl");
+        const QByteArray text = pages.open(QIODevice::ReadOnly) ? pages.readAll() : QByteArray();
+        if (!text.contains(before) || !pages.remove())
+            return nullptr;
+        PluginDisk::write(pages.fileName(), QByteArray(text).replace(before, after));
+        const auto units = registry.componentsOfType(fourCharCode(type));
+        return units.size() == 1 ? loader.openComponent(units[0], &error) : nullptr;
+    }
 };
 } // namespace
 
@@ -36,6 +50,53 @@ private slots:
         QCOMPARE(plugin->latency(), 32);
         QVERIFY(plugin->start(96000, 16)); // at another rate, without a stop between
         QCOMPARE(runBlock(*plugin, 16, 1.0F)[0], std::vector<float>(16, 0.5F));
+    }
+
+    void latencyIsToldByEitherMark_data()
+    {
+        QTest::addColumn<QByteArray>("removed");
+        QTest::newRow("designation") << QByteArray("lv2:portProperty lv2:reportsLatency ;");
+        QTest::newRow("property") << QByteArray("lv2:designation lv2:latency ;");
+    }
+
+    void latencyIsToldByEitherMark()
+    {
+        QFETCH(QByteArray, removed);
+        Machine machine;
+        const auto plugin = machine.open("Good", "aufx", removed, "");
+        QVERIFY2(plugin, qPrintable(machine.error));
+        QVERIFY(plugin->start(48000, 64));
+        runBlock(*plugin, 64, 0.5F);
+        QCOMPARE(plugin->latency(), 32);
+    }
+
+    void defaultsInFractionsOfTheSampleRateStayWithinTheirBounds_data()
+    {
+        QTest::addColumn<QByteArray>("range");
+        QTest::addColumn<float>("gain"); // at 1000 Hz
+        const auto row = [](const char *name, const char *range, float gain) {
+            QTest::newRow(name) << QByteArray(range) << gain;
+        };
+        row("fraction", "lv2:default 0.25 ; lv2:minimum 0.001 ; lv2:maximum 0.5", 250);
+        row("given in Hz", "lv2:default 440.0 ; lv2:minimum 0.000001 ; lv2:maximum 0.499", 440);
+        row("at the upper bound", "lv2:default 1 ; lv2:minimum 0.001 ; lv2:maximum 1", 1000);
+        row("above the bounds either way", "lv2:default 2000 ; lv2:minimum 0.0 ; lv2:maximum 0.5", 500);
+        row("below the bounds either way", "lv2:default -2 ; lv2:minimum 0.1 ; lv2:maximum 0.5", 100);
+        row("no bounds", "lv2:default 2.0", 2000);
+        row("no default", "lv2:minimum 0.1 ; lv2:maximum 0.5", 100);
+        row("bounds the wrong way round", "lv2:default 0.2 ; lv2:minimum 0.5 ; lv2:maximum 0.1", 500);
+    }
+
+    void defaultsInFractionsOfTheSampleRateStayWithinTheirBounds()
+    {
+        QFETCH(QByteArray, range);
+        QFETCH(float, gain);
+        Machine machine;
+        const auto plugin = machine.open("Good", "aufx", "lv2:default 0.5 ; lv2:minimum 0.0 ; lv2:maximum 1.0",
+                                         "lv2:portProperty lv2:sampleRate ; " + range);
+        QVERIFY2(plugin, qPrintable(machine.error));
+        QVERIFY(plugin->start(1000, 8));
+        QCOMPARE(runBlock(*plugin, 8, 1)[0], std::vector<float>(8, gain));
     }
 
     void instrumentHearsNotes()
@@ -90,7 +151,7 @@ private slots:
         QCOMPARE(machine.error, QString("The plug-in's library is missing."));
         QVERIFY(QDir(machine.disk.lv2Folder() + "/Good.lv2").removeRecursively());
         QVERIFY(!machine.loader.openComponent(units.at(0), &machine.error));
-        QCOMPARE(machine.error, QString("The bundle does not describe the plug-in."));
+        QCOMPARE(machine.error, QString("The component is not installed."));
     }
 
     void unknownComponentIsRefused()

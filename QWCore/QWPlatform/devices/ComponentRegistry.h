@@ -20,8 +20,8 @@ struct ComponentLocation
     QString factoryFunction; ///< Of a ".component" bundle, from its Info.plist; may be empty.
 };
 
-/// The audio system's list of installed components. Main thread. The codes are the same in every process that looks
-/// at the same home and library root.
+/// The audio system's list of installed components. Main thread; names and locations also from the one that opens
+/// plug-ins. The codes are the same in every process that looks at the same home and library root.
 class QWPLATFORM_EXPORT ComponentRegistry
 {
 public:

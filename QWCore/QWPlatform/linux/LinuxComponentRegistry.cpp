@@ -3,8 +3,9 @@
 #include "../foundation/Locations.h"
 #include "ComponentBundle.h"
 #include "ComponentCache.h"
+#include "LinuxChildProcesses.h"
+#include "Lv2BundleScan.h"
 #include "PluginFolders.h"
-#include "lv2/Lv2Access.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -59,18 +60,27 @@ bool isBundle(const QString &path, const std::vector<qint64> &stamps)
     return !isLv2(path) || stamps.back() != 0;
 }
 
-std::vector<InstalledComponent> lv2Components(const QString &path)
+std::vector<InstalledComponent> installed(const Lv2BundleScan::Plugins &plugins)
 {
     std::vector<InstalledComponent> components;
-    if (Lv2Access *access = lv2Access())
-        for (const Lv2Description &plugin : access->pluginsOfBundle(path))
-            components.push_back(installed(plugin));
+    for (const Lv2Description &plugin : plugins)
+        components.push_back(installed(plugin));
     return components;
 }
 
-std::vector<InstalledComponent> componentsOfBundle(const QString &path)
+/// One that could not be asked about is taken for none that was read, so that the next look asks again.
+void readLv2(ChildProcesses &processes, const std::vector<InstalledBundle *> &bundles)
 {
-    return isLv2(path) ? lv2Components(path) : ComponentBundle::components(path);
+    QStringList paths;
+    for (const InstalledBundle *bundle : bundles)
+        paths += bundle->path;
+    const auto contents = Lv2BundleScan::read(processes, paths);
+    for (std::size_t i = 0; i < bundles.size(); ++i) {
+        if (contents[i])
+            bundles[i]->components = installed(*contents[i]);
+        else
+            bundles[i]->stamps.clear();
+    }
 }
 
 /// The bundles that are there now, without their components.
@@ -85,6 +95,11 @@ std::vector<InstalledBundle> foundBundles(const Locations &locations)
     return bundles;
 }
 
+bool isStale(const InstalledBundle &bundle)
+{
+    return PluginFolders::stamps(watchedPaths(bundle.path)) != bundle.stamps;
+}
+
 bool isSameState(const InstalledBundle &a, const InstalledBundle &b)
 {
     return a.path == b.path && a.stamps == b.stamps;
@@ -93,11 +108,15 @@ bool isSameState(const InstalledBundle &a, const InstalledBundle &b)
 
 LinuxComponentRegistry::LinuxComponentRegistry(const Locations &locations)
     : m_locations(locations)
+    , m_processes(std::make_unique<LinuxChildProcesses>(locations))
 {
 }
 
+LinuxComponentRegistry::~LinuxComponentRegistry() = default;
+
 std::vector<AudioComponent> LinuxComponentRegistry::componentsOfType(quint32 type)
 {
+    const std::lock_guard guard(m_mutex);
     _scan(Files::Update);
     std::vector<AudioComponent> components;
     for (const Place &place : m_places)
@@ -108,6 +127,7 @@ std::vector<AudioComponent> LinuxComponentRegistry::componentsOfType(quint32 typ
 
 QByteArray LinuxComponentRegistry::nameOfComponent(const AudioComponent &component)
 {
+    const std::lock_guard guard(m_mutex);
     const Place *place = _find(component);
     if (!place || place->component->name.isEmpty())
         return {};
@@ -117,7 +137,12 @@ QByteArray LinuxComponentRegistry::nameOfComponent(const AudioComponent &compone
 
 std::optional<ComponentLocation> LinuxComponentRegistry::locationOfComponent(const AudioComponent &component)
 {
+    const std::lock_guard guard(m_mutex);
     const Place *place = _find(component);
+    if (place && isStale(*place->bundle)) {
+        _scan(Files::Read); // so that what is opened was read by another process before
+        place = _find(component);
+    }
     if (!place)
         return std::nullopt;
     return ComponentLocation{place->bundle->path, place->component->uri, place->component->factoryFunction};
@@ -128,11 +153,7 @@ const LinuxComponentRegistry::Place *LinuxComponentRegistry::_find(const AudioCo
     if (!m_cacheRead)
         _readCache();
     auto found = m_placeOfCodes.find(codesOf(component));
-    const auto isStale = [&] {
-        const InstalledBundle &bundle = *m_places[found->second].bundle;
-        return PluginFolders::stamps(watchedPaths(bundle.path)) != bundle.stamps;
-    };
-    if (!m_scanned && (found == m_placeOfCodes.end() || isStale())) {
+    if (!m_scanned && (found == m_placeOfCodes.end() || isStale(*m_places[found->second].bundle))) {
         _scan(Files::Read);
         found = m_placeOfCodes.find(codesOf(component));
     }
@@ -157,11 +178,17 @@ void LinuxComponentRegistry::_scan(Files files)
     std::unordered_map<QString, InstalledBundle> known;
     for (InstalledBundle &bundle : std::exchange(m_bundles, {}))
         known.emplace(bundle.path, std::move(bundle));
+    std::vector<InstalledBundle *> changedLv2;
     for (InstalledBundle &bundle : found) {
         const auto before = known.find(bundle.path);
-        const bool isKnown = before != known.end() && isSameState(bundle, before->second);
-        bundle.components = isKnown ? std::move(before->second.components) : componentsOfBundle(bundle.path);
+        if (before != known.end() && isSameState(bundle, before->second))
+            bundle.components = std::move(before->second.components);
+        else if (isLv2(bundle.path))
+            changedLv2.push_back(&bundle);
+        else
+            bundle.components = ComponentBundle::components(bundle.path);
     }
+    readLv2(*m_processes, changedLv2);
     m_bundles = std::move(found);
     _update(files);
     _index();

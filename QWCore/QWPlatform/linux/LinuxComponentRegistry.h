@@ -8,19 +8,24 @@
 
 #include <array>
 #include <map>
+#include <memory>
+#include <mutex>
 
 namespace platform
 {
 
+class ChildProcesses;
 class Locations;
 
 /// The union of the installed ".component" bundles and LV2 plug-ins. What was read from a bundle is kept, in memory
-/// and in a file, until one of its watched files changes; only then is the LV2 library loaded. Asking for components
-/// brings the file up to date; asking for a name or a location only reads, which is all that a validator does.
+/// and in a file, until one of its watched files changes; only then are LV2 bundles read, by another process (see
+/// Lv2BundleScan). Asking for components brings the file up to date; asking for a name or a location only reads, which
+/// is all that a validator does.
 class QWPLATFORM_EXPORT LinuxComponentRegistry : public ComponentRegistry
 {
 public:
     explicit LinuxComponentRegistry(const Locations &locations);
+    ~LinuxComponentRegistry() override;
 
     std::vector<AudioComponent> componentsOfType(quint32 type) override;
     QByteArray nameOfComponent(const AudioComponent &component) override;
@@ -48,6 +53,8 @@ private:
     QString _supportFile(const QString &name) const;
 
     const Locations &m_locations;
+    std::unique_ptr<ChildProcesses> m_processes;
+    std::mutex m_mutex; ///< Guards all below.
     bool m_cacheRead = false;
     bool m_scanned = false;
     std::vector<InstalledBundle> m_bundles; ///< In registry order.

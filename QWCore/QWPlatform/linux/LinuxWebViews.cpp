@@ -1,14 +1,12 @@
 #include "LinuxWebViews.h"
 
 #include "../appkit/WebViewWithoutEngine.h"
+#include "FrameworkFiles.h"
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QFile>
-#include <QFileInfo>
 #include <QLibrary>
 
-#include <dlfcn.h>
 #include <unistd.h>
 
 namespace platform
@@ -16,17 +14,6 @@ namespace platform
 
 namespace
 {
-/// "Modules/…" beside the library that holds this code.
-QString moduleInFramework()
-{
-    static const char inThisLibrary = 0;
-    Dl_info info{};
-    if (!::dladdr(&inThisLibrary, &info))
-        return {};
-    const QString library = QFileInfo(QFile::decodeName(info.dli_fname)).canonicalFilePath();
-    return QFileInfo(library).path() + "/Modules/libQWPlatformWeb.so";
-}
-
 /// What would make the engine abort the process at its start; "" for nothing.
 QString obstacle()
 {
@@ -59,7 +46,7 @@ void LinuxWebViews::_loadModule()
     m_tried = true;
     QString reason = obstacle();
     if (reason.isEmpty()) {
-        QLibrary module(m_modulePath.isEmpty() ? moduleInFramework() : m_modulePath);
+        QLibrary module(m_modulePath.isEmpty() ? FrameworkFiles::beside("Modules/libQWPlatformWeb.so") : m_modulePath);
         m_make = reinterpret_cast<MakeWebView>(module.resolve(makeWebViewSymbol));
         reason = m_make ? QString() : module.errorString();
     }

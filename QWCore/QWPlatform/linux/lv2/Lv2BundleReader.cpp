@@ -2,6 +2,7 @@
 
 #include "../../devices/AudioComponent.h"
 #include "LilvPointers.h"
+#include "Lv2Ports.h"
 
 #include <QFile>
 
@@ -71,9 +72,11 @@ private:
         return names ? lilvText(lilv_nodes_get_first(names.get())) : QString();
     }
 
-    /// The component type, or 0 for a plug-in that gives no sound.
+    /// The component type, or 0 for a plug-in that gives no sound or that nobody could connect.
     quint32 typeOf(const LilvPlugin *plugin)
     {
+        if (lilv_plugin_get_num_ports(plugin) > mostLv2Ports)
+            return 0;
         const PortSummary ports = portsOf(plugin);
         if (!ports.audioOut)
             return 0;

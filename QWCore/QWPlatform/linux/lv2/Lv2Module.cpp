@@ -1,5 +1,4 @@
 #include "Lv2Access.h"
-#include "Lv2BundleReader.h"
 #include "Lv2Unit.h"
 
 namespace
@@ -7,11 +6,6 @@ namespace
 class Lilv : public platform::Lv2Access
 {
 public:
-    std::vector<platform::Lv2Description> pluginsOfBundle(const QString &path) override
-    {
-        return platform::readLv2Bundle(path);
-    }
-
     std::unique_ptr<platform::AudioPlugin> open(const QString &path, const QString &uri, QString *error) override
     {
         return platform::Lv2Unit::open(path, uri, error);

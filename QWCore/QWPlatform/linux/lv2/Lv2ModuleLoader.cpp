@@ -1,8 +1,8 @@
+#include "../FrameworkFiles.h"
 #include "Lv2Access.h"
 
 #include <QDebug>
 #include <QFile>
-#include <QFileInfo>
 
 #include <dlfcn.h>
 
@@ -11,20 +11,10 @@ namespace platform
 
 namespace
 {
-/// "Modules/…" beside the library that holds this code.
-QString modulePath()
-{
-    static const char inThisLibrary = 0;
-    Dl_info info{};
-    if (!::dladdr(&inThisLibrary, &info))
-        return {};
-    const QString library = QFileInfo(QFile::decodeName(info.dli_fname)).canonicalFilePath();
-    return QFileInfo(library).path() + "/Modules/libQWPlatformLV2.so";
-}
-
 Lv2Access *load()
 {
-    void *module = ::dlopen(QFile::encodeName(modulePath()).constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    const QByteArray path = QFile::encodeName(FrameworkFiles::beside("Modules/libQWPlatformLV2.so"));
+    void *module = ::dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     const auto function =
         module ? reinterpret_cast<Lv2AccessFunction>(::dlsym(module, lv2AccessFunctionName)) : nullptr;
     if (function)

@@ -90,10 +90,9 @@ int Lv2Unit::_audioPortCount(bool isInput) const
 
 int Lv2Unit::latency() const
 {
-    if (!lilv_plugin_has_latency(m_plugin))
-        return 0;
-    const float value = m_values[lilv_plugin_get_latency_port_index(m_plugin)];
-    return std::isfinite(value) ? static_cast<int>(std::clamp(value, 0.0F, 1e9F)) : 0;
+    const auto port = std::ranges::find_if(m_ports, &Lv2Port::tellsLatency);
+    const float value = port == m_ports.end() ? 0 : m_values[static_cast<std::size_t>(port - m_ports.begin())];
+    return std::isfinite(value) ? static_cast<int>(std::clamp(std::round(value), 0.0F, 1e9F)) : 0;
 }
 
 bool Lv2Unit::start(double sampleRate, int blockFrames)
@@ -135,7 +134,7 @@ void Lv2Unit::_makeBuffers(double sampleRate, int sequenceSize)
         const Lv2Port &port = m_ports[i];
         void *buffer = nullptr;
         if (port.kind == Lv2Port::Kind::Control) {
-            m_values[i] = port.timesSampleRate ? port.value * static_cast<float>(sampleRate) : port.value;
+            m_values[i] = port.valueAt(static_cast<float>(sampleRate));
             buffer = &m_values[i];
         } else if (port.kind == Lv2Port::Kind::Voltage) {
             m_voltages[i].assign(static_cast<std::size_t>(m_blockFrames), port.value);

@@ -2,7 +2,7 @@
 
 #include "../../plugins/AudioPlugin.h"
 #include "LilvPointers.h"
-#include "Lv2Access.h"
+#include "Lv2Description.h"
 #include "Lv2Features.h"
 #include "Lv2Ports.h"
 #include "Lv2Sequence.h"
