@@ -65,6 +65,12 @@ void write(std::initializer_list<double> values, float *samples)
         *samples++ = static_cast<float>(value);
 }
 
+/// Says in the middle of a block that its latency is another now.
+void changeLatency(Effect *effect)
+{
+    effect->initialDelay = ask(effect, vst::request::ioChanged) == 1 ? 128 : 0;
+}
+
 /// Gives what the host answers as samples: the time on the first channel; on the second the flags of one who wants to
 /// know nothing of it, now and when the plug-in was opened, then all else.
 void writeAnswers(Effect *effect, float **outputs)
@@ -128,8 +134,10 @@ float sampleFor(float input)
 
 void processReplacing(Effect *effect, float **inputs, float **outputs, std::int32_t frames)
 {
-    if (behaviour == Behaviour::Asking)
+    if (behaviour == Behaviour::Asking) {
+        changeLatency(effect);
         return writeAnswers(effect, outputs);
+    }
     for (int channel = 0; channel < effect->outputCount; ++channel)
         for (int i = 0; i < frames; ++i)
             outputs[channel][i] = sampleFor(effect->inputCount > channel ? inputs[channel][i] : 0);

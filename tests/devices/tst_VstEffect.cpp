@@ -111,6 +111,17 @@ private slots:
         QCOMPARE(std::vector<float>(told.begin() + 2, told.begin() + 16), expected);
     }
 
+    void latencyThatChangesIsTold()
+    {
+        Machine machine;
+        const auto plugin = machine.open("Asking");
+        QVERIFY2(plugin, qPrintable(machine.error));
+        QVERIFY(plugin->start(44100, 256));
+        QCOMPARE(plugin->latency(), 64);
+        runBlock(*plugin, 256, 0);
+        QCOMPARE(plugin->latency(), 128);
+    }
+
     void barsBeginAtWholeBars()
     {
         Machine machine;

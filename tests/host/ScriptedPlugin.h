@@ -14,8 +14,10 @@ public:
     {
         int inputs = 2;
         int outputs = 2;
-        int latency = 0; ///< Told, and done.
-        int echo = 0;    ///< Frames after which the input comes once more, at half its level; 0: never.
+        int latency = 0;         ///< Told, and done.
+        int framesUntilTold = 0; ///< For how long a latency of 0 is told instead.
+        int wrongLatency = 0;    ///< Told instead of what is done, unless 0.
+        int echo = 0;            ///< Frames after which the input comes once more, at half its level; 0: never.
         bool refusesToStart = false;
         bool neverEnds = false; ///< Hums on for ever.
         bool givesNoNumbers = false;
@@ -45,7 +47,12 @@ public:
     bool isInstrument() const override { return m_script.instrument; }
     int inputCount() const override { return m_script.inputs; }
     int outputCount() const override { return m_script.outputs; }
-    int latency() const override { return m_script.latency; }
+    int latency() const override
+    {
+        return m_script.wrongLatency != 0           ? m_script.wrongLatency
+               : m_frame < m_script.framesUntilTold ? 0
+                                                    : m_script.latency;
+    }
     bool start(double, int blockFrames) override
     {
         m_blockFrames = blockFrames;

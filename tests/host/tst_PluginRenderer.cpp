@@ -17,7 +17,10 @@ class tst_PluginRenderer : public QObject
 
 private Q_SLOTS:
     void init();
+    void latencyIsTakenOutToTheSample_data();
     void latencyIsTakenOutToTheSample();
+    void latencyThatNobodyCanMeanIsNotBelieved_data();
+    void latencyThatNobodyCanMeanIsNotBelieved();
     void soundsOfAnyLengthAreRenderedWhole_data();
     void soundsOfAnyLengthAreRenderedWhole();
     void tailIsFollowedUntilItIsSilent();
@@ -58,13 +61,42 @@ std::optional<Sound> tst_PluginRenderer::_apply(ScriptedPlugin::Script script, c
     return PluginRenderer(openerOf(script, m_report), progress).apply(sound, &m_error);
 }
 
+void tst_PluginRenderer::latencyIsTakenOutToTheSample_data()
+{
+    QTest::addColumn<int>("latency");
+    QTest::addColumn<int>("framesUntilTold");
+    QTest::newRow("told from the start") << 777 << 0;
+    QTest::newRow("told by the first block") << 777 << 1;
+    QTest::newRow("told later") << 777 << 1500;
+    QTest::newRow("shorter than a block") << 64 << 1;
+    QTest::newRow("longer than the sound") << 9000 << 1;
+}
+
 void tst_PluginRenderer::latencyIsTakenOutToTheSample()
 {
+    QFETCH(int, latency);
+    QFETCH(int, framesUntilTold);
     const Sound sound = sounds::sine(440, 0.5f, 2, 3000);
-    const auto result = _apply({.latency = 777}, sound);
+    const auto result = _apply({.latency = latency, .framesUntilTold = framesUntilTold}, sound);
     QVERIFY(result);
     QCOMPARE(result->channels, sound.channels);
     QCOMPARE(m_report.stopped, 1);
+}
+
+void tst_PluginRenderer::latencyThatNobodyCanMeanIsNotBelieved_data()
+{
+    QTest::addColumn<int>("told");
+    QTest::newRow("below zero") << -480;
+    QTest::newRow("hours") << 1'000'000'000;
+}
+
+void tst_PluginRenderer::latencyThatNobodyCanMeanIsNotBelieved()
+{
+    QFETCH(int, told);
+    const Sound sound = sounds::sine(440, 0.5f, 2, 3000);
+    const auto result = _apply({.wrongLatency = told}, sound);
+    QVERIFY(result);
+    QCOMPARE(result->channels, sound.channels);
 }
 
 void tst_PluginRenderer::soundsOfAnyLengthAreRenderedWhole_data()

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void vstInstrumentPlaysThePhrase();
     void vstEffectChangesASound();
     void lv2EffectChangesASound();
+    void latencyIsTakenOut_data();
+    void latencyIsTakenOut();
 
 private:
     QTemporaryDir m_home;
@@ -88,6 +90,34 @@ static std::optional<platform::AudioComponent> effectNamed(const QByteArray &nam
     return std::nullopt;
 }
 
+/// Looked for when it is opened.
+static demo::PluginRenderer::Opener openerOfEffect(const QByteArray &name)
+{
+    return [=](QString *error) -> std::unique_ptr<platform::AudioPlugin> {
+        const auto unit = effectNamed(name);
+        return unit ? System::current().pluginLoader().openComponent(*unit, error) : nullptr;
+    };
+}
+
+/// As told after one block of silence.
+static int latencyOf(const demo::PluginRenderer::Opener &opener)
+{
+    QString error;
+    const auto plugin = opener(&error);
+    if (!plugin || !plugin->start(48000, 512))
+        return -1;
+    std::vector<float> silence(512);
+    std::vector<std::vector<float>> outputs(static_cast<size_t>(plugin->outputCount()), silence);
+    std::vector<float *> pointers;
+    for (auto &output : outputs)
+        pointers.push_back(output.data());
+    plugin->process(std::vector<const float *>(static_cast<size_t>(plugin->inputCount()), silence.data()), pointers,
+                    {});
+    const int latency = plugin->latency();
+    plugin->stop();
+    return latency;
+}
+
 void tst_RealPlugins::initTestCase()
 {
     QVERIFY(m_home.isValid());
@@ -119,9 +149,38 @@ void tst_RealPlugins::vstEffectChangesASound()
 
 void tst_RealPlugins::lv2EffectChangesASound()
 {
-    const auto unit = effectNamed("ZamDelay");
-    QVERIFY(unit);
-    verifyEffect([=](QString *error) { return System::current().pluginLoader().openComponent(*unit, error); });
+    verifyEffect(openerOfEffect("ZamDelay"));
+}
+
+void tst_RealPlugins::latencyIsTakenOut_data()
+{
+    QTest::addColumn<demo::PluginRenderer::Opener>("opener");
+    QTest::addColumn<int>("latency");
+    const auto vst = [](const char *name) { return openerOfVST(QString("/usr/lib/vst/%1-vst.so").arg(name)); };
+    QTest::newRow("LV2 maximizer") << openerOfEffect("ZaMaximX2") << 480;
+    QTest::newRow("LV2 limiter") << openerOfEffect("x42-dpl - Digital Peak Limiter Stereo") << 64;
+    QTest::newRow("LV2 limiter for one channel") << openerOfEffect("x42-dpl - Digital Peak Limiter Mono") << 64;
+    QTest::newRow("VST maximizer") << vst("ZaMaximX2") << 480;
+}
+
+/// An impulse comes out where it went in.
+void tst_RealPlugins::latencyIsTakenOut()
+{
+    QFETCH(demo::PluginRenderer::Opener, opener);
+    constexpr size_t place = 1000;
+    Sound sound = sounds::constant({0, 0}, 4000);
+    for (auto &channel : sound.channels)
+        channel[place] = 0.25f;
+    QString error;
+    demo::WorkProgress progress;
+    const auto result = demo::PluginRenderer(opener, progress).apply(sound, &error);
+    QVERIFY2(result, qPrintable(error));
+    for (const auto &channel : result->channels) {
+        const auto loudest = std::ranges::max_element(channel, {}, [](float sample) { return std::abs(sample); });
+        QVERIFY(std::abs(*loudest) > 0.01f);
+        QCOMPARE(size_t(loudest - channel.begin()), place);
+    }
+    QTEST(latencyOf(opener), "latency"); // otherwise the above says nothing
 }
 
 QTEST_GUILESS_MAIN(tst_RealPlugins)

@@ -45,6 +45,7 @@ std::intptr_t VstHost::callback(vst::Effect *effect, std::int32_t request, std::
     case vst::request::version:
         return interfaceVersion;
     case vst::request::wantMidi:
+    case vst::request::ioChanged: // the record is looked at whenever somebody asks
         return 1;
     case vst::request::time:
         return opened ? reinterpret_cast<std::intptr_t>(opened->transport.timeInfo(value)) : 0;

@@ -83,6 +83,7 @@ constexpr std::int32_t version = 1;
 constexpr std::int32_t currentID = 2;
 constexpr std::int32_t wantMidi = 6;
 constexpr std::int32_t time = 7; ///< The value tells what is wanted, in bits of timeFlag; the answer is a TimeInfo.
+constexpr std::int32_t ioChanged = 13; ///< The latency, or the number of channels.
 constexpr std::int32_t sampleRate = 16;
 constexpr std::int32_t blockSize = 17;
 constexpr std::int32_t processLevel = 23;

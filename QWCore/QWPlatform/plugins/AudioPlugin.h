@@ -27,7 +27,10 @@ public:
     virtual bool isInstrument() const = 0;
     virtual int inputCount() const = 0;  ///< Audio inputs, one channel each.
     virtual int outputCount() const = 0; ///< Audio outputs, one channel each.
-    virtual int latency() const = 0;     ///< In samples; valid after start().
+
+    /// In samples, between start() and stop(). Plug-ins tell it while they run: it is valid after the first block, and
+    /// each block may change it.
+    virtual int latency() const = 0;
 
     /// Numbers of the VST interface; 0 for plug-ins of other kinds.
     virtual int category() const;

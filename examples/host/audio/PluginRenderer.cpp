@@ -15,6 +15,7 @@ namespace
 constexpr float silence = 1.0e-4f;      // -80 dB
 constexpr double quietBeforeEnd = 0.25; // seconds
 constexpr double fadeOut = 0.05;        // seconds
+constexpr double longestLatency = 10;   // seconds; nothing that takes longer says so in earnest
 
 // A block of channels that lie one behind the other, with the pointers that plug-ins want.
 class Block
@@ -63,6 +64,16 @@ void fadeOutEnd(Sound &sound)
     }
 }
 
+// Keeps @p frames, from @p first on.
+void cut(Sound &sound, qint64 first, qint64 frames)
+{
+    for (auto &channel : sound.channels) {
+        const auto size = static_cast<qint64>(channel.size());
+        channel.erase(channel.begin(), channel.begin() + std::min(first, size));
+        channel.resize(static_cast<size_t>(std::min<qint64>(frames, std::max<qint64>(size - first, 0))));
+    }
+}
+
 // Cuts what is silent after the first @p least frames.
 void trimSilence(Sound &sound, qint64 least)
 {
@@ -82,7 +93,6 @@ struct PluginRenderer::Pass
         , firstChannel(firstOfPass)
         , inputs(plugin->inputCount())
         , outputs(plugin->outputCount())
-        , skip(std::max(plugin->latency(), 0))
     {
         output.sampleRate = sampleRate;
         output.channels.resize(static_cast<size_t>(plan.kept));
@@ -92,17 +102,23 @@ struct PluginRenderer::Pass
     Pass &operator=(const Pass &) = delete;
 
     void fill(const Sound &sound, qint64 first);
-    void keep(int frames);
+    void keep();
+
+    // In frames, as told by now: plug-ins tell it, or change it, while they run.
+    qint64 latency() const
+    {
+        const int told = plugin->latency();
+        return told > 0 && told <= longestLatency * output.sampleRate ? told : 0;
+    }
 
     std::unique_ptr<AudioPlugin> plugin;
     ChannelPlan plan;
     int firstChannel;
     Block inputs;
     Block outputs;
-    qint64 skip;      ///< Frames of latency still to be dropped.
     qint64 quiet = 0; ///< Frames since the output was last heard.
-    Sound output;
-    double from = 0; ///< Share of the whole progress that this pass covers.
+    Sound output;     ///< Late by the latency until the pass is over.
+    double from = 0;  ///< Share of the whole progress that this pass covers.
     double to = 1;
 };
 
@@ -125,18 +141,16 @@ void PluginRenderer::Pass::fill(const Sound &sound, qint64 first)
         addChannel(sound, firstChannel, first, 1, inputs.channel(1));
 }
 
-void PluginRenderer::Pass::keep(int frames)
+void PluginRenderer::Pass::keep()
 {
-    const auto dropped = static_cast<int>(std::min<qint64>(skip, frames));
-    skip -= dropped;
-    quiet += frames;
+    quiet += blockFrames;
     for (int channel = 0; channel < plan.kept; ++channel) {
         const float *samples = outputs.channel(channel);
-        for (int frame = dropped; frame < frames; ++frame) {
+        for (int frame = 0; frame < blockFrames; ++frame) {
             const float sample = std::isfinite(samples[frame]) ? samples[frame] : 0.0f;
             output.channels[static_cast<size_t>(channel)].push_back(sample);
             if (std::abs(sample) >= silence)
-                quiet = std::min<qint64>(quiet, frames - frame);
+                quiet = std::min<qint64>(quiet, blockFrames - frame);
         }
     }
 }
@@ -168,23 +182,27 @@ std::unique_ptr<AudioPlugin> PluginRenderer::_open(double sampleRate, QString *e
 bool PluginRenderer::_runBlocks(Pass &pass, const Sound &input, const Phrase &phrase)
 {
     const double rate = pass.output.sampleRate;
-    const qint64 body = std::max(input.frames(), phrase.frames) + pass.skip;
+    const qint64 body = std::max(input.frames(), phrase.frames);
     const bool hasTail = pass.plugin->inputCount() > 0 || phrase.frames > 0;
     const qint64 end = body + (hasTail ? static_cast<qint64>(longestTail * rate) : 0);
     const auto inputs = pass.inputs.inputs();
-    qint64 first = 0;
-    while (first < end && (first < body || static_cast<double>(pass.quiet) < quietBeforeEnd * rate)) {
+    qint64 first = 0; // of the block
+    qint64 heard = 0; // of the result, once the latency is taken out
+    while (heard < end && (heard < body || static_cast<double>(pass.quiet) < quietBeforeEnd * rate)) {
         if (m_progress.isCancelled())
             return false;
         pass.fill(input, first);
         pass.outputs.clear();
         pass.plugin->process(inputs, pass.outputs.outputs(), phrase.eventsIn(first, blockFrames));
-        pass.keep(static_cast<int>(std::min<qint64>(blockFrames, end - first)));
+        pass.keep();
         first += blockFrames;
-        const double done = std::min(1.0, static_cast<double>(first) / static_cast<double>(body));
+        heard = first - pass.latency();
+        const double done =
+            std::clamp(static_cast<double>(heard) / static_cast<double>(std::max<qint64>(body, 1)), 0.0, 1.0);
         m_progress.setFraction(pass.from + (pass.to - pass.from) * done);
     }
-    if (hasTail && first >= end)
+    cut(pass.output, pass.latency(), end);
+    if (hasTail && heard >= end)
         fadeOutEnd(pass.output);
     return true;
 }
