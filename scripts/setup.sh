@@ -8,7 +8,8 @@ say() { printf '%s\n' "$*" >&2; }
 
 # help_if_asked DOOR ARGUMENT...: prints the comment at the top of the door and ends.
 help_if_asked() {
-    local door=$QW_ROOT/${1##*/}
+    local door=${1##*/}
+    [ -f "$door" ] || door=scripts/$door
     shift
     case " $* " in
     *" --help "* | *" -h "*) sed -n -e 1d -e '/^#/!q' -e 's/^# \{0,1\}//p' "$door"; exit 0 ;;
@@ -80,16 +81,38 @@ build_preset() {
     quietly "$folder/build.log" counting ninja -C "$folder" "$@"
 }
 
-# Runs a build; on a terminal it tells how far that is.
-counting() {
-    local status=0
-    [ -t 3 ] || { "$@"; return; }
-    "$@" | while IFS= read -r line; do
-        printf '%s\n' "$line"
-        [[ $line != \[*/*\]* ]] || printf '\r  %s' "${line%%]*}]" >&3
-    done || status=$?
-    printf '\r\033[K' >&3
-    return "$status"
+# Runs a build and tells how far it is.
+counting() { "$@" | telling; }
+
+# Passes the lines of a build on and tells the last step: each one on a terminal, one a minute elsewhere.
+telling() {
+    local line='' step='' got=0 next=$((SECONDS + ${QW_TELL_EVERY:-60}))
+    while true; do
+        got=0
+        IFS= read -r -t 1 line || got=$?
+        [ "$got" -le 128 ] || line='' # nothing came for a second
+        [ -z "$line" ] || printf '%s\n' "$line"
+        [ "$got" != 1 ] || break
+        [[ $line != \[*/*\]* ]] || step=$line
+        if [ -t 3 ]; then
+            [ -z "$line" ] || printf '\r\033[K  %.76s' "$step" >&3
+        elif [ "$SECONDS" -ge "$next" ]; then
+            printf '  %s\n' "$step" >&3
+            next=$((SECONDS + ${QW_TELL_EVERY:-60}))
+        fi
+    done
+    [ ! -t 3 ] || printf '\r\033[K' >&3
+}
+
+# duration SECONDS: for people.
+duration() {
+    if [ "$1" -lt 60 ]; then printf '%d s' "$1"; else printf '%d min %d s' $(($1 / 60)) $(($1 % 60)); fi
+}
+
+# slowest_tests LOG: the ten that took longest in CTest's LastTest.log.
+slowest_tests() {
+    awk '/^[0-9]+\/[0-9]+ Testing: / { name = $3 } /^Test time = / { printf "%8.1f s  %s\n", $4, name }' "$1" |
+        sort -rn | head -10
 }
 
 quietly() {
