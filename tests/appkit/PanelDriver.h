@@ -8,7 +8,8 @@
 
 #include <functional>
 
-/// Waits for a modal widget to be on the screen, then hands it over; for panels that run a loop of their own.
+/// Waits for a modal widget to be on the screen and to have the keyboard, then hands it over; for panels that run a
+/// loop of their own.
 class PanelDriver : public QObject
 {
     Q_OBJECT
@@ -27,7 +28,7 @@ private:
     void _look()
     {
         QWidget *const panel = QApplication::activeModalWidget();
-        if (!panel || !panel->isVisible())
+        if (!panel || !panel->isVisible() || !panel->isActiveWindow())
             return;
         m_timer.stop();
         m_hasDriven = true;

@@ -27,6 +27,7 @@ void tst_GridTakeover::secondGridTakesOver()
     QCOMPARE(listener.take(), QStringList{"connected"});
     QCOMPARE(remote.numberOfColumns(), 16u);
     QVERIFY(machine.lines().closed().isEmpty()); // the first stays open, unused
+    QVERIFY(machine.clock().waitForSleepers(2)); // the second reader has shown its pattern
     machine.lines().takeWrites();
     remote.setIntensity(0);
     QCOMPARE(machine.lines().takeWritten(second), QByteArray::fromHex("a0"));

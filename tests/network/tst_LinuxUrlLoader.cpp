@@ -10,6 +10,8 @@
 using namespace platform;
 using namespace std::chrono_literals;
 
+Q_DECLARE_METATYPE(HttpReply)
+
 namespace
 {
 /// A load on a thread of its own, while the server answers from this one.
@@ -357,8 +359,6 @@ void tst_LinuxUrlLoader::mainThreadDeliversNoEventsWhileItLoads()
     QVERIFY(!delivered);
     QTRY_VERIFY(delivered);
 }
-
-Q_DECLARE_METATYPE(HttpReply)
 
 QTEST_GUILESS_MAIN(tst_LinuxUrlLoader)
 #include "tst_LinuxUrlLoader.moc"
