@@ -1,6 +1,6 @@
 # Run by tst_GridRule under "unshare -mn": a udev daemon of its own that sees the pseudo-terminal $1 as /dev/ttyS0, a
 # serial device of the serial number $2, with the rules in the folder $3; and the host $4 beside it. Each line of input
-# is a uevent of that device ("add", "remove").
+# is a uevent of that device ("add", "remove"), or "tell", which prints what udev knows of it and its speed.
 set -eu
 mount --make-rprivate /
 mount -t tmpfs none /run
@@ -27,7 +27,13 @@ mkfifo /run/host-input
 "$4" < /run/host-input &
 exec 3> /run/host-input # the host ends when this is closed
 while read -r action; do
-    echo "$action" > /sys/class/tty/ttyS0/uevent
+    case $action in
+    tell)
+        udevadm info --query=property --path=/sys/class/tty/ttyS0
+        echo "SPEED=$(stty -F /dev/ttyS0 speed)"
+        ;;
+    *) echo "$action" > /sys/class/tty/ttyS0/uevent ;;
+    esac
 done
 exec 3>&-
 wait %2

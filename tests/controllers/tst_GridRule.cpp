@@ -144,6 +144,10 @@ void tst_GridRule::gridIsFoundThroughTheRule()
         return (m_output += m_machine.readAllStandardOutput()).contains("down 3 5\n");
     };
     QVERIFY(QTest::qWaitFor(isHeard, longEnough));
+    m_machine.write("tell\n");
+    QVERIFY(_hears("SPEED=115200\n"));
+    QVERIFY(m_output.contains("ID_MM_DEVICE_IGNORE=1\n")); // no modem prober writes to it
+    QVERIFY(m_output.contains("ID_MM_PORT_IGNORE=1\n"));
     m_machine.write("remove\n");
     QVERIFY(_hears("removed\n"));
     m_output.clear();

@@ -2,6 +2,8 @@
 #include "GridMeddler.h"
 #include "fakes/QWTestMain.h"
 
+#include <semaphore>
+
 /// The end of the remote, asked for or with the application.
 class tst_GridShutdown : public QObject
 {
@@ -13,7 +15,39 @@ private Q_SLOTS:
     void shutdownOfNoGridKeepsTheObservers();
     void quittingShutsDown();
     void observerMayShutDownInAButtonCall();
+    void shutdownWaitsForNoObserverThatWaitsForIt();
+    void endWaitsForNoObserverThatWaitsForIt();
 };
+
+namespace
+{
+/// In a button call it waits for the main thread.
+class WaitingListener : public GridMeddler
+{
+public:
+    WaitingListener()
+    {
+        onButton = [this](QWMonomeRemote &) {
+            m_isInside.release();
+            QMetaObject::invokeMethod(
+                qApp, [this] { wasHeard = true; }, Qt::BlockingQueuedConnection);
+        };
+    }
+
+    /// Presses a button of @p machine until the call of it waits.
+    void beCalled(GridMachine &machine)
+    {
+        machine.lines().feed(machine.lines().last(), QByteArray::fromHex("0035"));
+        machine.clock().advance(std::chrono::milliseconds(1));
+        m_isInside.acquire();
+    }
+
+    bool wasHeard = false;
+
+private:
+    std::binary_semaphore m_isInside{0};
+};
+} // namespace
 
 void tst_GridShutdown::shutdownClearsDrainsAndCloses()
 {
@@ -81,6 +115,29 @@ void tst_GridShutdown::observerMayShutDownInAButtonCall()
     QCOMPARE(listener.take(), QStringList{"down 3 5"});
     machine.clock().advance(std::chrono::milliseconds(1));
     QVERIFY(machine.clock().waitForSleepers(0)); // the reader has ended
+}
+
+void tst_GridShutdown::shutdownWaitsForNoObserverThatWaitsForIt()
+{
+    WaitingListener listener;
+    GridMachine machine;
+    machine.readyRemote().addObserver(listener);
+    listener.beCalled(machine);
+    machine.remote().shutdown();
+    QVERIFY(!machine.remote().isConnected());
+    QVERIFY(!listener.wasHeard);
+    QTRY_VERIFY(listener.wasHeard);
+}
+
+void tst_GridShutdown::endWaitsForNoObserverThatWaitsForIt()
+{
+    WaitingListener listener;
+    {
+        GridMachine machine;
+        machine.readyRemote().addObserver(listener);
+        listener.beCalled(machine);
+    }
+    QVERIFY(listener.wasHeard);
 }
 
 QW_TEST_MAIN(tst_GridShutdown)

@@ -44,6 +44,9 @@ private Q_SLOTS:
     void unknownQuadrantOnlySendsTheFrame();
     void orientationIsKeptInEightBits();
     void ledsMayBeSetOnManyThreads();
+    void newestFrameIsSentLast();
+    void newestBrightnessIsSentLast();
+    void frameBehindAClearingIsNotTheLast();
 };
 
 void tst_QWMonomeRemote::knowsNothingWithoutAGrid()
@@ -329,6 +332,44 @@ void tst_QWMonomeRemote::ledsMayBeSetOnManyThreads()
     machine.lines().takeWrites();
     remote.setLEDStateAtPosition(true, {0, 0});
     QCOMPARE(machine.lines().takeWrites().first().bytes.first(9), hex("80 0706060606060606"));
+}
+
+/// Another thread sets an LED while a frame that does not know of it is on its way.
+void tst_QWMonomeRemote::newestFrameIsSentLast()
+{
+    for (const char *path : {GridMachine::series64, GridMachine::fortyH}) {
+        GridMachine machine(path);
+        QWMonomeRemote &remote = machine.readyRemote();
+        machine.lines().atNextWrite([&] { std::thread([&] { remote.setLEDStateAtPosition(true, {1, 0}); }).join(); });
+        remote.setLEDStateAtPosition(true, {0, 0});
+        const auto writes = machine.lines().takeWrites();
+        QCOMPARE(writes.size(), 3);
+        QCOMPARE(writes[1].bytes.first(2), hex(path == GridMachine::fortyH ? "0170" : "8001"));
+        QCOMPARE(writes[2].bytes.first(2), hex(path == GridMachine::fortyH ? "0370" : "8003"));
+    }
+}
+
+void tst_QWMonomeRemote::newestBrightnessIsSentLast()
+{
+    GridMachine machine;
+    QWMonomeRemote &remote = machine.readyRemote();
+    machine.lines().atNextWrite([&] { std::thread([&] { remote.setIntensity(0); }).join(); });
+    remote.setIntensity(1);
+    QCOMPARE(machine.lines().takeWritten(machine.lines().last()), hex("a0 af a0"));
+    QCOMPARE(remote.intensity(), 0.0f);
+}
+
+/// The device would go on showing it.
+void tst_QWMonomeRemote::frameBehindAClearingIsNotTheLast()
+{
+    GridMachine machine;
+    QWMonomeRemote &remote = machine.readyRemote();
+    machine.lines().atNextWrite([&] { std::thread([&] { remote.setLEDStateAtPosition(true, {1, 0}); }).join(); });
+    remote.clearLEDs();
+    const auto writes = machine.lines().takeWrites();
+    QCOMPARE(writes.size(), 3);
+    QVERIFY(!remote.LEDStateAtPosition({1, 0}));
+    QCOMPARE(writes.last().bytes, hex(darkSeriesFrame));
 }
 
 QW_TEST_MAIN(tst_QWMonomeRemote)

@@ -30,6 +30,8 @@ std::ptrdiff_t FakeSerialLines::read(int descriptor, std::span<std::uint8_t> byt
 
 std::ptrdiff_t FakeSerialLines::write(int descriptor, std::span<const std::uint8_t> bytes)
 {
+    if (const auto call = _takeCall())
+        call();
     const std::lock_guard guard(m_mutex);
     m_writes.append({descriptor, QByteArray(reinterpret_cast<const char *>(bytes.data()), std::ssize(bytes))});
     return m_open.contains(descriptor) ? std::ssize(bytes) : -1;
@@ -52,6 +54,12 @@ void FakeSerialLines::feed(int descriptor, const QByteArray &bytes)
 {
     const std::lock_guard guard(m_mutex);
     m_open.at(descriptor).push_back(bytes);
+}
+
+void FakeSerialLines::atNextWrite(std::function<void()> call)
+{
+    const std::lock_guard guard(m_mutex);
+    m_atNextWrite = std::move(call);
 }
 
 void FakeSerialLines::failToOpen(const QString &path, int error, const QString &advice)
@@ -106,4 +114,10 @@ int FakeSerialLines::reads(int descriptor) const
     const std::lock_guard guard(m_mutex);
     const auto found = m_reads.find(descriptor);
     return found == m_reads.end() ? 0 : found->second;
+}
+
+std::function<void()> FakeSerialLines::_takeCall()
+{
+    const std::lock_guard guard(m_mutex);
+    return std::exchange(m_atNextWrite, {});
 }

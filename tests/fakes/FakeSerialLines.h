@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 
@@ -31,6 +32,9 @@ public:
     /// What one read of the line will get, after what was fed before.
     void feed(int descriptor, const QByteArray &bytes);
 
+    /// Called at the next write, before its bytes arrive; what it writes itself arrives first.
+    void atNextWrite(std::function<void()> call);
+
     /// Opening @p path fails from now on; 0 lets it succeed again.
     void failToOpen(const QString &path, int error, const QString &advice = {});
 
@@ -51,7 +55,10 @@ public:
     int reads(int descriptor) const;
 
 private:
+    std::function<void()> _takeCall();
+
     mutable std::mutex m_mutex; ///< Guards the rest.
+    std::function<void()> m_atNextWrite;
     QHash<QString, Opening> m_failures;
     std::map<int, std::deque<QByteArray>> m_open;
     std::map<int, int> m_reads;

@@ -34,7 +34,9 @@ public:
     /// Takes what is there, as far as it fits: its length; 0 or -1 when there is nothing, or no such line. Any thread.
     virtual std::ptrdiff_t read(int descriptor, std::span<std::uint8_t> bytes) = 0;
 
-    /// Hands over what fits into the line: its length, or -1. The rest is dropped. Any thread.
+    /// Hands over @p bytes whole: their length, or -1 when the line is full, has gone, or never was; they are dropped
+    /// then. What a line that fills up in the middle of them does not take goes first at the next write, so that
+    /// whoever reads messages of a fixed length is never out of step. Any thread.
     virtual std::ptrdiff_t write(int descriptor, std::span<const std::uint8_t> bytes) = 0;
 
     /// Waits until everything was sent, but no longer than a second. Any thread.

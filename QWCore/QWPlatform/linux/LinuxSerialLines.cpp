@@ -95,7 +95,7 @@ std::ptrdiff_t LinuxSerialLines::read(int descriptor, std::span<std::uint8_t> by
 std::ptrdiff_t LinuxSerialLines::write(int descriptor, std::span<const std::uint8_t> bytes)
 {
     const LineTable::Use line(m_lines, descriptor);
-    return line.file() < 0 ? -1 : ::write(line.file(), bytes.data(), bytes.size());
+    return line.file() < 0 ? -1 : _writer(descriptor).write(descriptor, line.file(), bytes);
 }
 
 void LinuxSerialLines::drain(int descriptor)
@@ -104,7 +104,10 @@ void LinuxSerialLines::drain(int descriptor)
     if (line.file() < 0)
         return;
     const auto end = std::chrono::steady_clock::now() + longestDrain;
-    while (hasUnsentBytes(line.file()) && std::chrono::steady_clock::now() < end)
+    const auto isDone = [&] {
+        return _writer(descriptor).finish(descriptor, line.file()) && !hasUnsentBytes(line.file());
+    };
+    while (!isDone() && std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(1ms);
     if (hasUnsentBytes(line.file()))
         ::tcflush(line.file(), TCOFLUSH); // a device that takes nothing would hold up the closing, too

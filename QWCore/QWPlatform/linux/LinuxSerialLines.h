@@ -2,6 +2,7 @@
 
 #include "../devices/SerialLines.h"
 #include "LineTable.h"
+#include "LineWriter.h"
 
 namespace platform
 {
@@ -18,7 +19,10 @@ public:
     void close(int descriptor) override;
 
 private:
+    LineWriter &_writer(int descriptor) { return m_writers[static_cast<unsigned>(descriptor) % m_writers.size()]; }
+
     LineTable m_lines;
+    std::array<LineWriter, LineTable::capacity> m_writers; ///< That of an open line is its own.
 };
 
 } // namespace platform

@@ -42,9 +42,8 @@ bool GridObservers::has(const QWMonomeRemoteObserver &observer) const
 
 void GridObservers::release()
 {
-    std::unique_lock lock(m_mutex);
+    const std::lock_guard guard(m_mutex);
     m_list.reset();
-    _waitForCalls(lock, nullptr);
 }
 
 std::shared_ptr<const GridObservers::List> GridObservers::_list() const
@@ -80,14 +79,13 @@ bool GridObservers::_isCalling() const
                        [](const Call &call) { return call.thread == std::this_thread::get_id(); });
 }
 
-/// Of all observers when @p observer is null.
 void GridObservers::_waitForCalls(std::unique_lock<std::mutex> &lock, const QWMonomeRemoteObserver *observer)
 {
     if (_isCalling())
         return;
     m_ended.wait(lock, [&] {
         return std::none_of(m_calls.begin(), m_calls.end(),
-                            [&](const Call &call) { return !observer || call.observer == observer; });
+                            [observer](const Call &call) { return call.observer == observer; });
     });
 }
 

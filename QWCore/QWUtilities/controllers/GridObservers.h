@@ -25,7 +25,7 @@ public:
     void remove(QWMonomeRemoteObserver &observer);
     bool has(const QWMonomeRemoteObserver &observer) const;
 
-    /// Removes all for good.
+    /// Removes all for good. Waits for nobody: who is inside a call may wait for the thread that releases.
     void release();
 
     /// Calls those that are there now and still are when their turn comes.

@@ -49,19 +49,21 @@ QWMonomeRemote::~QWMonomeRemote()
 {
     m_registry.removeClient(*this);
     shutdown();
-    m_readThread.reset();
-    m_formerReaders.clear();
+    _endReaders();
 }
 
 void QWMonomeRemote::setIntensity(float intensity)
 {
     m_intensity = intensity;
-    _write(qw::gridBrightnessMessage(_protocol(), qw::gridBrightnessLevel(intensity)));
+    m_intensityChanges.note();
+    m_intensityChanges.send(
+        [this] { _write(qw::gridBrightnessMessage(_protocol(), qw::gridBrightnessLevel(m_intensity))); });
 }
 
 void QWMonomeRemote::setLEDStateAtPosition(bool on, QWGridPosition position)
 {
     m_frame.setLED(on, _untransformPosition(position));
+    m_frameChanges.note();
     _writeFrame();
 }
 
@@ -78,16 +80,19 @@ void QWMonomeRemote::toggleLEDAtPosition(QWGridPosition position)
 void QWMonomeRemote::setLEDFrameAtQuadrant(const quint8 *rows, unsigned quadrant)
 {
     m_frame.setRows(rows, quadrant);
+    m_frameChanges.note();
     _writeFrame();
 }
 
 void QWMonomeRemote::clearLEDs()
 {
     const bool isSeries = _protocol() == qw::GridProtocol::Series;
+    const unsigned before = m_frameChanges.count();
     if (isSeries)
         _write(qw::gridClearMessage());
     m_frame.clear();
-    if (!isSeries)
+    const bool isAlone = m_frameChanges.note() == before + 1; // else a frame may have come behind the message
+    if (!isSeries || !isAlone)
         _writeFrame();
 }
 
@@ -211,6 +216,22 @@ void QWMonomeRemote::_cancelReader()
     m_formerReaders.push_back(std::move(m_readThread));
 }
 
+/// An observer may wait for this thread: what was sent here is delivered until it returns.
+void QWMonomeRemote::_endReaders()
+{
+    _cancelReader();
+    std::vector<std::unique_ptr<qw::GridReader>> readers;
+    {
+        const std::lock_guard guard(m_readersMutex);
+        readers.swap(m_formerReaders);
+    }
+    for (const auto &reader : readers)
+        reader->end();
+    for (const auto &reader : readers)
+        while (!reader->waitForEnd(pollInterval))
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
+}
+
 /// A cancelled reader ends its show, on whatever grid is connected then.
 void QWMonomeRemote::_showStartUp(const qw::GridReader &reader)
 {
@@ -245,8 +266,13 @@ void QWMonomeRemote::_press(const qw::GridPress &press)
     m_observers.each([&](QWMonomeRemoteObserver &observer) { (observer.*call)(*this, position); });
 }
 
-/// In one write: messages of other threads come before or behind the whole frame, and a call is what takes the time.
 void QWMonomeRemote::_writeFrame()
+{
+    m_frameChanges.send([this] { _writeFrameOnce(); });
+}
+
+/// In one write: messages of other threads come before or behind the whole frame, and a call is what takes the time.
+void QWMonomeRemote::_writeFrameOnce()
 {
     std::array<std::uint8_t, qw::gridLongestFrame> bytes{};
     auto end = bytes.begin();

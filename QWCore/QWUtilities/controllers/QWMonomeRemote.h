@@ -1,5 +1,6 @@
 #pragma once
 
+#include "GridChanges.h"
 #include "GridFrame.h"
 #include "GridMapping.h"
 #include "GridObservers.h"
@@ -41,7 +42,8 @@ public:
     /// Looks for grids from the first call on; opening one that is there already takes 0.1 s.
     static QWMonomeRemote &remote();
 
-    /// As shutdown(), then waits for the readers. Not on a reader's thread.
+    /// As shutdown(), then waits for the readers; delivers queued calls meanwhile, since an observer may wait for one.
+    /// Not on a reader's thread.
     ~QWMonomeRemote() override;
 
     bool isConnected() const { return m_fileID != 0; }
@@ -80,13 +82,14 @@ public:
     /// Not owned; called in order of addition. An observer that is there is not added again.
     void addObserver(QWMonomeRemoteObserver &observer);
 
-    /// Waits for a call in progress on another thread, except from within a call of any observer. An observer must be
-    /// removed before it is destroyed, after a shutdown too.
+    /// Waits for a call in progress on another thread, except from within a call of any observer; such a call must not
+    /// wait for the thread that removes. An observer must be removed before it is destroyed, after a shutdown too.
     void removeObserver(QWMonomeRemoteObserver &observer);
     bool hasObserver(const QWMonomeRemoteObserver &observer) const;
 
-    /// Clears and closes the grid; no observer is called any more, ever, and none can be added. Nothing when no grid is
-    /// connected. Comes by itself when the application quits.
+    /// Clears and closes the grid; no observer is called any more, ever, and none can be added. A call that another
+    /// thread is in goes on: removeObserver() waits for it. Nothing when no grid is connected. Comes by itself when the
+    /// application quits.
     void shutdown();
 
 private:
@@ -103,10 +106,12 @@ private:
     void _recognize(const QString &path);
     void _startReader();
     void _cancelReader();
+    void _endReaders();
     void _showStartUp(const qw::GridReader &reader);
     void _read(std::span<const std::uint8_t> buffer, std::ptrdiff_t count);
     void _press(const qw::GridPress &press);
     void _writeFrame();
+    void _writeFrameOnce();
     void _write(const qw::GridMessage &message);
     qw::GridProtocol _protocol() const;
     qw::GridMapping _mapping() const;
@@ -128,7 +133,9 @@ private:
     std::atomic<quint32> m_rows = 0;
     std::atomic<quint32> m_columns = 0;
     qw::GridFrame m_frame;
+    qw::GridChanges m_frameChanges;
     std::atomic<float> m_intensity = 0;
+    qw::GridChanges m_intensityChanges;
 
     platform::SerialRegistry::Handle m_removalNotification = 0; ///< Of the grid added last.
     std::mutex m_readersMutex;                                  ///< Guards both below.
