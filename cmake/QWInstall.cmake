@@ -18,7 +18,7 @@ endforeach()
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QWUtilities)
 install(EXPORT QWUtilitiesTargets NAMESPACE QWUtilities:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/QWUtilitiesConfig.cmake.in ${CMAKE_BINARY_DIR}/QWUtilitiesConfig.cmake
-    INSTALL_DESTINATION ${package_dir})
+    INSTALL_DESTINATION ${package_dir} PATH_VARS CMAKE_INSTALL_LIBDIR)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/QWUtilitiesConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/QWUtilitiesConfig.cmake ${CMAKE_BINARY_DIR}/QWUtilitiesConfigVersion.cmake
     DESTINATION ${package_dir})
@@ -28,3 +28,7 @@ file(RELATIVE_PATH QW_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/QWUtilities.pc.in ${CMAKE_BINARY_DIR}/QWUtilities.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/QWUtilities.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# The guide, beside the hosts that it shows as in the source tree, so that its links lead to them.
+install(FILES docs/host-guide.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
+install(DIRECTORY examples/consumer examples/guide examples/host DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

@@ -11,6 +11,7 @@
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/Theme.h>
+#include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 #include <QWPlatform/plugins/AudioPlugin.h>
@@ -21,12 +22,15 @@
 #include <QWUtilities/shell/QWSplashScreen.h>
 #include <QWUtilities/shortcuts/QWKeyboardShortcuts.h>
 
+#include <QIcon>
 #include <QUrl>
 
 MyApplication::MyApplication(int &argc, char **argv)
     : QWApplication(argc, argv)
 {
     platform::applyTheme(*this, platform::ThemeChoice::System); // before the splash screen shows
+    setWindowIcon(QIcon(platform::System::current().mainBundle().pathForResource("MyHost", "svg")));
+    setDesktopFileName("com.example.myhost"); // how the desktop finds icon and name of a running host
     platform::System::current().userDefaults().registerDefaults({{"Use Controllers", true}});
 }
 

@@ -1,29 +1,51 @@
 #!/usr/bin/env python3
-"""Checks that the C++ of docs/host-guide.md stands in examples/guide, which is built and run: each run of lines between
-"…" must be found there, whatever its indentation. Prints each run that is not; exit status 1 when there is any."""
+"""Checks that the code of docs/host-guide.md stands in examples/guide, which is built and run, and that nothing is missing
+to use it: each block of C++ names its file in its first line; each run of lines between "…" is found there, whatever its
+indentation; the includes of a file's blocks together are those of the file. Prints what is not so; exit status 1 when
+there is anything."""
 import pathlib
 import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+INCLUDE = re.compile(r"^#include .*$", re.MULTILINE)
 
 
 def normalized(text):
     return "\n".join(line.strip() for line in text.strip().splitlines())
 
 
-def runs(guide):
-    for block in re.findall(r"^```cpp\n(.*?)^```", guide, re.MULTILINE | re.DOTALL):
-        yield from filter(None, map(normalized, re.split(r"^\s*…\s*$", block, flags=re.MULTILINE)))
+FILES = {"cmake": "CMakeLists.txt", "ini": "bundle/com.example.myhost.desktop"}
+
+
+def blocks(guide):
+    """The file that each block is from, and its text."""
+    for language, text in re.findall(r"^```(cpp|cmake|ini)\n(.*?)^```", guide, re.MULTILINE | re.DOTALL):
+        named = re.match(r"// (\S+)\n", text)
+        yield (named.group(1), text[named.end():]) if named else (FILES.get(language, ""), text)
+
+
+def runs(text):
+    return filter(None, map(normalized, re.split(r"^\s*…\s*$", INCLUDE.sub("", text), flags=re.MULTILINE)))
 
 
 def main():
-    sources = [normalized(path.read_text(encoding="utf-8")) for path in sorted((ROOT / "examples/guide").glob("*.[ch]*"))]
-    wanted = list(runs((ROOT / "docs/host-guide.md").read_text(encoding="utf-8")))
-    lost = [run for run in wanted if not any(run in source for source in sources)]
-    for run in lost:
-        print(f"not in examples/guide:\n{run}\n")
-    return 1 if lost or not wanted else 0
+    host = ROOT / "examples/guide"
+    paths = [path.name for path in host.glob("*.[ch]*")] + list(FILES.values())
+    sources = {path: (host / path).read_text(encoding="utf-8") for path in paths}
+    wrong, shown = [], {}
+    for name, text in blocks((ROOT / "docs/host-guide.md").read_text(encoding="utf-8")):
+        if name not in sources:
+            wrong.append(f"this block names no file of examples/guide in its first line:\n{text}")
+            continue
+        shown.setdefault(name, set()).update(INCLUDE.findall(text))
+        wrong += [f"not in {name}:\n{run}\n" for run in runs(text) if run not in normalized(sources[name])]
+    for name, includes in shown.items():
+        there = set(INCLUDE.findall(sources[name]))
+        wrong += [f"{name} has {line}, but no block of it" for line in sorted(there - includes)]
+        wrong += [f"a block of {name} has {line}, but not the file" for line in sorted(includes - there)]
+    print("\n".join(wrong))
+    return 1 if wrong or not shown else 0
 
 
 if __name__ == "__main__":

@@ -33,7 +33,23 @@ run(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${work}/first)
 file(RENAME ${work}/first ${work}/moved) # the prefix can be moved
 set(prefix ${work}/moved)
 
-run(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/examples/consumer -B ${work}/build -G Ninja
+# What is built here is what was installed.
+file(GLOB_RECURSE guide LIST_DIRECTORIES false ${prefix}/*/host-guide.md)
+cmake_path(GET guide PARENT_PATH pages)
+set(examples ${pages}/../examples)
+file(READ ${guide} text)
+string(REGEX MATCHALL "\\(\\.\\./[^)#]*" links "${text}")
+if(NOT links)
+    message(FATAL_ERROR "the installed guide leads nowhere")
+endif()
+foreach(link IN LISTS links)
+    string(REPLACE "(" "${pages}/" target "${link}")
+    if(NOT EXISTS "${target}")
+        message(FATAL_ERROR "the installed guide leads to ${target}, which is not there")
+    endif()
+endforeach()
+
+run(COMMAND ${CMAKE_COMMAND} -S ${examples}/consumer -B ${work}/build -G Ninja
     -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug)
 run(COMMAND ${CMAKE_COMMAND} --build ${work}/build)
 run(COMMAND ${work}/build/consumer OUTPUT menu)
@@ -43,26 +59,47 @@ expect("frameworks of a host that uses no symbol" "${mapped}" "libQWUtilities.so
 
 # The host of the guide: launches, opens two windows, quits. An exception would stand in its log; of an interface file
 # that lacks something it tells on standard error.
-run(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/examples/guide -B ${work}/guide -G Ninja
+run(COMMAND ${CMAKE_COMMAND} -S ${examples}/guide -B ${work}/guide -G Ninja
     -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug)
 run(COMMAND ${CMAKE_COMMAND} --build ${work}/guide)
 set(ENV{LV2_PATH} ${work}/none)
 file(WRITE ${work}/home/Library/Preferences/com.example.myhost.plist # this machine's own devices are left alone
     "<plist version=\"1.0\"><dict><key>Use Controllers</key><false/></dict></plist>")
-run(COMMAND ${work}/guide/MyHost.app/Contents/MacOS/MyHost myhost://preferences myhost://about myhost://quit ERRORS told)
-string(REGEX MATCHALL "Interface file [^\n]*" lacking "${told}")
-expect("interface files of the guide's host" "${lacking}" "")
-if(EXISTS "${work}/home/Library/Logs/Quorwell/My Host.log")
-    file(READ "${work}/home/Library/Logs/Quorwell/My Host.log" log)
-endif()
-expect("log of the guide's host" "${log}" "")
+function(try_guide what program)
+    run(COMMAND ${program} myhost://preferences myhost://about myhost://quit ERRORS told)
+    string(REGEX MATCHALL "Interface file [^\n]*" lacking "${told}")
+    expect("interface files of ${what}" "${lacking}" "")
+    set(log "")
+    if(EXISTS "${work}/home/Library/Logs/Quorwell/My Host.log")
+        file(READ "${work}/home/Library/Logs/Quorwell/My Host.log" log)
+    endif()
+    expect("log of ${what}" "${log}" "")
+endfunction()
+try_guide("the guide's host" ${work}/guide/MyHost.app/Contents/MacOS/MyHost)
+
+# Shipped: what it needs of the library is in its bundle, wherever that lies, and the desktop finds name and icon.
+run(COMMAND ${CMAKE_COMMAND} --install ${work}/guide --prefix ${work}/packed)
+file(RENAME ${work}/packed ${work}/shipped)
+file(RENAME ${prefix} ${work}/away)
+try_guide("the shipped host" ${work}/shipped/bin/MyHost)
+file(RENAME ${work}/away ${prefix})
+file(READ ${work}/shipped/share/applications/com.example.myhost.desktop entries)
+foreach(entry Exec Icon)
+    string(REGEX MATCH "\n${entry}=([^ \n]*)" found "${entries}")
+    set(${entry} ${CMAKE_MATCH_1})
+endforeach()
+foreach(file bin/${Exec} share/icons/hicolor/scalable/apps/${Icon}.svg)
+    if(NOT EXISTS ${work}/shipped/${file})
+        message(FATAL_ERROR "the desktop file of the shipped host names ${file}, which is not there")
+    endif()
+endforeach()
 
 file(GLOB_RECURSE pc ${prefix}/QWUtilities.pc)
 cmake_path(GET pc PARENT_PATH pc_dir)
 set(ENV{PKG_CONFIG_PATH} ${pc_dir})
 run(COMMAND pkg-config --cflags --libs QWUtilities OUTPUT flags)
 separate_arguments(flags UNIX_COMMAND "${flags}")
-run(COMMAND ${CXX} -std=c++20 ${FLAGS} ${SOURCE_DIR}/examples/consumer/main.cpp -o ${work}/with-pkg-config ${flags})
+run(COMMAND ${CXX} -std=c++20 ${FLAGS} ${examples}/consumer/main.cpp -o ${work}/with-pkg-config ${flags})
 run(COMMAND ${work}/with-pkg-config OUTPUT menu)
 expect("menu of the host built with pkg-config" "${menu}" "No plug-ins found")
 
