@@ -49,6 +49,74 @@ private slots:
         QCOMPARE(result.status, 0);
     }
 
+    void errorsAreReadWithTheOutput()
+    {
+        const QString script = "echo one; echo two >&2; echo three";
+        QCOMPARE(run({"/bin/sh", {"-c", script}, true, true}).output, "one\ntwo\nthree\n");
+        QCOMPARE(run({.launchPath = "/bin/sh", .arguments = {"-c", "exec 1>&2; echo x"}, .captureErrors = true}).output,
+                 "x\n");
+    }
+
+    void longOutputKeepsItsBeginningAndItsEnd_data()
+    {
+        QTest::addColumn<int>("longest");
+        QTest::addColumn<QByteArray>("output");
+        QTest::newRow("all of it") << 7 << QByteArray("abcdefg");
+        QTest::newRow("one byte more") << 6 << QByteArray("abc\n(1 bytes left out)\nefg");
+        QTest::newRow("twice as long") << 4 << QByteArray("ab\n(3 bytes left out)\nfg");
+        QTest::newRow("nothing") << 0 << QByteArray("\n(7 bytes left out)\n");
+    }
+
+    void longOutputKeepsItsBeginningAndItsEnd()
+    {
+        QFETCH(int, longest);
+        QFETCH(QByteArray, output);
+        const QStringList script{"-c", "printf abcd; printf efg"};
+        QCOMPARE(run({"/bin/sh", script, true, false, longest}).output, output);
+    }
+
+    void longestOutputBoundsWhatIsKeptOfALongOne()
+    {
+        const QStringList script{"-c", "printf first; head -c 20000000 /dev/zero; printf last"};
+        const QByteArray output = run({"/bin/sh", script, true, false, 1000}).output;
+        QVERIFY(output.size() < 1100);
+        QVERIFY(output.startsWith("first") && output.endsWith("last") && output.contains("(19999009 bytes left out)"));
+    }
+
+    void processThatHoldsTheOutputIsNotWaitedFor_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::newRow("silent") << "sleep 600";
+        QTest::newRow("silent, in another session") << "setsid sleep 600";
+        QTest::newRow("writing, in another session") << "setsid yes";
+    }
+
+    void processThatHoldsTheOutputIsNotWaitedFor()
+    {
+        QFETCH(QString, command);
+        const auto result = run({"/bin/sh", {"-c", command + " & echo $! >&2; exit 3"}, true, true, 4096});
+        if (const pid_t left = result.output.trimmed().toInt(); left > 1) // the one that writes ends with its reader
+            ::kill(left, SIGKILL);
+        QCOMPARE(result.status, 3);
+    }
+
+    void whatIsLeftInTheGroupIsEnded()
+    {
+        const auto result = shell("sleep 600 >/dev/null & echo $!");
+        const pid_t left = result.output.trimmed().toInt();
+        QVERIFY(left > 1);
+        QTRY_VERIFY(hasEnded(left));
+    }
+
+    void idOfTheParentIsHandedOn()
+    {
+        qputenv("QW_HOST_PROCESS", "1");
+        const auto result = shell("echo $QW_HOST_PROCESS $PPID; env | grep -c ^QW_HOST_PROCESS=");
+        qunsetenv("QW_HOST_PROCESS");
+        const QByteArray own = QByteArray::number(::getpid());
+        QCOMPARE(result.output, QByteArray(own + ' ' + own + "\n1\n"));
+    }
+
     void standardInputIsEmpty()
     {
         const auto result = shell("cat; echo end");
@@ -92,6 +160,7 @@ private slots:
         const int before = lowestFree();
         for (int i = 0; i < 5; ++i) {
             shell("echo x");
+            shell("sleep 600 & echo x");
             run({"/nowhere/program", {}, true});
         }
         QCOMPARE(lowestFree(), before);
@@ -175,6 +244,13 @@ private slots:
     void initTestCase() { qputenv("QW_TEST", "kept"); }
 
 private:
+    /// Also when nobody has reaped it yet.
+    static bool hasEnded(pid_t process)
+    {
+        QFile state(QString("/proc/%1/stat").arg(process));
+        return !state.open(QIODevice::ReadOnly) || state.readAll().contains(") Z ");
+    }
+
     ChildProcessResult run(const ChildProcessRequest &request)
     {
         const Locations locations("/home of/me", "/root of");

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include <limits>
+
 namespace platform
 {
 
@@ -13,6 +15,10 @@ struct ChildProcessRequest
     QString launchPath; ///< Absolute path of the program.
     QStringList arguments;
     bool captureOutput = false; ///< Standard output is read through a pipe; otherwise it is the parent's own.
+    bool captureErrors = false; ///< The same for standard error. Both share the pipe.
+
+    /// Of more bytes than this only the beginning and the end are kept, with a line between them that says so.
+    qsizetype longestOutput = std::numeric_limits<qsizetype>::max();
 };
 
 struct ChildProcessResult
@@ -24,14 +30,15 @@ struct ChildProcessResult
 };
 
 /// Runs programs. The child gets an empty standard input and no terminal, the default signal mask, HOME and the library
-/// root of the System, and no descriptor of the parent but the three standard ones.
+/// root of the System, the parent's id in QW_HOST_PROCESS, and no descriptor of the parent but the three standard ones.
 class QWPLATFORM_EXPORT ChildProcesses
 {
 public:
     virtual ~ChildProcesses();
 
     /// Starts the program and waits until it exits, without a time-out and without running the event loop. A program
-    /// that stops itself is killed. Any thread.
+    /// that stops itself is killed. What it left running in its process group is ended too, and nobody who still holds
+    /// its output is waited for. Any thread.
     virtual ChildProcessResult run(const ChildProcessRequest &request) = 0;
 };
 

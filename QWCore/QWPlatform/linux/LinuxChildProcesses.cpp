@@ -1,14 +1,16 @@
 #include "LinuxChildProcesses.h"
 
 #include "../foundation/Locations.h"
+#include "ChildOutput.h"
+#include "ChildState.h"
 
 #include <QFile>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
-#include <poll.h>
+#include <iterator>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -52,75 +54,22 @@ CStrings argumentsOf(const ChildProcessRequest &request)
 
 CStrings environmentOf(const Locations &locations)
 {
+    const QByteArray own[] = {"HOME=" + QFile::encodeName(locations.home()),
+                              "QW_LIBRARY_ROOT=" + QFile::encodeName(locations.libraryRoot()),
+                              "QW_HOST_PROCESS=" + QByteArray::number(::getpid())};
+    const auto isOwn = [&](const char *entry) {
+        return std::any_of(std::begin(own), std::end(own), [&](const QByteArray &variable) {
+            return qstrncmp(entry, variable.constData(), std::size_t(variable.indexOf('=')) + 1) == 0;
+        });
+    };
     CStrings environment;
     for (char **entry = environ; *entry; ++entry)
-        if (qstrncmp(*entry, "HOME=", 5) != 0 && qstrncmp(*entry, "QW_LIBRARY_ROOT=", 16) != 0)
+        if (!isOwn(*entry))
             environment.append(*entry);
-    environment.append("HOME=" + QFile::encodeName(locations.home()));
-    environment.append("QW_LIBRARY_ROOT=" + QFile::encodeName(locations.libraryRoot()));
+    for (const QByteArray &variable : own)
+        environment.append(variable);
     return environment;
 }
-
-/// A child that stops itself would hold the caller for ever, its own watchdog with it.
-void endIfStopped(pid_t child)
-{
-    siginfo_t stopped = {};
-    if (::waitid(P_PID, static_cast<id_t>(child), &stopped, WSTOPPED | WNOHANG) == 0 && stopped.si_pid == child)
-        ::kill(child, SIGKILL);
-}
-
-/// A pipe whose read end is the parent's; both ends close at exec.
-class Pipe
-{
-public:
-    explicit Pipe(bool wanted)
-    {
-        if (wanted && ::pipe2(m_ends.data(), O_CLOEXEC) != 0)
-            m_ends = {-1, -1};
-    }
-
-    ~Pipe()
-    {
-        close(0);
-        close(1);
-    }
-
-    int writeEnd() const { return m_ends[1]; }
-    void closeWriteEnd() { close(1); }
-
-    /// What @p child writes, until it has closed its end.
-    QByteArray readAll(pid_t child) const
-    {
-        QByteArray output;
-        char buffer[16384];
-        for (;;) {
-            _awaitOutput(child);
-            const ssize_t count = m_ends[0] < 0 ? 0 : ::read(m_ends[0], buffer, sizeof buffer);
-            if (count > 0)
-                output.append(buffer, count);
-            else if (count == 0 || errno != EINTR)
-                return output;
-        }
-    }
-
-private:
-    void _awaitOutput(pid_t child) const
-    {
-        constexpr int milliseconds = 100;
-        pollfd readable{m_ends[0], POLLIN, 0};
-        while (m_ends[0] >= 0 && ::poll(&readable, 1, milliseconds) == 0)
-            endIfStopped(child);
-    }
-
-    void close(int end)
-    {
-        if (m_ends[end] >= 0)
-            ::close(m_ends[end]);
-        m_ends[end] = -1;
-    }
-
-    std::array<int, 2> m_ends{-1, -1};
-};
 
 /// posix_spawn shares the parent's memory until exec, so that its cost does not grow with the host.
 class Spawn
@@ -150,10 +99,10 @@ public:
     Spawn(const Spawn &) = delete;
     Spawn &operator=(const Spawn &) = delete;
 
-    void redirectOutput(int descriptor)
+    void redirect(int standard, int descriptor)
     {
         if (descriptor >= 0)
-            posix_spawn_file_actions_adddup2(&m_actions, descriptor, STDOUT_FILENO);
+            posix_spawn_file_actions_adddup2(&m_actions, descriptor, standard);
     }
 
     /// The child's id, or -1.
@@ -170,16 +119,17 @@ private:
     posix_spawnattr_t m_attributes;
 };
 
-// A child that stops itself is ended and counts as crashed.
+/// Waits for the end of @p child and ends what it left running in its group. Its id is nobody else's until it is
+/// reaped.
 void await(pid_t child, ChildProcessResult &result)
 {
+    if (awaitEnd(child))
+        ::kill(-child, SIGKILL);
     int status = 0;
     pid_t ended = -1;
-    do {
-        ended = ::waitpid(child, &status, WUNTRACED);
-        if (ended == child && WIFSTOPPED(status))
-            ::kill(child, SIGKILL);
-    } while (ended < 0 ? errno == EINTR : WIFSTOPPED(status));
+    do
+        ended = ::waitpid(child, &status, 0);
+    while (ended < 0 && errno == EINTR);
     result.exited = ended == child && WIFEXITED(status);
     result.status = result.exited ? WEXITSTATUS(status) : WTERMSIG(status);
 }
@@ -192,16 +142,19 @@ LinuxChildProcesses::LinuxChildProcesses(const Locations &locations)
 
 ChildProcessResult LinuxChildProcesses::run(const ChildProcessRequest &request)
 {
-    Pipe output(request.captureOutput);
+    ChildOutput output(request.captureOutput || request.captureErrors);
     Spawn spawn;
-    spawn.redirectOutput(output.writeEnd());
+    if (request.captureOutput)
+        spawn.redirect(STDOUT_FILENO, output.writeEnd());
+    if (request.captureErrors)
+        spawn.redirect(STDERR_FILENO, output.writeEnd());
     const pid_t child = spawn.start(argumentsOf(request), environmentOf(m_locations));
     output.closeWriteEnd();
     ChildProcessResult result;
     if (child < 0)
         return result;
     result.started = true;
-    result.output = output.readAll(child);
+    result.output = output.read(child, request.longestOutput);
     await(child, result);
     return result;
 }
