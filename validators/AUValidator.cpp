@@ -2,7 +2,6 @@
 // decimal number.
 #include "PluginTrial.h"
 #include "Validator.h"
-#include "Watchdog.h"
 
 #include <QWBase/QWComponentDescription.h>
 #include <QWPlatform/System.h>
@@ -22,24 +21,21 @@ std::optional<quint32> codeOf(const QString &text)
     return static_cast<quint32>(value);
 }
 
-QVariantMap validateUnit(const QStringList &arguments, Watchdog &watchdog, QString *error)
+TrialOutcome validateUnit(const QStringList &arguments, const PluginTrial &trial)
 {
     const auto type = codeOf(arguments[0]);
     const auto subtype = codeOf(arguments[1]);
     const auto manufacturer = codeOf(arguments[2]);
-    if (!type || !subtype || !manufacturer) {
-        *error = QStringLiteral("A code is no 32-bit number.");
-        return {};
-    }
+    if (!type || !subtype || !manufacturer)
+        return {.error = QStringLiteral("A code is no 32-bit number.")};
     const QWComponentDescription description(*type, *subtype, *manufacturer);
-    watchdog.progress("opening");
-    auto plugin = platform::System::current().pluginLoader().openComponent(description.component(), error);
-    if (!plugin)
-        return {};
-    *error = tryPlugin(*plugin, watchdog);
-    watchdog.progress("closing");
-    plugin.reset();
-    return {{"componentDescription", description.state()}, {"ignore", false}};
+    return trial.run(
+        [&](QString *error) {
+            return platform::System::current().pluginLoader().openComponent(description.component(), error);
+        },
+        [&](const platform::AudioPlugin &) {
+            return QVariantMap{{"componentDescription", description.state()}, {"ignore", false}};
+        });
 }
 } // namespace
 

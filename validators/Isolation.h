@@ -10,8 +10,12 @@ enum class ValidatorStatus
 };
 
 /// Keeps what an unknown plug-in does away from the user and the host: no core dumps, no windows, nothing on standard
-/// output, no life after the host's, and a call of exit() ends in failure.
+/// output, no end by a full disk's signal, and a call of exit() ends in failure.
 void isolateProcess();
+
+/// From here on this process may take so much memory and no more: what an unknown plug-in takes beyond that is not
+/// taken from the user's other programs.
+void limitMemory();
 
 /// Ends the process at once, without running what the plug-in left to run at the end.
 [[noreturn]] void endProcess(ValidatorStatus status);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <thread>
 #include <vector>
 
 using platform::AudioPlugin;
@@ -17,6 +18,7 @@ constexpr double sampleRate = 48000;
 constexpr int blockFrames = 512;
 constexpr int silentBlocks = 4;
 constexpr int noiseBlocks = 8;
+constexpr auto pauseAfterNoise = std::chrono::milliseconds(20);
 constexpr AudioPlugin::MidiEvent noteOn{0, {0x90, 60, 100}};
 constexpr AudioPlugin::MidiEvent noteOff{0, {0x80, 60, 0}};
 
@@ -61,15 +63,67 @@ std::span<const AudioPlugin::MidiEvent> eventsOfBlock(const AudioPlugin &plugin,
     return {};
 }
 
+} // namespace
+
+PluginTrial::PluginTrial(Watchdog &watchdog, const TrialPace &pace)
+    : m_watchdog(watchdog)
+    , m_pace(pace)
+{
+}
+
+TrialOutcome PluginTrial::run(const Open &open, const StateOf &stateOf) const
+{
+    QString error;
+    m_watchdog.progress(TrialStep::Opening);
+    auto plugin = open(&error);
+    if (!plugin)
+        return {.error = error.isEmpty() ? QStringLiteral("The plug-in cannot be opened.") : error};
+    const QVariantMap state = stateOf(*plugin);
+    TrialOutcome outcome = _try(*plugin);
+    m_watchdog.progress(TrialStep::Closing);
+    plugin.reset();
+    outcome.state = state;
+    return outcome;
+}
+
+TrialOutcome PluginTrial::_try(AudioPlugin &plugin) const
+{
+    m_watchdog.progress(TrialStep::Starting);
+    if (!plugin.start(sampleRate, blockFrames))
+        return {.error = QStringLiteral("The plug-in refuses to start.")};
+    _awaitThreads();
+    const bool isFinite = _isFiniteInTheEnd(plugin);
+    _awaitThreads();
+    m_watchdog.progress(TrialStep::Stopping);
+    plugin.stop();
+    if (isFinite)
+        return {};
+    return {.error = QStringLiteral("The plug-in gives samples that are not finite."), .isFinal = false};
+}
+
+/// Some give anything until their threads have computed what they play.
+bool PluginTrial::_isFiniteInTheEnd(AudioPlugin &plugin) const
+{
+    const auto deadline = std::chrono::steady_clock::now() + m_pace.longestNoise;
+    while (!_isFinite(plugin)) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(pauseAfterNoise);
+    }
+    return true;
+}
+
 /// False at the first sample that is not finite.
-bool runBlocks(AudioPlugin &plugin, Watchdog &watchdog)
+bool PluginTrial::_isFinite(AudioPlugin &plugin) const
 {
     Channels inputs(plugin.inputCount());
     Channels outputs(plugin.outputCount());
     const std::vector<const float *> readable = inputs.readable();
     std::minstd_rand random;
     for (int block = -silentBlocks; block < noiseBlocks; ++block) {
-        watchdog.progress("processing");
+        if (block == 0)
+            _awaitThreads(); // which compute, from the first block on, what the first note needs
+        m_watchdog.progress(TrialStep::Processing);
         if (block >= 0)
             inputs.fillWithNoise(random);
         plugin.process(readable, outputs.writable(), eventsOfBlock(plugin, block));
@@ -78,15 +132,8 @@ bool runBlocks(AudioPlugin &plugin, Watchdog &watchdog)
     }
     return true;
 }
-} // namespace
 
-QString tryPlugin(AudioPlugin &plugin, Watchdog &watchdog)
+void PluginTrial::_awaitThreads() const
 {
-    watchdog.progress("starting to process");
-    if (!plugin.start(sampleRate, blockFrames))
-        return QStringLiteral("The plug-in refuses to start.");
-    const bool isFinite = runBlocks(plugin, watchdog);
-    watchdog.progress("stopping to process");
-    plugin.stop();
-    return isFinite ? QString() : QStringLiteral("The plug-in gives samples that are not finite.");
+    m_threads.awaitRest(m_pace.calm, m_pace.longestRest, [this] { m_watchdog.progress(TrialStep::Settling); });
 }

@@ -1,7 +1,6 @@
 // "VST Validator": tries the plug-in of one ".vst" bundle. Argument: its path.
 #include "PluginTrial.h"
 #include "Validator.h"
-#include "Watchdog.h"
 
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/System.h>
@@ -22,18 +21,11 @@ QVariantMap stateOf(const QString &path, const platform::AudioPlugin &plugin)
     return description->state();
 }
 
-QVariantMap validateBundle(const QStringList &arguments, Watchdog &watchdog, QString *error)
+TrialOutcome validateBundle(const QStringList &arguments, const PluginTrial &trial)
 {
     const QString &path = arguments.first();
-    watchdog.progress("opening");
-    auto plugin = platform::System::current().pluginLoader().openVST(path, error);
-    if (!plugin)
-        return {};
-    const QVariantMap state = stateOf(path, *plugin);
-    *error = tryPlugin(*plugin, watchdog);
-    watchdog.progress("closing");
-    plugin.reset();
-    return state;
+    return trial.run([&](QString *error) { return platform::System::current().pluginLoader().openVST(path, error); },
+                     [&](const platform::AudioPlugin &plugin) { return stateOf(path, plugin); });
 }
 } // namespace
 

@@ -1,7 +1,12 @@
 #include "Validator.h"
 
 #include "HandOff.h"
+#include "HostProcess.h"
 #include "Isolation.h"
+#include "PluginTrial.h"
+#include "TrialJudgement.h"
+#include "TrialProcess.h"
+#include "TrialReport.h"
 #include "ValidatorOptions.h"
 #include "Watchdog.h"
 
@@ -65,24 +70,48 @@ QByteArray subjectOf(const Validator &validator, const ValidatorOptions &options
     return QByteArray(validator.name) + ": " + options.arguments.join(' ').toUtf8();
 }
 
-/// Ends the process, so that nothing of the plug-in runs afterwards.
+/// Tries the plug-in in this process, which nothing of it then outlives.
+[[noreturn]] void tryHere(const Validator &validator, const ValidatorOptions &options, const TrialPace &pace,
+                          TrialReport &report)
+{
+    limitMemory();
+    const auto seconds = std::chrono::duration<double>(std::min(patience(options), longestPatience));
+    Watchdog watchdog{seconds, subjectOf(validator, options), report.step};
+    const PluginTrial trial(watchdog, pace);
+    report.tell(validator.validate(options.arguments, trial));
+    endProcess(ValidatorStatus::Passed);
+}
+
+/// Tries the plug-in in a child process, a second time with more patience when the first says too little of it, and
+/// ends this one.
 [[noreturn]] void tryAndEnd(const Validator &validator, const ValidatorOptions &options)
 {
     const QByteArray subject = subjectOf(validator, options);
-    Watchdog watchdog{std::chrono::duration<double>(std::min(patience(options), longestPatience)), subject};
-    QString error;
-    const QVariantMap state = validator.validate(options.arguments, watchdog, &error);
-    if (error.isEmpty() && !writeHandOff(validator.handOffPath, state))
-        error = QStringLiteral("The result cannot be written.");
-    if (!error.isEmpty())
-        std::fprintf(stderr, "%s: %s\n", subject.constData(), qUtf8Printable(error));
-    endProcess(error.isEmpty() ? ValidatorStatus::Passed : ValidatorStatus::Failed);
+    const auto say = [&](const QByteArray &text) {
+        std::fprintf(stderr, "%s: %s\n", subject.constData(), text.data());
+    };
+    TrialJudgement judgement;
+    for (const TrialPace &pace : {usualPace, patientPace}) {
+        const auto report = TrialReport::make();
+        const int status = report ? runInChild([&] { tryHere(validator, options, pace, *report); }) : -1;
+        judgement = TrialJudgement::of(report.get(), status);
+        if (!judgement.reason.isEmpty())
+            say(judgement.reason);
+        if (!judgement.isPremature || !isHostThere())
+            break;
+    }
+    if (judgement.status == ValidatorStatus::Passed && !writeHandOff(validator.handOffPath, judgement.handOff)) {
+        say("The result cannot be written.");
+        judgement.status = ValidatorStatus::Failed;
+    }
+    endProcess(judgement.status);
 }
 } // namespace
 
 void Validator::run(int argc, char **argv) const
 {
     isolateProcess();
+    followHost();
     const QCoreApplication application(argc, argv);
     const ValidatorOptions options = ValidatorOptions::fromArguments(QCoreApplication::arguments().mid(1));
     if (options.version)

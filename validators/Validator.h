@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QStringList>
-#include <QVariantMap>
+#include "TrialOutcome.h"
 
-class Watchdog;
+#include <QStringList>
+
+class PluginTrial;
 
 /// What differs between the two validator programs.
 struct Validator
@@ -14,8 +15,8 @@ struct Validator
     int argumentCount;
     const char *handOffPath; ///< Documented text.
 
-    /// Tries the plug-in that @p arguments name; its state dictionary, or an empty one and the reason in @p error.
-    QVariantMap (*validate)(const QStringList &arguments, Watchdog &watchdog, QString *error);
+    /// Puts the plug-in that @p arguments name to @p trial.
+    TrialOutcome (*validate)(const QStringList &arguments, const PluginTrial &trial);
 
     /// Does what the command line says and ends the process.
     [[noreturn]] void run(int argc, char **argv) const;

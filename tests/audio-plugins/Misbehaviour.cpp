@@ -1,8 +1,14 @@
 #include "Misbehaviour.h"
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <string>
+#include <sys/mman.h>
+#include <thread>
 #include <unistd.h>
 
 namespace
@@ -16,6 +22,64 @@ namespace
     if (behaviour == Behaviour::CrashAtLoad)
         crash();
 }
+using Clock = std::chrono::steady_clock;
+
+constexpr auto noisyTime = std::chrono::milliseconds(300);
+constexpr auto computingTime = std::chrono::milliseconds(300);
+const Clock::time_point loadedAt = Clock::now();
+std::atomic<bool> isComputed = false;
+
+std::string inHome(const char *name)
+{
+    return std::string(std::getenv("HOME")) + '/' + name;
+}
+
+/// A thread that has only begun when the plug-in is to be closed again.
+void compute()
+{
+    for (const auto start = Clock::now(); Clock::now() - start < computingTime;) {
+    }
+    isComputed = true;
+    ::pause();
+}
+
+void print()
+{
+    std::puts("The plug-in talks to standard output.");
+    std::fflush(stdout);
+    [[maybe_unused]] const auto written = ::write(STDOUT_FILENO, "Twice.\n", 7);
+}
+
+/// A process that stays, in a session of its own or not; its id.
+pid_t beginProcess(bool hasOwnSession)
+{
+    const pid_t process = ::fork();
+    if (process == 0 && hasOwnSession)
+        ::setsid();
+    while (process == 0)
+        ::pause();
+    return process;
+}
+
+/// Their ids stand in the file "processes" of the home folder.
+void beginProcesses()
+{
+    const pid_t one = beginProcess(false);
+    const pid_t other = beginProcess(true);
+    std::ofstream(inHome("processes.new")) << one << ' ' << other << '\n';
+    std::rename(inHome("processes.new").c_str(), inHome("processes").c_str());
+}
+
+/// Takes memory, without using it, until there is none or it is more than any machine's.
+bool isMemoryEndless()
+{
+    constexpr std::size_t piece = std::size_t(1) << 30;
+    for (int i = 0; i < 64; ++i)
+        if (::mmap(nullptr, piece, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0) ==
+            MAP_FAILED)
+            return false;
+    return true;
+}
 } // namespace
 
 void crash()
@@ -27,15 +91,35 @@ void crash()
 
 void misbehaveAtOpen()
 {
-    if (behaviour == Behaviour::CrashAtOpen || behaviour == Behaviour::CrashAtInstantiate)
+    if (behaviour == Behaviour::CrashAtOpen || behaviour == Behaviour::CrashAtInstantiate ||
+        (behaviour == Behaviour::Greedy && !isMemoryEndless()))
         crash();
     if (behaviour == Behaviour::Exiting)
         std::exit(0);
-    while (behaviour == Behaviour::Hanging)
+    if (behaviour == Behaviour::Stopping)
+        std::raise(SIGSTOP);
+    if (behaviour == Behaviour::Forking || behaviour == Behaviour::ForkingAndHanging)
+        beginProcesses();
+    if (behaviour == Behaviour::Threading)
+        std::thread(compute).detach();
+    if (behaviour == Behaviour::Printing)
+        print();
+    while (behaviour == Behaviour::Hanging || behaviour == Behaviour::ForkingAndHanging)
         ::pause();
-    if (behaviour != Behaviour::Printing)
-        return;
-    std::puts("The plug-in talks to standard output.");
-    std::fflush(stdout);
-    [[maybe_unused]] const auto written = ::write(STDOUT_FILENO, "Twice.\n", 7);
+}
+
+void misbehaveAtClose()
+{
+    const std::string mark = inHome("closed");
+    const bool isFirst = behaviour == Behaviour::CrashAtFirstClose && ::access(mark.c_str(), F_OK) != 0;
+    if (isFirst)
+        std::ofstream(mark).put('x');
+    if (isFirst || behaviour == Behaviour::CrashAtClose || (behaviour == Behaviour::Threading && !isComputed))
+        crash();
+}
+
+bool isNoisy()
+{
+    return behaviour == Behaviour::NotFinite ||
+           (behaviour == Behaviour::NotFiniteAtFirst && Clock::now() - loadedAt < noisyTime);
 }

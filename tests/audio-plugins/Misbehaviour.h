@@ -18,10 +18,17 @@ enum class Behaviour
     CrashAtOpen,
     CrashAtInstantiate,
     CrashAtClose,
+    CrashAtFirstClose,
     Exiting,
+    Stopping,
+    Greedy,
+    Forking,
+    ForkingAndHanging,
+    Threading,
     Printing,
     Hanging,
     NotFinite,
+    NotFiniteAtFirst,
     WrongCounts,
     LongNames
 };
@@ -30,6 +37,12 @@ constexpr Behaviour behaviour = Behaviour::BEHAVIOUR;
 
 /// What the plug-in does when it is opened: crash, exit, print, hang, or nothing.
 void misbehaveAtOpen();
+
+/// What it does when it is closed.
+void misbehaveAtClose();
+
+/// Whether it still gives samples that are not finite.
+bool isNoisy();
 
 /// Ends the process with a segmentation fault.
 [[noreturn]] void crash();

@@ -94,8 +94,7 @@ void writeAnswers(Effect *effect, float **outputs)
 
 std::intptr_t close(Effect *effect)
 {
-    if (behaviour == Behaviour::CrashAtClose)
-        crash();
+    misbehaveAtClose();
     delete effect;
     return 0;
 }
@@ -127,7 +126,7 @@ std::intptr_t dispatch(Effect *effect, std::int32_t opcode, std::int32_t, std::i
 
 float sampleFor(float input)
 {
-    if (behaviour == Behaviour::NotFinite)
+    if (isNoisy())
         return std::nanf("");
     return isInstrument ? (noteIsOn ? gain : 0) : gain * input;
 }
