@@ -49,8 +49,10 @@ public:
                 QString("/Library/Audio/Plug-Ins/VST/Maker %1/Plug-in %2.vst").arg(i % folderCount).arg(i));
         const QString handOff = system.real("~/Library/Application Support/Quorwell/validated_vst.plist");
         system.makeDirectory("~/Library/Application Support/Quorwell");
-        system.processes.handler = [this, handOff](const ChildProcessRequest &) {
-            return m_processes.run({QString::fromStdString(stubValidator), {handOff}});
+        system.processes.handler = [this, handOff](ChildProcessRequest request) {
+            request.launchPath = QString::fromStdString(stubValidator);
+            request.arguments = QStringList{handOff};
+            return m_processes.run(request);
         };
     }
 

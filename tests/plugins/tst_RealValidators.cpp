@@ -3,6 +3,7 @@
 #include "PluginTestSupport.h"
 #include "fakes/QWTestMain.h"
 
+#include <QWBase/QWApplicationLog.h>
 #include <QWBase/QWFile.h>
 #include <QWPlatform/devices/ComponentRegistry.h>
 #include <QWUtilities/plugins/QWAUManager.h>
@@ -25,8 +26,10 @@ public:
     {
         system.processes.handler = [this](const ChildProcessRequest &request) {
             QStringList arguments{"HOME=" + system.real("~"), "QW_LIBRARY_ROOT=" + system.real("/Library").chopped(8)};
-            arguments += {request.launchPath};
-            return m_real.run({"/usr/bin/env", arguments + request.arguments});
+            ChildProcessRequest onItsDisk = request;
+            onItsDisk.launchPath = "/usr/bin/env";
+            onItsDisk.arguments = arguments + QStringList{request.launchPath} + request.arguments;
+            return m_real.run(onItsDisk);
         };
     }
 
@@ -96,6 +99,14 @@ void tst_RealValidators::vstBundlesAreTriedForReal()
     QCOMPARE(sorted(machine.system.alerts.shown), failures);
     QCOMPARE(titlesOf(*manager.effectsMenuWithTargetAction(this, "insertPlugin:")), (QStringList{"Good", "Printing"}));
     QCOMPARE(titlesOf(*manager.instrumentsMenuWithTargetAction(this, "insertPlugin:")), QStringList{"Instrument"});
+    QFile log(QWApplicationLog::sharedLog().path());
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    const QByteArray logged = log.readAll();
+    QVERIFY2(
+        logged.contains("'Printing' passed its trial, and said: The plug-in talks to standard output.\n    Twice."),
+        logged.constData());
+    QVERIFY2(logged.contains("CrashAtOpen.vst: The plug-in crashes (opening): Segmentation fault."),
+             logged.constData());
 }
 
 void tst_RealValidators::vstCatalogStaysAsItIs()

@@ -71,6 +71,12 @@ public:
         return true;
     }
 
+    /// Drops @p record.
+    void remove(const Record &record)
+    {
+        removeIf([&record](const Record &other) { return &other == &record; });
+    }
+
     /// To be called when the key of a record may have changed.
     void forgetKeys()
     {

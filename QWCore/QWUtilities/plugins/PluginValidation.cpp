@@ -1,6 +1,10 @@
 #include "PluginValidation.h"
 
 #include "../shell/QWSplashScreen.h"
+#include "TrialLock.h"
+#include "TrialLog.h"
+#include "TrialPlace.h"
+#include "TrialTrouble.h"
 
 #include <QWBase/QWApplication.h>
 #include <QWBase/QWCatalogRecord.h>
@@ -15,6 +19,8 @@
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/PropertyList.h>
 
+#include <QFileInfo>
+
 using platform::formatted;
 using platform::localized;
 using platform::System;
@@ -23,6 +29,12 @@ namespace
 {
 /// First byte of the key map while the key with code 1 ("S") is down and its seven neighbours there are not.
 constexpr quint8 skipKeyAlone = 0x02;
+
+/// One for all formats: what a validator does to the machine, such as to a sound card, disturbs any other.
+constexpr auto lockPath = "~/Library/Application Support/Quorwell/validation.lock";
+
+/// Bytes of what a plug-in prints while it is tried; the log holds no more of it.
+constexpr qsizetype longestOutput = 8192;
 
 const char anchor = 0; ///< Lies in this framework, and so tells where that is.
 
@@ -33,9 +45,11 @@ void setExceptionsHandled(bool handled)
 }
 } // namespace
 
-PluginValidation::Scan::Scan(const PluginFormat &format)
+PluginValidation::Scan::Scan(PluginValidation &validation)
 {
-    QWSplashScreen::setAction(localized(format.locatingText));
+    validation.m_canTry = true;
+    validation.m_hasTried = false;
+    QWSplashScreen::setAction(localized(validation.m_format.locatingText));
     setExceptionsHandled(false);
 }
 
@@ -65,16 +79,55 @@ bool PluginValidation::isSkipped()
     return m_skipValidation;
 }
 
-void PluginValidation::validate(QWCatalogRecord &record, const QStringList &arguments, const QString &shownName,
+bool PluginValidation::validate(QWCatalogRecord &record, const QStringList &arguments, const QString &shownName,
                                 const QString &failureName)
 {
     if (QWSplashScreen::isVisible())
         QWSplashScreen::setAction(formatted(localized("Validating '%@'"), {shownName}));
-    System::current().childProcesses().run({_validatorPath(), arguments});
-    if (_takeValidatedInfo(record))
-        return;
-    platform::runAlert({formatted(localized(m_format.failureText), {failureName}), {}, {}});
-    record.setIgnore(true);
+    const Trial trial = _try(record, arguments, failureName);
+    m_canTry = trial != Trial::Impossible;
+    if (trial == Trial::Failed) {
+        platform::runAlert({formatted(localized(m_format.failureText), {failureName}), {}, {}});
+        record.setIgnore(true);
+    }
+    if (m_canTry)
+        TrialTrouble::sharedInstance().forget();
+    else
+        TrialTrouble::sharedInstance().tell(m_format, m_trouble);
+    return m_canTry;
+}
+
+/// Whoever looks at the result must have the lock: others leave theirs at the same place.
+PluginValidation::Trial PluginValidation::_try(QWCatalogRecord &record, const QStringList &arguments,
+                                               const QString &name)
+{
+    if (!m_hasTried && !_handOffFits())
+        return Trial::Impossible;
+    const TrialLock lock(System::current().locations().mapped(lockPath), System::current().clock());
+    if (lock.isHeldByAnother()) {
+        m_trouble = localized("Another program is trying plug-ins and does not come to an end.");
+        return Trial::Impossible;
+    }
+    m_hasTried = true;
+    const auto result = System::current().childProcesses().run({.launchPath = _validatorPath(),
+                                                                .arguments = arguments,
+                                                                .captureErrors = true,
+                                                                .longestOutput = longestOutput});
+    const bool hasPassed = _takeValidatedInfo(record);
+    if (!hasPassed && !_handOffFits())
+        return Trial::Impossible;
+    TrialLog::note(name, result, hasPassed);
+    return hasPassed ? Trial::Passed : Trial::Failed;
+}
+
+/// A result that nobody can write says nothing about a plug-in.
+bool PluginValidation::_handOffFits()
+{
+    const QString why = whyNoHandOffFits(System::current().locations().mapped(m_validatedInfoPath));
+    m_trouble = formatted(localized("The folder '%@' takes no files: %@. New plug-ins are left out, and tried "
+                                    "once it does."),
+                          {QFileInfo(m_validatedInfoPath).path(), why});
+    return why.isEmpty();
 }
 
 const QString &PluginValidation::_validatorPath()

@@ -74,13 +74,13 @@ QWAUManager::~QWAUManager() = default;
 
 void QWAUManager::validate()
 {
-    const PluginValidation::Scan scan(audioUnitFormat);
+    const PluginValidation::Scan scan(m_validation);
     const auto forgetIdentifiers = qScopeGuard([this] { m_identifiers.reset(); });
     const auto installed = installedUnits();
     m_catalog.forgetKeys(); // the host has the records, too, and may have changed one
     _dropStaleRecords(installed);
     for (const QWComponentDescription &unit : installed)
-        if (!_descriptionWithComponentDescription(unit))
+        if (m_validation.canTry() && !_descriptionWithComponentDescription(unit))
             _addNewUnit(unit);
 }
 
@@ -111,8 +111,9 @@ void QWAUManager::_addNewUnit(const QWComponentDescription &unit)
         return;
     const auto number = [](quint32 code) { return QString::number(static_cast<qint32>(code)); };
     const QString name = record->name();
-    m_validation.validate(*record, {number(unit.type()), number(unit.subtype()), number(unit.manufacturer())}, name,
-                          name);
+    if (!m_validation.validate(*record, {number(unit.type()), number(unit.subtype()), number(unit.manufacturer())},
+                               name, name))
+        m_catalog.remove(*record);
     if (record->componentDescription() != unit)
         m_catalog.forgetKeys();
     _saveDatabase();

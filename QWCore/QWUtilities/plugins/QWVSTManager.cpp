@@ -56,7 +56,7 @@ QWVSTManager::~QWVSTManager() = default;
 
 void QWVSTManager::validate()
 {
-    const PluginValidation::Scan scan(vstFormat);
+    const PluginValidation::Scan scan(m_validation);
     _dropStaleRecords();
     for (const char *folder : pluginFolders) {
         OpenFolders open; // the scan's own: an exception may end it anywhere
@@ -83,7 +83,7 @@ void QWVSTManager::_loadDescriptionsForDirectory(const QString &folder, OpenFold
     for (const FolderEntries::Entry &entry : listing.entries()) {
         const QString path = folder + QLatin1Char('/') + entry.name;
         if (qw::pathExtension(entry.name) == QLatin1StringView("vst")) {
-            if (!_descriptionForPath(path))
+            if (m_validation.canTry() && !_descriptionForPath(path))
                 _addNewBundle(path, entry.name);
         } else if (_isFolder(path, entry.kind)) {
             _loadDescriptionsForDirectory(path, open);
@@ -107,8 +107,9 @@ void QWVSTManager::_addNewBundle(const QString &path, const QString &entryName)
     _saveDatabase();
     if (m_validation.isSkipped() || record->ignore())
         return;
-    m_validation.validate(*record, {QWFile::conformPath(path)}, QWPathStrings::filename(entryName),
-                          QWPathStrings::filename(path));
+    if (!m_validation.validate(*record, {QWFile::conformPath(path)}, QWPathStrings::filename(entryName),
+                               QWPathStrings::filename(path)))
+        m_catalog.remove(*record);
     _saveDatabase();
 }
 

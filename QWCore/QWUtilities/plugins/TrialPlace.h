@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QWUtilities/qwutilities_export.h>
+
+#include <QString>
+
+/// Why no validator can leave its result at @p handOff (a real path), as the system says it; "" when one can. Makes the
+/// folder, and tries with a file of its own, larger than any result, of which nothing stays.
+QWUTILITIES_EXPORT QString whyNoHandOffFits(const QString &handOff);
