@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QDialog>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
@@ -32,10 +33,10 @@ private:
             return;
         m_timer.stop();
         m_hasDriven = true;
-        const QPointer<QWidget> left(panel);
+        const QPointer<QDialog> left(qobject_cast<QDialog *>(panel));
         m_drive(*panel);
         if (left && QTest::currentTestFailed())
-            left->close(); // a check that fails leaves before it has answered, and the panel would wait for ever
+            left->done(0); // a check that fails leaves before it has answered, and the panel would wait for ever
     }
 
     QTimer m_timer;

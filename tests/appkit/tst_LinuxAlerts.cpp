@@ -3,12 +3,14 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/AlertResponder.h>
 #include <QWPlatform/appkit/Alerts.h>
+#include <QWPlatform/linux/LinuxAlerts.h>
 
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
 #include <QTextEdit>
 #include <QWindow>
+#include <fakes/FakeSystem.h>
 
 using platform::Alert;
 using platform::runAlert;
@@ -46,7 +48,9 @@ private Q_SLOTS:
     void keyChoosesAButton_data();
     void keyChoosesAButton();
     void clickChoosesAButton();
-    void closingChoosesTheLastButton();
+    void escapeAndClosingCancelOrDoNothing_data();
+    void escapeAndClosingCancelOrDoNothing();
+    void alertThatGoesUnansweredDoesNotChooseTheDefault();
     void firstButtonIsRightmostAndDefault();
     void noButtonsStandForOne();
     void textIsPlainAndSelectable();
@@ -66,7 +70,7 @@ void tst_LinuxAlerts::keyChoosesAButton_data()
     QTest::newRow("Return is the default") << Qt::Key_Return << 0;
     QTest::newRow("Enter is the default") << Qt::Key_Enter << 0;
     QTest::newRow("Space is the focused one") << Qt::Key_Space << 0;
-    QTest::newRow("Escape is the last") << Qt::Key_Escape << 2;
+    QTest::newRow("Escape is Cancel") << Qt::Key_Escape << 2;
 }
 
 void tst_LinuxAlerts::keyChoosesAButton()
@@ -87,10 +91,49 @@ void tst_LinuxAlerts::clickChoosesAButton()
     }
 }
 
-void tst_LinuxAlerts::closingChoosesTheLastButton()
+void tst_LinuxAlerts::escapeAndClosingCancelOrDoNothing_data()
 {
-    PanelDriver driver([](QWidget &panel) { panel.close(); });
-    QCOMPARE(runAlert(crashAlert()), 2);
+    QTest::addColumn<QStringList>("buttons");
+    QTest::addColumn<int>("choice");
+    QTest::newRow("none") << QStringList() << 0;
+    QTest::newRow("the only one") << QStringList("Close Anyway") << 0;
+    QTest::newRow("Cancel last") << QStringList{"Replace", "Keep Both", "Cancel"} << 2;
+    QTest::newRow("Cancel first") << QStringList{"Cancel", "Close Anyway"} << 0;
+    QTest::newRow("Cancel between") << QStringList{"Save", "Cancel", "Don’t Save"} << 1;
+    QTest::newRow("in the user's language") << QStringList{"Abbrechen", "Trotzdem"} << 0;
+    QTest::newRow("neither") << QStringList{"Download", "Later"} << -1;
+}
+
+/// -1 stands for nothing.
+void tst_LinuxAlerts::escapeAndClosingCancelOrDoNothing()
+{
+    QFETCH(const QStringList, buttons);
+    QFETCH(const int, choice);
+    FakeSystem system;
+    const platform::System::Scope scope(system);
+    system.addHostResource("Localizable.strings", "\"Cancel\" = \"Abbrechen\";");
+    const auto byEscape = [](QWidget &panel) { QTest::keyClick(&panel, Qt::Key_Escape); };
+    const auto byClosing = [](QWidget &panel) { panel.close(); };
+    for (const auto &leave : {std::function<void(QWidget &)>(byEscape), std::function<void(QWidget &)>(byClosing)}) {
+        bool stays = false;
+        const PanelDriver driver([&](QWidget &panel) {
+            QCOMPARE(panel.windowFlags().testFlag(Qt::WindowCloseButtonHint), choice >= 0);
+            leave(panel);
+            stays = panel.isVisible();
+            if (stays)
+                buttonsFromLeft(panel).last()->click();
+        });
+        const int chosen = platform::LinuxAlerts().run({"Sure?", {}, buttons});
+        QCOMPARE(stays ? -1 : chosen, choice);
+    }
+}
+
+void tst_LinuxAlerts::alertThatGoesUnansweredDoesNotChooseTheDefault()
+{
+    for (const QStringList &buttons : {QStringList{"Replace", "Cancel"}, QStringList{"Download", "Later"}}) {
+        const PanelDriver driver([](QWidget &panel) { panel.hide(); }); // as where the program ends
+        QCOMPARE(runAlert({"Sure?", {}, buttons}), 1);
+    }
 }
 
 void tst_LinuxAlerts::firstButtonIsRightmostAndDefault()
@@ -100,7 +143,7 @@ void tst_LinuxAlerts::firstButtonIsRightmostAndDefault()
         QCOMPARE(buttons.last()->text(), QString("OK"));
         QCOMPARE(buttons.first()->text(), QString("Cancel"));
         QVERIFY(buttons.last()->isDefault());
-        QVERIFY(buttons.last()->hasFocus());
+        QTRY_VERIFY(buttons.last()->hasFocus());
         QVERIFY(!(panel.windowFlags() & Qt::WindowMinMaxButtonsHint)); // nothing to do but to answer
         panel.close();
     });

@@ -6,6 +6,8 @@ int FakeAlerts::run(const platform::Alert &alert)
     alerts.push_back(alert);
     if (whileShown)
         whileShown();
+    if (answer)
+        return answer(alert);
     if (m_answers.isEmpty())
         return 0;
     const QString title = m_answers.takeFirst();

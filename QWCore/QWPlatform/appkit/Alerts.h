@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+#include <optional>
+
 namespace platform
 {
 
@@ -21,10 +23,13 @@ class QWPLATFORM_EXPORT Alerts
 public:
     virtual ~Alerts();
 
-    /// Shows @p alert modally, above the splash screen too, and returns the index of the button chosen; Escape and
-    /// closing choose the last one.
+    /// Shows @p alert modally, above the splash screen too, and returns the index of the button chosen; Return chooses
+    /// the one with the focus, at first the default one, Escape and closing escapeButton().
     virtual int run(const Alert &alert) = 0;
 };
+
+/// The button named "Cancel", in the user's language or in English, or the only one. None: the user has to choose.
+QWPLATFORM_EXPORT std::optional<int> escapeButton(const Alert &alert);
 
 /// Shows @p alert through the current System.
 QWPLATFORM_EXPORT int runAlert(const Alert &alert);

@@ -78,7 +78,10 @@ LinuxAlertPanel::LinuxAlertPanel(const Alert &alert)
 {
     if (m_alert.buttons.isEmpty())
         m_alert.buttons = QStringList{localized("OK")};
-    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+    m_escapeButton = escapeButton(m_alert);
+    m_choice = m_escapeButton.value_or(static_cast<int>(m_alert.buttons.size()) - 1);
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    setWindowFlag(Qt::WindowCloseButtonHint, m_escapeButton.has_value());
     setWindowTitle(QApplication::applicationDisplayName());
     setAccessibleName(m_alert.messageText);
     auto *const top = new QHBoxLayout;
@@ -113,7 +116,7 @@ QHBoxLayout *LinuxAlertPanel::_makeButtons()
     row->setSpacing(betweenControls);
     for (int i = 0; i < m_alert.buttons.size(); ++i) {
         QPushButton *const button = makeButton(m_alert.buttons.at(i), this);
-        connect(button, &QPushButton::clicked, this, [this, i] { done(i); });
+        connect(button, &QPushButton::clicked, this, [this, i] { _choose(i); });
         row->insertWidget(0, button);
         if (i == 0) {
             button->setDefault(true);
@@ -129,12 +132,14 @@ int LinuxAlertPanel::run()
     setWindowModality(Qt::ApplicationModal);
     _standAbove(frontWindow(this));
     QTimer::singleShot(0, this, &LinuxAlertPanel::_askResponder);
-    return exec();
+    exec();
+    return m_choice;
 }
 
 void LinuxAlertPanel::reject()
 {
-    done(static_cast<int>(m_alert.buttons.size()) - 1);
+    if (m_escapeButton)
+        _choose(*m_escapeButton);
 }
 
 void LinuxAlertPanel::showEvent(QShowEvent *event)
@@ -162,7 +167,13 @@ void LinuxAlertPanel::_askResponder()
         return;
     const AlertResponder responder = alertResponder(); // it may be replaced while it runs
     if (const std::optional<int> choice = responder(m_alert, this))
-        done(*choice);
+        _choose(*choice);
+}
+
+void LinuxAlertPanel::_choose(int button)
+{
+    m_choice = button;
+    done(button);
 }
 
 } // namespace platform

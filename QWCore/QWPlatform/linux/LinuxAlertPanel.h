@@ -18,11 +18,12 @@ class LinuxAlertPanel : public QDialog
 public:
     explicit LinuxAlertPanel(const Alert &alert);
 
-    /// Shows the panel above the front window and waits; the index of the button chosen.
+    /// Shows the panel above the front window and waits; the index of the button chosen. Where the program ends
+    /// meanwhile, escapeButton() or the last one.
     int run();
 
 protected:
-    void reject() override; ///< Escape and closing choose the last button.
+    void reject() override; ///< Escape and closing.
     void showEvent(QShowEvent *event) override;
 
 private:
@@ -30,8 +31,11 @@ private:
     QHBoxLayout *_makeButtons();
     void _standAbove(QWidget *window);
     void _askResponder();
+    void _choose(int button);
 
     Alert m_alert;
+    std::optional<int> m_escapeButton;
+    int m_choice = 0; ///< Until one is made, that of a program that ends meanwhile.
 };
 
 } // namespace platform

@@ -6,7 +6,7 @@ namespace platform
 {
 
 /// Alerts as panels of our own. Without an application object they go to standard error and choose the default button.
-class LinuxAlerts : public Alerts
+class QWPLATFORM_EXPORT LinuxAlerts : public Alerts
 {
 public:
     int run(const Alert &alert) override;
