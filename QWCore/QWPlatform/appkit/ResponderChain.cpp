@@ -75,9 +75,14 @@ QWidget *firstVisibleMainWindow()
     return nullptr;
 }
 
-QMenuBar *menuBarOf(const QWidget *window)
+QList<QMenuBar *> barsOfWindows()
 {
-    return window ? window->findChild<QMenuBar *>() : nullptr;
+    QList<QMenuBar *> bars;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (const QWidget *widget : widgets)
+        bars.append(menuBarOf(widget));
+    bars.removeAll(nullptr);
+    return bars;
 }
 
 bool send(QObject *receiver, const Selector &action, QObject *sender)
@@ -106,12 +111,30 @@ QMenuBar *mainMenuBar()
         return bar;
     if (QMenuBar *const bar = menuBarOf(mainWindow()))
         return bar;
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (const QWidget *widget : widgets) {
-        if (QMenuBar *const bar = menuBarOf(widget))
-            return bar;
+    return barsOfWindows().value(0);
+}
+
+QMenuBar *menuBarOf(const QWidget *window)
+{
+    if (!window || window->windowType() == Qt::Popup) // menus are windows too, and there may be thousands
+        return nullptr;
+    QMenuBar *const first = window->findChild<QMenuBar *>();
+    if (!first || first->window() == window)
+        return first;
+    const QList<QMenuBar *> bars = window->findChildren<QMenuBar *>(); // of windows that are children of this one too
+    const auto own = std::find_if(bars.begin(), bars.end(), [&](QMenuBar *bar) { return bar->window() == window; });
+    return own == bars.end() ? nullptr : *own;
+}
+
+QList<QMenuBar *> menuBars()
+{
+    QList<QMenuBar *> bars{mainMenuBar()};
+    bars.removeAll(nullptr);
+    for (QMenuBar *const bar : barsOfWindows()) {
+        if (bar != bars.value(0))
+            bars.append(bar);
     }
-    return nullptr;
+    return bars;
 }
 
 void setDelegate(QObject *object, QObject *delegate)

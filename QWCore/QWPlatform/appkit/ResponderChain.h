@@ -21,6 +21,12 @@ QWPLATFORM_EXPORT QWidget *mainWindow();
 /// The menu bar of the key window, else of the main window, else of the first window that has one; or null.
 QWPLATFORM_EXPORT QMenuBar *mainMenuBar();
 
+/// The menu bar of @p window, or null.
+QWPLATFORM_EXPORT QMenuBar *menuBarOf(const QWidget *window);
+
+/// Those of all windows, whether they show or not; mainMenuBar() first.
+QWPLATFORM_EXPORT QList<QMenuBar *> menuBars();
+
 /// Who is asked after @p object, a window or the application. Not owned; ends with either of the two. Main thread.
 QWPLATFORM_EXPORT void setDelegate(QObject *object, QObject *delegate);
 QWPLATFORM_EXPORT QObject *delegateOf(const QObject *object);

@@ -5,9 +5,11 @@
 
 #include <QWBase/QWApplication.h>
 #include <QWPlatform/System.h>
+#include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/devices/KeyboardState.h>
 
 #include <QKeyEvent>
+#include <QMenuBar>
 #include <QThread>
 
 namespace
@@ -24,10 +26,23 @@ bool isConsumed(QObject &receiver, const QKeyEvent &event)
     tracker.judged(receiver, event, consumed);
     return consumed;
 }
+
+/// A bar shows with its window, or comes into one that shows already.
+void menusWillShow(const QObject &receiver)
+{
+    const auto *const widget = qobject_cast<const QWidget *>(&receiver);
+    if (!widget)
+        return;
+    const auto *const bar = qobject_cast<const QMenuBar *>(widget);
+    if (const QMenuBar *const shown = bar || !widget->isWindow() ? bar : platform::menuBarOf(widget))
+        QWKeyboardShortcuts::menuBarWillShow(*shown);
+}
 } // namespace
 
 bool KeyboardShortcutsExtensions::sendEvent(QWApplication &application, QObject *receiver, QEvent *event)
 {
+    if (event->type() == QEvent::Show && !event->spontaneous())
+        menusWillShow(*receiver);
     if (!platform::KeyEvent::concerns(*event) || QThread::currentThread() != application.thread())
         return false;
     const auto &key = static_cast<const QKeyEvent &>(*event);

@@ -4,7 +4,8 @@ class QEvent;
 class QObject;
 class QWApplication;
 
-/// Offers every key event to the keyboard shortcuts ahead of the windows and of Qt's own shortcuts.
+/// Offers every key event to the keyboard shortcuts ahead of the windows and of Qt's own shortcuts, and has them told
+/// of menu bars that are about to show.
 class KeyboardShortcutsExtensions
 {
 public:

@@ -1,10 +1,14 @@
 #include "MainMenuItems.h"
 
+#include <QWBase/QWApplicationLog.h>
+#include <QWPlatform/System.h>
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
+#include <QWPlatform/foundation/Localization.h>
 
 #include <QMenu>
 #include <QMenuBar>
+#include <QSet>
 
 #include <algorithm>
 
@@ -15,10 +19,21 @@ namespace
 {
 Batch *currentBatch = nullptr;
 
-QList<QAction *> mainMenu()
+using platform::MenuItem;
+
+/// Paths of items that the log has told of.
+struct ForeignItems
 {
-    const QMenuBar *const bar = platform::mainMenuBar();
-    return bar ? bar->actions() : QList<QAction *>();
+    QSet<QString> paths;
+};
+
+QList<QList<QAction *>> topLevelItemsOfAllBars()
+{
+    QList<QList<QAction *>> items;
+    const QList<QMenuBar *> bars = platform::menuBars();
+    for (const QMenuBar *const bar : bars)
+        items.append(bar->actions());
+    return items;
 }
 
 QAction *firstWithTitle(const QList<QAction *> &items, const QString &title)
@@ -44,26 +59,61 @@ QAction *follow(QAction *item, const QStringList &titles)
     }
     return item;
 }
-} // namespace
 
-platform::MenuItem *itemAtPath(const QStringList &titles)
+void tellOfForeignItem(const QString &path)
 {
-    const QList<QAction *> topLevelItems = currentBatch ? currentBatch->topLevelItems() : mainMenu();
+    QSet<QString> &told = platform::System::current().shared<ForeignItems>([] { return new ForeignItems; }).paths;
+    if (told.contains(path))
+        return;
+    told.insert(path);
+    QWApplicationLog::sharedLog().warningMessage(
+        {"QWShortcut"},
+        platform::formatted("The menu item \"%@\" is no platform::MenuItem: its shortcut shows no key there.", {path}));
+}
+
+MenuItem *itemBelow(const QList<QAction *> &topLevelItems, const QStringList &titles)
+{
     for (QAction *const top : topLevelItems) {
-        if (QAction *const item = follow(top, titles))
-            return qobject_cast<platform::MenuItem *>(item);
+        QAction *const item = follow(top, titles);
+        auto *const menuItem = qobject_cast<MenuItem *>(item);
+        if (item && !menuItem)
+            tellOfForeignItem(QStringList{platform::titleOf(*top), titles.join('>')}.join('>'));
+        if (item)
+            return menuItem;
     }
     return nullptr;
+}
+} // namespace
+
+QList<MenuItem *> itemsAtPath(const QStringList &titles)
+{
+    QList<MenuItem *> items;
+    const auto bars = currentBatch ? currentBatch->topLevelItems() : topLevelItemsOfAllBars();
+    for (const QList<QAction *> &topLevelItems : bars)
+        items.append(itemBelow(topLevelItems, titles));
+    items.removeAll(nullptr);
+    return items;
 }
 
 QMenu *menuWithTitle(const QString &title)
 {
-    const QAction *const item = firstWithTitle(mainMenu(), title);
+    const QMenuBar *const bar = platform::mainMenuBar();
+    const QAction *const item = bar ? firstWithTitle(bar->actions(), title) : nullptr;
     return item ? item->menu() : nullptr;
 }
 
 Batch::Batch()
-    : m_topLevelItems(mainMenu())
+    : Batch(topLevelItemsOfAllBars())
+{
+}
+
+Batch::Batch(const QMenuBar &onlyBar)
+    : Batch(QList<QList<QAction *>>{onlyBar.actions()})
+{
+}
+
+Batch::Batch(QList<QList<QAction *>> topLevelItems)
+    : m_topLevelItems(std::move(topLevelItems))
 {
     currentBatch = this;
 }

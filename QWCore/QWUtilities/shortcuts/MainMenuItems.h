@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QHash>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
 class QAction;
 class QMenu;
+class QMenuBar;
 
 namespace platform
 {
@@ -19,18 +21,20 @@ namespace qw
 namespace MainMenuItems
 {
 
-/// The item below the first top-level item from which all @p titles lead down; null when there is none.
-platform::MenuItem *itemAtPath(const QStringList &titles);
+/// The item below the first top-level item from which all @p titles lead down, of each window's menu bar that has one.
+/// An item that is no platform::MenuItem can take no key: it is left out, and the log says so once for its path.
+QList<platform::MenuItem *> itemsAtPath(const QStringList &titles);
 
-/// The submenu of the top-level item titled @p title, or null.
+/// The submenu of the top-level item titled @p title, in the menu bar that the keys go to; or null.
 QMenu *menuWithTitle(const QString &title);
 
-/// While one lives, titles are looked up in tables made on the way instead of one by one; whoever makes one changes
-/// no titles meanwhile. They do not nest.
+/// While one lives, titles are looked up in tables made on the way instead of one by one, in the bars that there were
+/// when it was made; whoever makes one changes no titles meanwhile. They do not nest.
 class Batch
 {
 public:
     Batch();
+    explicit Batch(const QMenuBar &onlyBar);
     ~Batch();
     Batch(const Batch &) = delete;
     Batch &operator=(const Batch &) = delete;
@@ -38,10 +42,13 @@ public:
     /// The first item of @p menu with that title, or null.
     QAction *itemWithTitle(const QMenu &menu, const QString &title);
 
-    const QList<QAction *> &topLevelItems() const { return m_topLevelItems; }
+    /// Of each bar.
+    const QList<QList<QAction *>> &topLevelItems() const { return m_topLevelItems; }
 
 private:
-    QList<QAction *> m_topLevelItems;
+    explicit Batch(QList<QList<QAction *>> topLevelItems);
+
+    QList<QList<QAction *>> m_topLevelItems;
     QHash<const QMenu *, QHash<QString, QAction *>> m_menus;
 };
 

@@ -104,6 +104,16 @@ bool QWKeyboardShortcuts::performShortcut(const QEvent &event)
     return registry && registry->_performShortcut(event);
 }
 
+void QWKeyboardShortcuts::menuBarWillShow(const QMenuBar &bar)
+{
+    const auto *const registry = System::current().sharedIfMade<QWKeyboardShortcuts>();
+    if (!registry)
+        return;
+    const qw::MainMenuItems::Batch batch(bar);
+    for (const auto &group : registry->m_groups)
+        group->refreshMenu();
+}
+
 std::shared_ptr<QWShortcut> QWKeyboardShortcuts::shortcutWithKey(const std::optional<QWShortcutKey> &key) const
 {
     return key ? m_index->shortcutWithKey(*key) : nullptr;

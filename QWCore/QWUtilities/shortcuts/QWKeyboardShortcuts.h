@@ -13,6 +13,7 @@
 #include <vector>
 
 class QEvent;
+class QMenuBar;
 
 namespace qw
 {
@@ -46,6 +47,10 @@ public:
     /// Whether a shortcut, or the editor that captures a key, took the event; else it goes its ordinary way. A host
     /// that never asked for the registry has no shortcuts.
     static bool performShortcut(const QEvent &event);
+
+    /// Gives the items of @p bar their keys and actions, as loading gives them to all windows that there are then.
+    /// Called whenever a window shows: it may be younger, or have got its menus since.
+    static void menuBarWillShow(const QMenuBar &bar);
 
     ~QWKeyboardShortcuts() override;
 

@@ -89,17 +89,9 @@ void QWShortcut::refreshMenuItem()
 {
     if (!_isInMenuGroup())
         return;
-    MenuItem *const item = qw::MainMenuItems::itemAtPath(m_name.split('>'));
-    if (!item)
-        return;
-    if (m_enabled)
-        QWShortcutKeyMenuItem::setShortcutKey(*item, m_key);
-    else
-        QWShortcutKeyMenuItem::clearKeyEquivalent(*item);
-    item->setAction(m_action);
-    item->setTag(m_tag);
-    if (m_representedObject.isValid())
-        item->setRepresentedObject(m_representedObject);
+    const QList<MenuItem *> items = qw::MainMenuItems::itemsAtPath(m_name.split('>'));
+    for (MenuItem *const item : items)
+        _refresh(*item);
 }
 
 bool QWShortcut::perform(const platform::KeyEvent &event)
@@ -116,6 +108,18 @@ bool QWShortcut::perform(const platform::KeyEvent &event)
 }
 
 void QWShortcut::fakeAction(QObject *) {}
+
+void QWShortcut::_refresh(MenuItem &item) const
+{
+    if (m_enabled)
+        QWShortcutKeyMenuItem::setShortcutKey(item, m_key);
+    else
+        QWShortcutKeyMenuItem::clearKeyEquivalent(item);
+    item.setAction(m_action);
+    item.setTag(m_tag);
+    if (m_representedObject.isValid())
+        item.setRepresentedObject(m_representedObject);
+}
 
 void QWShortcut::_keyDidChange(const QWShortcutKey &before)
 {

@@ -13,6 +13,11 @@
 
 class QWShortcutGroup;
 
+namespace platform
+{
+class MenuItem;
+}
+
 namespace qw
 {
 class ShortcutIndex;
@@ -81,6 +86,7 @@ private:
     void _keyDidChange(const QWShortcutKey &before);
     void _identityDidChange();
     void _setValueForKey(const QString &key, const QVariant &value);
+    void _refresh(platform::MenuItem &item) const;
     bool _isInMenuGroup() const;
     bool _isValid();
     void _blinkMenu();
