@@ -1,5 +1,7 @@
 #include "Theme.h"
 
+#include "MenuStyle.h"
+
 #include <QApplication>
 #include <QFont>
 #include <QPalette>
@@ -96,7 +98,7 @@ const DesktopLook &desktopLook()
 
 void followDesktop(QApplication &application)
 {
-    application.setStyle(desktopLook().style);
+    application.setStyle(new MenuStyle(QStyleFactory::create(desktopLook().style)));
     application.setPalette(QPalette());
     setRaisedPalette(QPalette());
     application.setFont(desktopLook().font);
@@ -104,7 +106,7 @@ void followDesktop(QApplication &application)
 
 void useOwnLook(QApplication &application, ThemeChoice choice)
 {
-    application.setStyle(QStyleFactory::create("Fusion"));
+    application.setStyle(new MenuStyle(QStyleFactory::create("Fusion")));
     application.setPalette(themePalette(choice));
     setRaisedPalette(raisedPalette(choice));
     if (isBareDisplay())
