@@ -3,7 +3,9 @@
 #include "QWApplicationLog.h"
 
 #include <QWPlatform/System.h>
+#include <QWPlatform/appkit/FirstResponder.h>
 #include <QWPlatform/appkit/InstanceLink.h>
+#include <QWPlatform/appkit/MenuEvents.h>
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/appkit/Selector.h>
@@ -283,13 +285,17 @@ QString QWApplication::_folderName() const
 
 bool QWApplication::_notify(QObject *receiver, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress && receiver->isWidgetType())
-        return _notifyKeyPress(receiver, static_cast<QKeyEvent *>(event));
-    return QApplication::notify(receiver, event);
+    if (!receiver->isWidgetType())
+        return QApplication::notify(receiver, event);
+    if (platform::handleMenuEvent(*receiver, *event))
+        return true;
+    return event->type() == QEvent::KeyPress ? _notifyKeyPress(receiver, static_cast<QKeyEvent *>(event))
+                                             : QApplication::notify(receiver, event);
 }
 
-/// A key press that no widget takes is tried as a key equivalent of the menus, once: widgets hand keys on to other
-/// widgets, while a dialog opened by a key runs an event loop of its own and gets keys of its own.
+/// A key press that no widget takes, or that a text would take by mistake, is tried as a key equivalent of the menus,
+/// once: widgets hand keys on to other widgets, while a dialog opened by a key runs an event loop of its own and gets
+/// keys of its own.
 bool QWApplication::_notifyKeyPress(QObject *receiver, QKeyEvent *event)
 {
     const int level = QThread::currentThread()->loopLevel();
@@ -297,10 +303,18 @@ bool QWApplication::_notifyKeyPress(QObject *receiver, QKeyEvent *event)
         return QApplication::notify(receiver, event);
     const int outer = std::exchange(m_keyPressLevel, level);
     const auto leave = qScopeGuard([&] { m_keyPressLevel = outer; });
+    if (platform::isTakenByMistake(*event) && _performKeyEquivalent(*event))
+        return true;
     const bool handled = QApplication::notify(receiver, event);
-    if (!event->isAccepted() && !activePopupWidget() && platform::performKeyEquivalent(*event))
-        event->accept();
-    return handled || event->isAccepted();
+    return (!event->isAccepted() && _performKeyEquivalent(*event)) || handled || event->isAccepted();
+}
+
+bool QWApplication::_performKeyEquivalent(QKeyEvent &event)
+{
+    if (activePopupWidget() || !platform::performKeyEquivalent(event))
+        return false;
+    event.accept();
+    return true;
 }
 
 /// Within a catch block, in the thread whose event it was.

@@ -95,6 +95,7 @@ private:
     QString _folderName() const;
     bool _notify(QObject *receiver, QEvent *event);
     bool _notifyKeyPress(QObject *receiver, QKeyEvent *event);
+    bool _performKeyEquivalent(QKeyEvent &event);
     void _exceptionLeftEvent() noexcept;
     void _reportException(const QString &reason) noexcept;
 

@@ -22,7 +22,8 @@ private Q_SLOTS:
     void matchesItsKeyOnly_data();
     void matchesItsKeyOnly();
     void firstEnabledItemPerformsAKey();
-    void repeatsAndTextFocusPerformNothing();
+    void repeatsPerformNothing();
+    void textKeepsOnlyWhatItTypes();
     void menusBehindModalPanelsPerformNothing_data();
     void menusBehindModalPanelsPerformNothing();
     void menusOfAModalWindowItselfPerform();
@@ -108,23 +109,44 @@ void tst_KeyEquivalent::firstEnabledItemPerformsAKey()
     QVERIFY(!platform::performKeyEquivalent(menu, QKeyEvent(QEvent::KeyPress, Qt::Key_S, Qt::NoModifier)));
 }
 
-void tst_KeyEquivalent::repeatsAndTextFocusPerformNothing()
+void tst_KeyEquivalent::repeatsPerformNothing()
+{
+    MenuTarget target;
+    QMainWindow window;
+    addMenuItem(*window.menuBar()->addMenu("File"), "Save", "choose:", "s")->setTarget(&target);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(!platform::performKeyEquivalent(QKeyEvent(QEvent::KeyPress, Qt::Key_S, Qt::ControlModifier, {}, true)));
+    QVERIFY(target.senders.isEmpty());
+    QVERIFY(platform::performKeyEquivalent(QKeyEvent(QEvent::KeyPress, Qt::Key_S, Qt::ControlModifier)));
+    QCOMPARE(target.senders.size(), 1);
+}
+
+void tst_KeyEquivalent::textKeepsOnlyWhatItTypes()
 {
     MenuTarget target;
     QMainWindow window;
     auto *const field = new QLineEdit;
     window.setCentralWidget(field);
-    addMenuItem(*window.menuBar()->addMenu("File"), "Save", "choose:", "s")->setTarget(&target);
+    QMenu &menu = *window.menuBar()->addMenu("File");
+    addMenuItem(menu, "Save", "choose:", "s")->setTarget(&target);
+    addMenuItem(menu, "Split", "choose:", "s", 0)->setTarget(&target);
+    addMenuItem(menu, "Stretch", "choose:", "s", MenuItem::Command | MenuItem::Option)->setTarget(&target);
+    addMenuItem(menu, "Run", "choose:", QChar(0xf708), 0)->setTarget(&target);
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
-    const QKeyEvent press(QEvent::KeyPress, Qt::Key_S, Qt::ControlModifier);
+    const auto performs = [](int key, Qt::KeyboardModifiers modifiers, const QString &text) {
+        return platform::performKeyEquivalent(QKeyEvent(QEvent::KeyPress, key, modifiers, text));
+    };
     field->setFocus();
-    QVERIFY(!platform::performKeyEquivalent(press));
+    QVERIFY(performs(Qt::Key_S, Qt::ControlModifier, "\x13"));
+    QVERIFY(!performs(Qt::Key_S, Qt::NoModifier, "s"));
+    QVERIFY(performs(Qt::Key_S, Qt::ControlModifier | Qt::AltModifier, "\x13"));
+    QVERIFY(!performs(Qt::Key_S, Qt::ControlModifier | Qt::AltModifier, "ß"));
+    QVERIFY(performs(Qt::Key_F5, Qt::NoModifier, {}));
     field->clearFocus();
-    QVERIFY(!platform::performKeyEquivalent(QKeyEvent(QEvent::KeyPress, Qt::Key_S, Qt::ControlModifier, {}, true)));
-    QVERIFY(target.senders.isEmpty());
-    QVERIFY(platform::performKeyEquivalent(press));
-    QCOMPARE(target.senders.size(), 1);
+    QVERIFY(performs(Qt::Key_S, Qt::NoModifier, "s"));
+    QCOMPARE(target.senders.size(), 4);
 }
 
 void tst_KeyEquivalent::menusBehindModalPanelsPerformNothing_data()

@@ -15,10 +15,10 @@ QString xName(int key, Qt::KeyboardModifiers modifiers)
 {
     static const QHash<int, QString> names{{Qt::Key_Left, "Left"}, {Qt::Key_Up, "Up"},         {Qt::Key_Space, "space"},
                                            {Qt::Key_F5, "F5"},     {Qt::Key_Return, "Return"}, {Qt::Key_Shift, "shift"},
-                                           {Qt::Key_Alt, "alt"}};
+                                           {Qt::Key_Alt, "alt"},   {Qt::Key_F6, "F6"}};
     const QString name = names.contains(key) ? names.value(key) : QString(QChar(key).toLower());
     return (modifiers & Qt::ControlModifier ? "ctrl+" : QString()) + (modifiers & Qt::ShiftModifier ? "shift+" : "") +
-           name;
+           (modifiers & Qt::AltModifier ? "alt+" : "") + (modifiers & Qt::MetaModifier ? "super+" : "") + name;
 }
 
 QString textOf(int key, Qt::KeyboardModifiers modifiers)

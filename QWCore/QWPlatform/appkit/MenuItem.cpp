@@ -216,7 +216,8 @@ bool performKeyEquivalent(const QKeyEvent &event)
 {
     QMenuBar *const bar = mainMenuBar();
     const bool isReachable = bar && !isBlocked(*bar->window());
-    return isReachable && !event.isAutoRepeat() && !isTypingText() && performFirst(bar->actions(), nullptr, event);
+    return isReachable && !event.isAutoRepeat() && !belongsToText(event) &&
+           performFirst(bar->actions(), nullptr, event);
 }
 
 bool performKeyEquivalent(QMenu &menu, const QKeyEvent &event)

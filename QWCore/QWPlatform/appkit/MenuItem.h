@@ -102,8 +102,8 @@ QWPLATFORM_EXPORT void setAutoenablesItems(QMenu &menu);
 QWPLATFORM_EXPORT QString shownTitle(const QString &title);
 
 /// Performs the first enabled item of the main menu bar whose key equivalent @p event is; false when there is none, for
-/// auto-repeats, while a text widget has the focus, and while a modal panel or a sheet stands before that window. The
-/// application calls it for a key press that no widget took.
+/// auto-repeats, for a press that belongs to the text with the focus, and while a modal panel or a sheet stands before
+/// that window. The application calls it for a key press that no widget took.
 QWPLATFORM_EXPORT bool performKeyEquivalent(const QKeyEvent &event);
 
 /// The same within @p menu and its submenus, without looking at the focus. The title of the main menu that holds the
