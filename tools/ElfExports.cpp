@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cstring>
 #include <elf.h>
 #include <optional>
@@ -75,11 +76,12 @@ private:
     std::vector<Elf64_Shdr> m_sections;
 };
 
-QByteArray nameAt(const QByteArray &names, quint32 offset)
+/// Whether @p name stands at @p offset of @p texts. Looks no further than that: a text may be as long as the file, and
+/// each symbol may name it.
+bool standsAt(const QByteArray &texts, quint32 offset, const QByteArray &name)
 {
-    if (offset >= static_cast<quint32>(names.size()))
-        return {};
-    return QByteArray(names.constData() + offset, qstrnlen(names.constData() + offset, names.size() - offset));
+    const QByteArrayView rest = QByteArrayView(texts).sliced(std::min<qsizetype>(offset, texts.size()));
+    return rest.startsWith(name) && (rest.size() == name.size() || rest[name.size()] == '\0');
 }
 } // namespace
 
@@ -92,7 +94,8 @@ bool exportsOneOf(const QString &path, const QByteArrayList &names)
     for (qsizetype at = 0; at + qsizetype(sizeof(Elf64_Sym)) <= symbols.size(); at += sizeof(Elf64_Sym)) {
         Elf64_Sym symbol;
         std::memcpy(&symbol, symbols.constData() + at, sizeof symbol);
-        if (symbol.st_shndx != SHN_UNDEF && names.contains(nameAt(texts, symbol.st_name)))
+        const auto isNamed = [&](const QByteArray &name) { return standsAt(texts, symbol.st_name, name); };
+        if (symbol.st_shndx != SHN_UNDEF && std::any_of(names.begin(), names.end(), isNamed))
             return true;
     }
     return false;

@@ -9,6 +9,7 @@
 #include <QWPlatform/foundation/RegularFile.h>
 
 #include <QFile>
+#include <QHash>
 
 #include <algorithm>
 
@@ -29,6 +30,19 @@ void convertThingToHostOrder(QByteArray &data)
             return;
         std::reverse(data.begin() + at, data.begin() + at + size);
         at += size;
+    }
+}
+
+/// The same for all of @p things; those that share their bytes share them afterwards too.
+void convertThingsToHostOrder(std::vector<QByteArray> &things)
+{
+    const std::vector<QByteArray> inFileOrder = things; // what the keys below point to
+    QHash<const char *, QByteArray> converted;
+    for (QByteArray &thing : things) {
+        const char *const bytes = thing.constData();
+        if (!converted.contains(bytes))
+            convertThingToHostOrder(*converted.insert(bytes, thing));
+        thing = converted.value(bytes);
     }
 }
 
@@ -60,10 +74,9 @@ std::optional<QWResourceFile> QWResourceFile::initWithPath(const QString &path, 
 std::vector<QByteArray> QWResourceFile::resourcesOfType(quint32 type) const
 {
     std::vector<QByteArray> all;
-    for (platform::ResourceFork::Resource &resource : m_fork.resourcesOfType(type)) {
-        if (type == platform::fourCharCode("thng"))
-            convertThingToHostOrder(resource.data);
+    for (platform::ResourceFork::Resource &resource : m_fork.resourcesOfType(type))
         all.push_back(std::move(resource.data));
-    }
+    if (type == platform::fourCharCode("thng"))
+        convertThingsToHostOrder(all);
     return all;
 }

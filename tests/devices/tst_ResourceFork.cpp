@@ -2,6 +2,7 @@
 #include <QWPlatform/devices/ResourceFork.h>
 
 #include <QTest>
+#include <QtEndian>
 
 #include <random>
 
@@ -21,6 +22,44 @@ QByteArray sampleFile()
                                "6e6700000012535452200000001e0080ffff00000000000000000080000000000030000000000"
                                "38e6d80");
 }
+
+QByteArray word(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    qToBigEndian(value, bytes.data());
+    return bytes;
+}
+
+QByteArray half(int value)
+{
+    return word(static_cast<quint32>(value)).right(2);
+}
+
+/// What stands in the data area: @p blobs, each with its size before it.
+QByteArray dataArea(const QByteArrayList &blobs)
+{
+    QByteArray area;
+    for (const QByteArray &blob : blobs)
+        area += word(static_cast<quint32>(blob.size())) + blob;
+    return area;
+}
+
+/// A file with @p types types, "typ\0" on, all of which have the one list of references to @p offsets in @p area.
+QByteArray fileOf(const QByteArray &area, const QList<quint32> &offsets, int types = 1)
+{
+    const int listSize = 2 + 8 * types;
+    QByteArray map(24, '\0');
+    map += half(28) + half(28 + listSize) + half(types - 1);
+    for (int i = 0; i < types; ++i)
+        map +=
+            "typ" + QByteArray(1, static_cast<char>(i)) + half(static_cast<int>(offsets.size()) - 1) + half(listSize);
+    for (const quint32 offset : offsets)
+        map += half(128) + half(0xFFFF) + word(offset) + word(0);
+    const auto size = static_cast<quint32>(area.size());
+    return word(16) + word(16 + size) + word(size) + word(static_cast<quint32>(map.size())) + area + map;
+}
+
+constexpr quint32 firstType = fourCharCode("typ\0");
 } // namespace
 
 class tst_ResourceFork : public QObject
@@ -71,6 +110,43 @@ private slots:
                     QVERIFY(resource.data.size() <= damaged.size());
         }
         QVERIFY(survivors < 20000); // damage was seen
+    }
+
+    void resourcesShareTheirBytes()
+    {
+        const QByteArray area = dataArea({QByteArray(5'000'000, 'x')});
+        const auto fork = ResourceFork::fromData(fileOf(area, QList<quint32>(3000, 0))); // copied: 15 GB
+        QVERIFY(fork);
+        const auto resources = fork->resourcesOfType(firstType);
+        QCOMPARE(resources.size(), std::size_t(3000));
+        QCOMPARE(resources.front().data.size(), 5'000'000);
+        QCOMPARE(static_cast<const void *>(resources.back().data.constData()),
+                 static_cast<const void *>(resources.front().data.constData()));
+    }
+
+    void dataThatLieUponOneAnotherAreDamage()
+    {
+        const QByteArray area = dataArea({"abc", "de"});
+        const auto fork = ResourceFork::fromData(fileOf(area, {0, 7}));
+        QVERIFY(fork);
+        QCOMPARE(fork->resourcesOfType(firstType).at(1).data, "de");
+        const QByteArray nested = dataArea({dataArea({dataArea({"abc"})})});
+        QVERIFY(ResourceFork::fromData(fileOf(nested, {0})));
+        QVERIFY(!ResourceFork::fromData(fileOf(nested, {0, 4, 8})));
+    }
+
+    void typesThatHaveOneListInCommonAreDamageWhenThereAreMany()
+    {
+        const QByteArray area = dataArea({"abc"});
+        QVERIFY(ResourceFork::fromData(fileOf(area, QList<quint32>(4, 0), 1)));
+        QVERIFY(!ResourceFork::fromData(fileOf(area, QList<quint32>(2500, 0), 4000))); // ten million resources
+    }
+
+    void firstResourceOfAnIdCounts()
+    {
+        const auto fork = ResourceFork::fromData(fileOf(dataArea({"abc", "de"}), {7, 0}));
+        QVERIFY(fork);
+        QCOMPARE(fork->resource(firstType, 128)->data, "de"); // both are 128
     }
 
     void noTypesAtAllIsAnEmptyFork()

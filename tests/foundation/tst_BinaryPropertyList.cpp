@@ -35,12 +35,26 @@ QByteArray listOf(const QByteArrayList &objects)
            bigEndian(0, 8) + bigEndian(table, 8);
 }
 
+/// A list of one-byte references and offsets in which @p objects are all there is between header and trailer.
+QByteArray narrowList(const QByteArray &objects, const QByteArray &offsets)
+{
+    return "bplist00" + objects + offsets + QByteArray(6, '\0') + "\1\1" +
+           bigEndian(static_cast<quint64>(offsets.size()), 8) + bigEndian(0, 8) +
+           bigEndian(8 + static_cast<quint64>(objects.size()), 8);
+}
+
 QByteArray arrayOf(std::initializer_list<int> references)
 {
     QByteArray object(1, static_cast<char>(0xA0 + references.size()));
     for (const int reference : references)
         object += bigEndian(static_cast<quint64>(reference), 2);
     return object;
+}
+
+QByteArray arrayOfMany(int reference, int times)
+{
+    return QByteArray(1, static_cast<char>(0xA0 + times)) +
+           bigEndian(static_cast<quint64>(reference), 2).repeated(times);
 }
 
 QByteArray hex(const char *digits)
@@ -53,7 +67,7 @@ QByteArray chain(int levels, int width)
 {
     QByteArrayList objects;
     for (int i = 0; i < levels; ++i)
-        objects << (width == 1 ? arrayOf({i + 1}) : arrayOf({i + 1, i + 1}));
+        objects << arrayOfMany(i + 1, width);
     return listOf(objects << "\x09");
 }
 } // namespace
@@ -173,6 +187,82 @@ private slots:
                                                                           "a"}));
         QCOMPARE(list, std::optional<QVariant>(QVariantList{"a", "a"}));
         QVERIFY(!PropertyList::fromData(chain(64, 2))); // 2^64 truths when walked
+    }
+
+    void whatIsReadStaysInProportionToItsFile()
+    {
+        int lists = 0;
+        for (const int width : {2, 14})
+            for (int levels = 1; levels <= 40; ++levels)
+                lists += isInProportion(chain(levels, width)) ? 1 : 0;
+        QVERIFY(lists > 15);
+    }
+
+    void indentationCountsToo()
+    {
+        QByteArrayList objects; // 500 levels, and below them 14^4 truths, a line of 500 tabs each
+        for (int i = 0; i < 500; ++i)
+            objects << arrayOf({i + 1});
+        for (int i = 500; i < 504; ++i)
+            objects << arrayOfMany(i + 1, 14);
+        QVERIFY(!PropertyList::fromData(listOf(objects << "\x09")));
+    }
+
+    void manyReferencesToFewObjectsAreRefused()
+    {
+        const QByteArray references(16 << 20, '\1');
+        const QByteArray array = "\xAF\x12" + bigEndian(static_cast<quint64>(references.size()), 4) + references;
+        const QByteArray list = "bplist00" + array + "\x09" + bigEndian(8, 4) +
+                                bigEndian(8 + static_cast<quint64>(array.size()), 4) + QByteArray(6, '\0') + "\4\1" +
+                                bigEndian(2, 8) + bigEndian(0, 8) +
+                                bigEndian(9 + static_cast<quint64>(array.size()), 8);
+        QVERIFY(!PropertyList::fromData(list));
+    }
+
+    void offsetsWithoutObjectsAreRefused()
+    {
+        QCOMPARE(PropertyList::fromData(narrowList("\x09", "\x08")), std::optional<QVariant>(true));
+        QVERIFY(!PropertyList::fromData(narrowList("\x09", QByteArray(16 << 20, '\x08'))));
+    }
+
+    void objectsThatLieUponOneAnotherAreRefused()
+    {
+        QCOMPARE(PropertyList::fromData(narrowList(hex("a20102") + "RabRcd", "\x08\x0b\x0e")),
+                 std::optional<QVariant>(QVariantList{"ab", "cd"}));
+        QVERIFY(!PropertyList::fromData(narrowList(hex("a20102") + "TRabc", "\x08\x0b\x0c")));
+    }
+
+    void keysAndValuesThatManyShareAreRead()
+    {
+        constexpr int records = 20'000;
+        QByteArrayList objects{"", "\x53key",
+                               "\x59"
+                               "otherName",
+                               "\x5A"
+                               "the vendor",
+                               "\x09"};
+        QByteArray all = "\xAF\x11" + bigEndian(records, 2);
+        for (int i = 0; i < records; ++i) {
+            all += bigEndian(static_cast<quint64>(objects.size()), 2);
+            objects << hex("d2 0001 0002 0003 0004");
+        }
+        objects[0] = all;
+        const auto list = PropertyList::fromData(listOf(objects));
+        QVERIFY(list);
+        QCOMPARE(list->toList().size(), records);
+        QCOMPARE(list->toList().last(), QVariant(QVariantMap{{"key", "the vendor"}, {"otherName", true}}));
+    }
+
+private:
+    /// False for no list; fails when its text is out of all proportion.
+    static bool isInProportion(const QByteArray &data)
+    {
+        const auto list = PropertyList::fromData(data);
+        if (!list)
+            return false;
+        const qsizetype most = (2 << 20) + 64 * data.size();
+        const qsizetype size = PropertyList::toXml(*list).size();
+        return QTest::qVerify(size < most, "size < most", qPrintable(QString::number(size)), __FILE__, __LINE__);
     }
 };
 

@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimeZone>
+#include <QXmlStreamReader>
 
 #include <cmath>
 #include <limits>
@@ -135,6 +136,47 @@ private slots:
     {
         const QDateTime date({2009, 3, 5}, {16, 7, 1, 999}, Qt::OffsetFromUTC, -5 * 3600);
         QVERIFY(PropertyList::toXml(date).contains("<date>2009-03-05T21:07:01Z</date>"));
+    }
+
+    void charactersThatXmlCannotHoldComeBack_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (char16_t c = 1; c < 0x20; ++c)
+            QTest::addRow("%d", c) << QString("a") + QChar(c) + "b";
+        QTest::newRow("not a character") << QString(QChar(0xFFFE)) + QChar(0xFFFF);
+        QTest::newRow("several") << QString("\x01\x02 \x1f\x1f");
+        QTest::newRow("the mark") << QString("\uE01B");
+        QTest::newRow("marks and digits") << QString("\uE01B\uE01B0001 \uE01Be01b\x01"
+                                                     "0002\uE01B");
+    }
+
+    void charactersThatXmlCannotHoldComeBack()
+    {
+        QFETCH(QString, text);
+        const QVariant list = QVariantMap{{text, text}, {"k", QVariantList{text}}};
+        const QByteArray xml = PropertyList::toXml(list);
+        QXmlStreamReader strict(xml);
+        while (!strict.atEnd())
+            strict.readNext();
+        QVERIFY2(!strict.hasError(), qPrintable(strict.errorString()));
+        QVERIFY(!xml.contains("\xEF\xBF\xBE") && !xml.contains("\xEF\xBF\xBF"));
+        QCOMPARE(PropertyList::fromData(xml), std::optional(list));
+    }
+
+    void markThatStandsForNothingStaysAsItIs_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const char *text :
+             {"\uE01B", "a\uE01B0041", "\uE01B001", "\uE01B00 1", "\uE01B-001", "\uE01B0000", "\uE01Bxyzt"})
+            QTest::newRow(text) << QString::fromUtf8(text);
+    }
+
+    void markThatStandsForNothingStaysAsItIs()
+    {
+        QFETCH(QString, text);
+        const auto list = PropertyList::fromData(document("<string>" + text.toUtf8() + "</string>\n"));
+        QCOMPARE(list, std::optional<QVariant>(text));
+        QCOMPARE(PropertyList::fromData(PropertyList::toXml(text)), std::optional<QVariant>(text));
     }
 
     void accepts_data()

@@ -47,6 +47,17 @@ private slots:
         QCOMPARE(TextForms::rectFromString(text), rect);
     }
 
+    void wholeRectanglesStayWithinWhatCanBeAdded()
+    {
+        QCOMPARE(TextForms::wholeRectFromString("{{217, 544}, {411, 187}}"), QRect(217, 544, 411, 187));
+        QCOMPARE(TextForms::wholeRectFromString("{{0.4, -0.6}, {10.2, 3}}"), QRectF(0.4, -0.6, 10.2, 3).toRect());
+        QCOMPARE(TextForms::wholeRectFromString("nothing"), QRect());
+        const QRect far = TextForms::wholeRectFromString("{{1e300, -3e9}, {2147483647, 1e18}}");
+        QCOMPARE(far.topLeft(), QPoint(1 << 28, -(1 << 28)));
+        QCOMPARE(far.size(), QSize(1 << 28, 1 << 28));
+        QVERIFY(far.right() > far.left() && far.bottom() > far.top());
+    }
+
     void pointsAndSizesAreRead()
     {
         QCOMPARE(TextForms::pointFromString("{1, 2.5}"), QPointF(1, 2.5));

@@ -83,6 +83,16 @@ private slots:
         QCOMPARE(PropertyList::fromData("{}"), std::optional<QVariant>(QVariantMap()));
     }
 
+    void entriesByTheThousandNeedRoom()
+    {
+        constexpr int few = 60'000;
+        constexpr int many = 400'000;
+        QCOMPARE(PropertyList::fromText('(' + QByteArray("a,").repeated(few) + ')')->toList().size(), few);
+        QCOMPARE(PropertyList::fromText('(' + QByteArray("\tab,\n").repeated(many) + ')')->toList().size(), many);
+        QVERIFY(!PropertyList::fromText('(' + QByteArray("a,").repeated(many) + ')'));
+        QVERIFY(!PropertyList::fromText('{' + QByteArray("a;").repeated(many) + '}'));
+    }
+
     void refuses_data()
     {
         QTest::addColumn<QByteArray>("text");

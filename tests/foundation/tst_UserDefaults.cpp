@@ -1,3 +1,5 @@
+#include "NoThreads.h"
+
 #include <QWPlatform/foundation/PropertyList.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
@@ -10,6 +12,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 using namespace platform;
 
@@ -215,6 +218,109 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(stored(), (QVariantMap{{"a", 1}}), 20'000);
     }
 
+    void mainThreadDoesNotWaitForALockThatOthersHold()
+    {
+        makeFolder();
+        QLockFile lock(m_path + ".lock");
+        QVERIFY(lock.lock());
+        UserDefaults defaults(m_path);
+        defaults.setObject("a", 1);
+        QTest::failOnWarning(QRegularExpression("cannot be written now"));
+        turnPastTheDelay(); // the loop turns although the writing has begun
+        QVERIFY(!QFile::exists(m_path));
+        lock.unlock();
+        QTRY_COMPARE_WITH_TIMEOUT(stored(), (QVariantMap{{"a", 1}}), 10'000);
+    }
+
+    void lockThatIsHeldIsToldOnce()
+    {
+        makeFolder();
+        QLockFile lock(m_path + ".lock");
+        QVERIFY(lock.lock());
+        UserDefaults defaults(m_path);
+        defaults.setObject("a", 1);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("cannot be written now"));
+        QVERIFY(!defaults.synchronize());
+        QTest::failOnWarning(QRegularExpression("cannot be written now"));
+        QVERIFY(!defaults.synchronize());
+        lock.unlock();
+        QVERIFY(defaults.synchronize());
+        QCOMPARE(stored(), (QVariantMap{{"a", 1}}));
+    }
+
+    void changesDuringAWritingAreNotLost()
+    {
+        UserDefaults defaults(m_path);
+        makeFolder();
+        QLockFile lock(m_path + ".lock");
+        QVERIFY(lock.lock());
+        defaults.setObject("a", 1);
+        defaults.setObject("b", 1);
+        turnPastTheDelay(); // a thread has taken them
+        defaults.setObject("a", 2);
+        defaults.removeObject("b");
+        QCOMPARE(defaults.integer("a"), 2);
+        QVERIFY(!defaults.isSet("b"));
+        lock.unlock();
+        QVERIFY(defaults.synchronize());
+        QCOMPARE(stored(), (QVariantMap{{"a", 2}}));
+    }
+
+    void lockThatACrashLeftEmptyIsTakenOver()
+    {
+        makeFolder();
+        QFile left(m_path + ".lock");
+        QVERIFY(left.open(QIODevice::WriteOnly));
+        left.close();
+        UserDefaults defaults(m_path);
+        defaults.setObject("a", 1);
+        QTRY_COMPARE_WITH_TIMEOUT(stored(), (QVariantMap{{"a", 1}}), 10'000); // before, 30 seconds passed
+    }
+
+    void whatIsNoFileInPlaceOfTheLockIsMovedAside_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::newRow("folder") << "mkdir %1 && touch %1/x";
+        QTest::newRow("pipe") << "mkfifo %1";
+        QTest::newRow("link to nothing") << "ln -s /nowhere/at/all %1";
+    }
+
+    void whatIsNoFileInPlaceOfTheLockIsMovedAside()
+    {
+        QFETCH(QString, command);
+        makeFolder();
+        const QString lock = m_path + ".lock";
+        QCOMPARE(QProcess::execute("/bin/sh", {"-c", command.arg('\'' + lock + '\'')}), 0);
+        UserDefaults defaults(m_path);
+        defaults.setObject("a", 1);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("in the place of the lock .* is kept as"));
+        QVERIFY(defaults.synchronize());
+        QCOMPARE(stored(), (QVariantMap{{"a", 1}}));
+        QVERIFY(QFileInfo(lock + ".unreadable").isSymLink() || QFileInfo::exists(lock + ".unreadable"));
+    }
+
+    void fileOfHolesIsSetAside()
+    {
+        write("{ a = b; }");
+        QVERIFY(QFile(m_path).resize(3'000'000'000));
+        UserDefaults defaults(m_path);
+        QVERIFY(!defaults.isSet("a"));
+        defaults.setObject("c", 1);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("cannot be read; they are kept as"));
+        QVERIFY(defaults.synchronize());
+        QCOMPARE(stored(), (QVariantMap{{"c", 1}}));
+        QCOMPARE(QFileInfo(m_path + ".unreadable").size(), 3'000'000'000);
+    }
+
+    void withoutAThreadItIsWrittenAllTheSame()
+    {
+        UserDefaults defaults(m_path);
+        defaults.setObject("a", 1);
+        const NoThreads poverty;
+        turnPastTheDelay();
+        QCOMPARE(stored(), (QVariantMap{{"a", 1}}));
+    }
+
     void aFolderInItsPlaceIsLeftAlone()
     {
         QDir().mkpath(m_path);
@@ -248,6 +354,16 @@ private slots:
     }
 
 private:
+    /// Timers run in the order in which they are due: what was changed before is being written afterwards.
+    static void turnPastTheDelay()
+    {
+        bool isDue = false;
+        QTimer::singleShot(600, [&] { isDue = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(isDue, 60'000);
+    }
+
+    void makeFolder() const { QDir().mkpath(QFileInfo(m_path).path()); }
+
     QVariantMap stored() const
     {
         return PropertyList::dictionaryFromFile(m_path).value_or(QVariantMap{{"missing", true}});

@@ -1,3 +1,4 @@
+#include <QWPlatform/System.h>
 #include <QWPlatform/linux/LinuxWorkspace.h>
 
 #include <QElapsedTimer>
@@ -5,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
+
+#include <csignal>
 
 using namespace platform;
 
@@ -25,6 +28,7 @@ private Q_SLOTS:
     void addressWithoutSchemeIsNotOpened();
     void withoutOpenerNothingIsOpened();
     void openerThatHangsIsNotAwaited();
+    void openerHasTheUsualSignals();
 
 private:
     void _install(const QByteArray &script) const;
@@ -126,6 +130,14 @@ void tst_LinuxWorkspace::openerThatHangsIsNotAwaited()
     QFile end(fifo); // lets it go
     QVERIFY(end.open(QIODevice::WriteOnly));
     end.write("go\n");
+}
+
+void tst_LinuxWorkspace::openerHasTheUsualSignals()
+{
+    System::current(); // the machine itself, which takes no notice of it
+    _install("/bin/sh -c 'kill -XFSZ $$'; echo $? > '" + m_folder->filePath("opened").toUtf8() + "'");
+    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/")));
+    QTRY_COMPARE(_opened(), QByteArray::number(128 + SIGXFSZ) + "\n");
 }
 
 QTEST_GUILESS_MAIN(tst_LinuxWorkspace)

@@ -19,6 +19,7 @@ class tst_QWResourceFile : public QObject
 private Q_SLOTS:
     void resourcesComeByType();
     void thingWordsComeInHostOrder();
+    void thingsThatShareTheirBytesShareThemInHostOrderToo();
     void missingFileIsAnError();
     void whatIsNoRegularFileIsAnError();
     void fileCutOffAnywhereIsAnErrorOrHarmless();
@@ -64,6 +65,19 @@ void tst_QWResourceFile::thingWordsComeInHostOrder()
     quint16 codeId = 0;
     std::memcpy(&codeId, thing.constData() + 24, sizeof codeId);
     QCOMPARE(codeId, quint16(1000));
+}
+
+void tst_QWResourceFile::thingsThatShareTheirBytesShareThemInHostOrderToo()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    const auto one = open(system, resourceFileBytes());
+    const auto two = open(system, resourceFileBytes(2));
+    QVERIFY(one && two);
+    const auto things = two->resourcesOfType(fourCharCode("thng"));
+    QCOMPARE(things.size(), std::size_t(2));
+    QCOMPARE(things[0], one->resourcesOfType(fourCharCode("thng")).front());
+    QCOMPARE(static_cast<const void *>(things[0].constData()), static_cast<const void *>(things[1].constData()));
 }
 
 void tst_QWResourceFile::missingFileIsAnError()

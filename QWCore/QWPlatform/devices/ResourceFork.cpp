@@ -2,8 +2,6 @@
 
 #include <QtEndian>
 
-#include <algorithm>
-
 namespace platform
 {
 
@@ -20,7 +18,9 @@ constexpr char16_t macRoman[] =
     u"ÄÅÇÉÑÖÜáàâäãåçéèêëíìîïñóòôöõúùûü†°¢£§•¶ß®©™´¨≠ÆØ∞±≤≥¥µ∂∑∏π∫ªºΩæø¿¡¬√ƒ≈∆«»…\u00a0ÀÃÕŒœ–—“”‘’÷◊ÿŸ⁄€‹›ﬁﬂ"
     u"‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔ\uf8ffÒÚÛÙıˆ˜¯˘˙˚¸˝˛ˇ";
 
-QString fromMacRoman(QByteArrayView bytes)
+} // namespace
+
+QString ResourceFork::fromMacRoman(QByteArrayView bytes)
 {
     QString text;
     text.reserve(bytes.size());
@@ -30,7 +30,6 @@ QString fromMacRoman(QByteArrayView bytes)
     }
     return text;
 }
-} // namespace
 
 /// Reads big-endian numbers and remembers that one lay outside, so that the steps below need not ask each time.
 class ResourceFork::Reader
@@ -38,6 +37,7 @@ class ResourceFork::Reader
 public:
     explicit Reader(const QByteArray &data)
         : m_data(data)
+        , m_unclaimedMap(data.size())
     {
     }
 
@@ -67,6 +67,7 @@ public:
         m_dataSize = number<quint32>(8);
         const auto mapSize = number<quint32>(12);
         slice(m_dataStart, m_dataSize);
+        m_unclaimedData = m_dataSize;
         slice(m_map, mapSize);
         m_typeList = m_map + number<quint16>(m_map + typeListField);
         m_nameList = m_map + number<quint16>(m_map + nameListField);
@@ -89,6 +90,7 @@ private:
         const int count = number<quint16>(at + 4) + 1;
         const qsizetype references = m_typeList + number<quint16>(at + 6);
         slice(references, count * referenceSize); // before reading: a wrong count must not cost time
+        claim(m_unclaimedMap, count * referenceSize);
         for (int i = 0; i < count && !m_failed; ++i)
             group.resources.push_back(resource(references + i * referenceSize));
         return group;
@@ -107,20 +109,41 @@ private:
     {
         if (offset == noName)
             return {};
+        const auto known = m_names.constFind(offset);
+        if (known != m_names.cend())
+            return *known;
         const qsizetype at = m_nameList + offset;
-        return fromMacRoman(slice(at + 1, number<quint8>(at)));
+        return *m_names.insert(offset, fromMacRoman(slice(at + 1, number<quint8>(at))));
     }
 
-    QByteArray data(qsizetype offset)
+    QByteArray data(quint32 offset)
+    {
+        const auto known = m_blobs.constFind(offset);
+        return known == m_blobs.cend() ? *m_blobs.insert(offset, blob(offset)) : *known;
+    }
+
+    QByteArray blob(qsizetype offset)
     {
         const auto size = number<quint32>(m_dataStart + offset);
         if (offset + 4 + size > m_dataSize)
             m_failed = true;
+        claim(m_unclaimedData, 4 + qsizetype(size));
         return m_failed ? QByteArray() : slice(m_dataStart + offset + 4, size).toByteArray();
+    }
+
+    /// Takes @p size bytes for one purpose alone: what two have claimed lies upon one another.
+    void claim(qsizetype &unclaimed, qsizetype size)
+    {
+        unclaimed -= size;
+        m_failed = m_failed || unclaimed < 0;
     }
 
     const QByteArray &m_data;
     bool m_failed = false;
+    qsizetype m_unclaimedMap;      ///< Bytes that no list of references holds.
+    qsizetype m_unclaimedData = 0; ///< Bytes of the data area that no resource holds.
+    QHash<quint16, QString> m_names;
+    QHash<quint32, QByteArray> m_blobs;
     qsizetype m_dataStart = 0;
     qsizetype m_dataSize = 0;
     qsizetype m_map = 0;
@@ -134,8 +157,10 @@ std::optional<ResourceFork> ResourceFork::fromData(const QByteArray &data, QStri
     ResourceFork fork;
     if (reader.readHeader())
         fork.m_groups = reader.groups();
-    if (!reader.failed())
+    if (!reader.failed()) {
+        fork._index();
         return fork;
+    }
     if (error)
         *error = QStringLiteral("The file is no resource file, or is damaged.");
     return std::nullopt;
@@ -143,17 +168,26 @@ std::optional<ResourceFork> ResourceFork::fromData(const QByteArray &data, QStri
 
 std::vector<ResourceFork::Resource> ResourceFork::resourcesOfType(quint32 type) const
 {
-    const auto found =
-        std::find_if(m_groups.begin(), m_groups.end(), [&](const Group &group) { return group.type == type; });
-    return found == m_groups.end() ? std::vector<Resource>() : found->resources;
+    const auto found = m_types.find(type);
+    return found == m_types.end() ? std::vector<Resource>() : m_groups[*found].resources;
 }
 
 std::optional<ResourceFork::Resource> ResourceFork::resource(quint32 type, qint16 id) const
 {
-    for (const Resource &resource : resourcesOfType(type))
-        if (resource.id == id)
-            return resource;
-    return std::nullopt;
+    const auto found = m_ids.find({type, id});
+    return found == m_ids.end() ? std::nullopt : std::optional(m_groups[m_types[type]].resources[*found]);
+}
+
+void ResourceFork::_index()
+{
+    for (std::size_t i = 0; i < m_groups.size(); ++i) {
+        const Group &group = m_groups[i];
+        if (m_types.contains(group.type))
+            continue;
+        m_types.insert(group.type, i);
+        for (std::size_t place = group.resources.size(); place-- > 0;) // the first of an id is put in last
+            m_ids.insert({group.type, group.resources[place].id}, place);
+    }
 }
 
 } // namespace platform

@@ -13,7 +13,13 @@ namespace
 {
 constexpr quint64 headerSize = 8;
 constexpr quint64 trailerSize = 32;
-constexpr quint64 maximumWeight = quint64(1) << 28;
+
+// What a list may come to. The files that programs write stay far below: an entry of theirs takes four bytes or more.
+constexpr quint64 entriesOfAnyFile = 65536;
+constexpr quint64 bytesPerFurtherEntry = 4;
+constexpr quint64 weightOfAnyFile = quint64(1) << 20;
+constexpr quint64 weightPerByte = 32;
+constexpr quint64 weightOfTags = 24; ///< Of "<integer>12</integer>" and the like.
 
 constexpr qint64 referenceSeconds = 978307200;      ///< 2001-01-01 00:00 UTC, from which dates count.
 constexpr double earliestSeconds = -63'113'904'000; ///< The year 1 begins.
@@ -65,33 +71,43 @@ bool BinaryPropertyListReader::_readTrailer()
     const auto isSize = [](int bytes) { return bytes >= 1 && bytes <= 8; };
     if (!isSize(m_offsetSize) || !isSize(m_referenceSize) || m_end < headerSize || m_end > trailer)
         return false;
-    if (count > (trailer - m_end) / static_cast<quint64>(m_offsetSize) || m_top >= count)
+    m_unclaimed = m_end - headerSize;
+    m_entriesLeft = entriesOfAnyFile + size / bytesPerFurtherEntry;
+    m_mostWeight = weightOfAnyFile + size * weightPerByte;
+    if (count > (trailer - m_end) / static_cast<quint64>(m_offsetSize) || m_top >= count || count > m_unclaimed)
         return false;
-    m_objects.resize(count);
+    m_places.resize(count);
     return true;
 }
 
 /// The object with number @p reference, read; null when it is broken, part of a cycle or too deep.
 BinaryPropertyListReader::Object *BinaryPropertyListReader::_object(quint64 reference, int depth)
 {
-    if (reference >= m_objects.size())
+    if (reference >= m_places.size())
         return nullptr;
-    Object &object = m_objects[reference];
-    if (object.state == State::Unread) {
-        object.state = State::Reading;
-        const quint64 at = _number(m_end + reference * static_cast<quint64>(m_offsetSize), m_offsetSize);
-        if (at < headerSize || !_fits(at, 1, 1) || !_parse(at, depth, object))
-            return nullptr; // the whole list is given up: it stays "Reading"
-        object.state = State::Read;
+    const bool isNew = m_places[reference] == 0;
+    if (isNew) {
+        m_objects.emplace_back();
+        m_places[reference] = static_cast<quint32>(m_objects.size());
     }
-    const bool usable = object.state == State::Read && depth + object.height <= maximumPropertyListDepth;
-    return usable && object.weight <= maximumWeight ? &object : nullptr;
+    Object &object = m_objects[m_places[reference] - 1];
+    if (isNew && !_begin(object, reference, depth))
+        return nullptr; // the whole list is given up: it stays unread
+    const bool usable = object.isRead && depth + object.height <= maximumPropertyListDepth;
+    return usable && object.weight <= m_mostWeight ? &object : nullptr;
+}
+
+bool BinaryPropertyListReader::_begin(Object &object, quint64 reference, int depth)
+{
+    const quint64 at = _number(m_end + reference * static_cast<quint64>(m_offsetSize), m_offsetSize);
+    object.isRead = at >= headerSize && _fits(at, 1, 1) && _claim(1, 0) && _parse(at, depth, object);
+    return object.isRead;
 }
 
 bool BinaryPropertyListReader::_parse(quint64 at, int depth, Object &object)
 {
     const int marker = _byte(at);
-    object.weight = 1;
+    object.weight = weightOfTags;
     switch (marker >> 4) {
     case Simple:
         return _simple(marker, object.value);
@@ -112,12 +128,27 @@ bool BinaryPropertyListReader::_counted(quint64 at, int type, int depth, Object 
     const std::optional<Body> body = _body(at, _bytesPerCount(type));
     if (!body)
         return false;
-    object.weight += body->count;
-    if (type != Array && type != Dictionary)
+    const bool isContainer = type == Array || type == Dictionary;
+    const quint64 bytes = body->count * static_cast<quint64>(_bytesPerCount(type)); // lies in the file
+    if (!_claim(bytes, isContainer ? body->count : 0))
+        return false;
+    if (!isContainer) {
+        object.weight += bytes;
         return _text(*body, type, object.value);
+    }
     if (depth >= maximumPropertyListDepth)
         return false;
     return type == Array ? _array(*body, depth + 1, object) : _dictionary(*body, depth + 1, object);
+}
+
+/// Takes from what there is for all objects together; false when it is not enough.
+bool BinaryPropertyListReader::_claim(quint64 bytes, quint64 entries)
+{
+    if (bytes > m_unclaimed || entries > m_entriesLeft)
+        return false;
+    m_unclaimed -= bytes;
+    m_entriesLeft -= entries;
+    return true;
 }
 
 int BinaryPropertyListReader::_bytesPerCount(int type) const
@@ -206,6 +237,7 @@ QString BinaryPropertyListReader::_utf16(const Body &body) const
 bool BinaryPropertyListReader::_array(const Body &body, int depth, Object &object)
 {
     QVariantList list;
+    list.reserve(static_cast<qsizetype>(body.count));
     for (quint64 i = 0; i < body.count; ++i) {
         const Object *item = _entry(body.at + i * static_cast<quint64>(m_referenceSize), depth, object);
         if (!item)
@@ -240,8 +272,9 @@ BinaryPropertyListReader::Object *BinaryPropertyListReader::_entry(quint64 at, i
     if (!entry)
         return nullptr;
     container.height = std::max(container.height, entry->height);
-    container.weight += entry->weight;
-    return container.weight <= maximumWeight ? entry : nullptr;
+    container.lines += entry->lines;
+    container.weight += entry->weight + entry->lines;
+    return container.weight <= m_mostWeight ? entry : nullptr;
 }
 
 std::optional<BinaryPropertyListReader::Body> BinaryPropertyListReader::_body(quint64 at, int bytesPerCount) const

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QVariant>
 
+#include <deque>
 #include <optional>
 #include <vector>
 
@@ -10,8 +11,9 @@ namespace platform
 {
 
 /// Reads a binary property list ("bplist00"). Every offset, length and reference is checked before use. Each object is
-/// read once however often it is referred to; cycles, too deep nesting and lists that sharing would make huge when
-/// walked are refused.
+/// read once however often it is referred to. Cycles and too deep nesting are refused, and so is what would take much
+/// more room than its file: objects that lie upon one another, entries without end that refer to a few objects, and
+/// lists that sharing would make huge when written.
 class BinaryPropertyListReader
 {
 public:
@@ -24,19 +26,13 @@ public:
     std::optional<QVariant> read();
 
 private:
-    enum class State
-    {
-        Unread,
-        Reading, ///< Somewhere above on the way down: meeting it again is a cycle.
-        Read
-    };
-
     struct Object
     {
-        State state = State::Unread;
+        bool isRead = false; ///< Met again before, somewhere below itself, it is part of a cycle.
         QVariant value;
         int height = 0;     ///< Levels of arrays and dictionaries in it.
-        quint64 weight = 0; ///< Bytes that a walk through it passes, shared ones each time.
+        quint64 weight = 0; ///< Bytes of its text in the XML form, about: what it takes when all is written out.
+        quint64 lines = 1;  ///< Lines of that text, each of which every level around it indents by one more.
     };
 
     /// Where the body of an object begins, and its count of bytes, characters or entries.
@@ -48,8 +44,10 @@ private:
 
     bool _readTrailer();
     Object *_object(quint64 reference, int depth);
+    bool _begin(Object &object, quint64 reference, int depth);
     bool _parse(quint64 at, int depth, Object &object);
     bool _counted(quint64 at, int type, int depth, Object &object);
+    bool _claim(quint64 bytes, quint64 entries);
     int _bytesPerCount(int type) const;
     bool _simple(int marker, QVariant &value) const;
     bool _integer(quint64 at, int sizeExponent, QVariant &value) const;
@@ -71,7 +69,11 @@ private:
     quint64 m_top = 0;
     int m_offsetSize = 0;
     int m_referenceSize = 0;
-    std::vector<Object> m_objects;
+    quint64 m_unclaimed = 0;   ///< Bytes that no object read so far holds.
+    quint64 m_entriesLeft = 0; ///< References that arrays and dictionaries may still hold.
+    quint64 m_mostWeight = 0;
+    std::vector<quint32> m_places; ///< For each reference its object's place, counted from 1; 0: not met yet.
+    std::deque<Object> m_objects;  ///< Those that were met.
 };
 
 } // namespace platform

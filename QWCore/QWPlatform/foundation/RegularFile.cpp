@@ -12,8 +12,8 @@ namespace platform
 
 namespace
 {
-/// Bytes up to the end of the file, however long it is by now.
-std::optional<QByteArray> readToEnd(int file, off_t expectedSize)
+/// Bytes up to the end of the file, however long it is by now; none when it is longer than @p largest.
+std::optional<QByteArray> readToEnd(int file, off_t expectedSize, qint64 largest)
 {
     QByteArray data(std::max<qsizetype>(expectedSize, 0) + 1, Qt::Uninitialized);
     qsizetype filled = 0;
@@ -24,6 +24,8 @@ std::optional<QByteArray> readToEnd(int file, off_t expectedSize)
         if (count == 0)
             break;
         filled += std::max<ssize_t>(count, 0);
+        if (filled > largest)
+            return std::nullopt;
         if (filled == data.size())
             data.resize(data.size() * 2);
     }
@@ -32,13 +34,13 @@ std::optional<QByteArray> readToEnd(int file, off_t expectedSize)
 }
 } // namespace
 
-std::optional<QByteArray> readRegularFile(const QByteArray &path)
+std::optional<QByteArray> readRegularFile(const QByteArray &path, qint64 largest)
 {
     const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status;
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > largest)
         return std::nullopt;
-    return readToEnd(file.number(), status.st_size);
+    return readToEnd(file.number(), status.st_size, largest);
 }
 
 } // namespace platform

@@ -4,6 +4,7 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -13,6 +14,7 @@ namespace platform::TextForms
 
 namespace
 {
+constexpr double furthestPlace = 1 << 28;
 constexpr int furthestOffset = 14 * 3600; ///< Seconds; no place on earth is further from UTC.
 
 QString numberText(double value)
@@ -62,6 +64,13 @@ QRectF rectFromString(const QString &text)
 {
     const auto [x, y, width, height] = numbersIn<4>(text);
     return {x, y, width, height};
+}
+
+QRect wholeRectFromString(const QString &text)
+{
+    const QRectF rect = rectFromString(text);
+    const auto near = [](double number) { return std::clamp(number, -furthestPlace, furthestPlace); };
+    return QRectF(near(rect.x()), near(rect.y()), near(rect.width()), near(rect.height())).toRect();
 }
 
 QPointF pointFromString(const QString &text)

@@ -3,6 +3,7 @@
 #include <QWPlatform/qwplatform_export.h>
 
 #include <QDateTime>
+#include <QRect>
 #include <QRectF>
 #include <QString>
 
@@ -22,6 +23,9 @@ QWPLATFORM_EXPORT QString stringFromSize(const QSizeF &size);
 
 /// The first numbers in @p text, whatever stands between them; the zero value when there are too few.
 QWPLATFORM_EXPORT QRectF rectFromString(const QString &text);
+/// The same in whole numbers, those that no screen reaches cut to what a sum of two can hold.
+QWPLATFORM_EXPORT QRect wholeRectFromString(const QString &text);
+
 QWPLATFORM_EXPORT QPointF pointFromString(const QString &text);
 QWPLATFORM_EXPORT QSizeF sizeFromString(const QString &text);
 

@@ -16,6 +16,9 @@ namespace
 constexpr std::array<std::pair<char16_t, char16_t>, 7> escapes{
     {{u'a', u'\a'}, {u'b', u'\b'}, {u'f', u'\f'}, {u'n', u'\n'}, {u'r', u'\r'}, {u't', u'\t'}, {u'v', u'\v'}}};
 
+constexpr qsizetype entriesOfAnyText = 65536;
+constexpr qsizetype charactersPerFurtherEntry = 4; ///< "(a,a,a)" needs two; no program writes that by the thousand.
+
 constexpr char16_t end = u'\0'; ///< Also refused where it stands in the text.
 
 bool isOneOf(QChar c, QStringView characters)
@@ -37,6 +40,7 @@ int hexadecimal(QChar c)
 
 TextPropertyListReader::TextPropertyListReader(QString text)
     : m_text(std::move(text))
+    , m_entriesLeft(entriesOfAnyText + m_text.size() / charactersPerFurtherEntry)
 {
 }
 
@@ -101,7 +105,7 @@ bool TextPropertyListReader::_entries(int depth, QChar last, QVariant &value)
 bool TextPropertyListReader::_entry(int depth, QVariantMap &map)
 {
     QString key;
-    if (!_string(key) || !_skipBlanks())
+    if (--m_entriesLeft < 0 || !_string(key) || !_skipBlanks())
         return false;
     QVariant value = key;
     if (_take(u'=') && !(_skipBlanks() && _value(depth, value)))
@@ -116,7 +120,7 @@ bool TextPropertyListReader::_array(int depth, QVariant &value)
 {
     QVariantList list;
     while (_skipBlanks() && !_take(u')')) {
-        if (!_value(depth, list.emplace_back()) || !_skipBlanks())
+        if (--m_entriesLeft < 0 || !_value(depth, list.emplace_back()) || !_skipBlanks())
             return false;
         if (!_take(u',') && _peek() != u')')
             return false;

@@ -10,7 +10,8 @@ namespace platform
 {
 
 /// Reads one property list in the old text form, "{ key = value; }" or "( a, b )", or a ".strings" file, which is a
-/// dictionary without its braces. All scalars are strings, but for data ("<0fbd77>").
+/// dictionary without its braces. All scalars are strings, but for data ("<0fbd77>"). Text in which entries stand so
+/// close that they would take much more room than it does is refused.
 class TextPropertyListReader
 {
 public:
@@ -44,6 +45,7 @@ private:
 
     QString m_text;
     qsizetype m_at = 0;
+    qsizetype m_entriesLeft; ///< Entries that arrays and dictionaries may still get.
 };
 
 } // namespace platform

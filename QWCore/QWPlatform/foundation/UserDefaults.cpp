@@ -2,87 +2,28 @@
 
 #include "PropertyList.h"
 #include "PropertyListValues.h"
+#include "SettingsFile.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDebug>
-#include <QDir>
-#include <QFileInfo>
-#include <QLockFile>
-#include <QSaveFile>
-#include <QThread>
 #include <QTimer>
 
-#include <map>
+#include <future>
 #include <optional>
+#include <system_error>
 
 namespace platform
 {
 
 namespace
 {
-constexpr int writeDelay = 500;    ///< Milliseconds from a change to its writing.
-constexpr int retryDelay = 2000;   ///< Milliseconds until a failed writing is tried again.
-constexpr int lockPatience = 2000; ///< Milliseconds to wait for other programs that are writing.
-constexpr int lockPause = 2;       ///< Milliseconds between two attempts: the others hold it about as long.
+constexpr int writeDelay = 500;  ///< Milliseconds from a change to its writing.
+constexpr int retryDelay = 2000; ///< Milliseconds until a failed writing is tried again.
 
-/// What the file holds.
-struct Stored
-{
-    enum State
-    {
-        Good,       ///< A missing file holds nothing, and is good.
-        Garbage,    ///< It is there and is no dictionary.
-        Unreachable ///< It cannot be read now, which says nothing about its content.
-    };
+/// What the thread that writes can wait.
+constexpr LockFile::Patience patient{std::chrono::seconds(5), std::chrono::seconds(10)};
 
-    State state = Good;
-    QVariantMap values;
-};
-
-Stored readValues(const QString &path)
-{
-    QFile file(path);
-    if (!file.exists())
-        return {};
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
-        return {Stored::Unreachable, {}};
-    const QByteArray data = file.readAll();
-    if (file.error() != QFile::NoError)
-        return {Stored::Unreachable, {}};
-    const QVariant list = PropertyList::fromData(data).value_or(QVariant());
-    return {list.typeId() == QMetaType::QVariantMap ? Stored::Good : Stored::Garbage, list.toMap()};
-}
-
-/// QLockFile itself pauses ever longer, so that a busy neighbour would starve us.
-bool acquire(QLockFile &lock)
-{
-    QDeadlineTimer deadline(lockPatience);
-    while (!lock.tryLock(0)) {
-        if (lock.error() != QLockFile::LockFailedError || deadline.hasExpired())
-            return false;
-        QThread::msleep(lockPause);
-    }
-    return true;
-}
-
-/// Moves the file to a free name beside it.
-bool setAside(const QString &path)
-{
-    QString target = path + u".unreadable";
-    for (int number = 2; QFileInfo::exists(target); ++number)
-        target = path + u".unreadable " + QString::number(number);
-    qWarning("The settings in \"%s\" cannot be read; they are kept as \"%s\".", qUtf8Printable(path),
-             qUtf8Printable(target));
-    return QFile::rename(path, target);
-}
-
-bool writeValues(const QString &path, const QVariantMap &values)
-{
-    const QByteArray xml = PropertyList::toXml(values);
-    QSaveFile file(path);
-    return !xml.isEmpty() && file.open(QIODevice::WriteOnly) && file.write(xml) == xml.size() && file.commit();
-}
+using Written = std::optional<QVariantMap>; ///< What the file holds after a writing; none: it failed.
 
 bool isText(const QVariant &value)
 {
@@ -94,22 +35,29 @@ struct UserDefaults::Private
 {
     QString path;
     QVariantMap registered;
-    std::optional<QVariantMap> stored;                  ///< Once read.
-    std::map<QString, std::optional<QVariant>> pending; ///< Changes not written yet; none removes the key.
+    std::optional<QVariantMap> stored; ///< Once read.
+    SettingsFile::Changes pending;     ///< Changes not written yet.
+    SettingsFile::Changes underWay;    ///< Those that are just being written.
+    std::future<Written> writing;      ///< Valid while a thread is at it.
+    int writings = 0;                  ///< Threads begun so far.
+    std::atomic<bool> hurry = false;   ///< Tells the thread that the main thread waits for it.
+    bool failureTold = false;
     QTimer timer;
 
     const QVariantMap &storedOnce()
     {
         if (!stored)
-            stored = readValues(path).values;
+            stored = SettingsFile::values(path);
         return *stored;
     }
 
     /// What a reader sees of @p key, without registered values.
     QVariant own(const QString &key)
     {
-        const auto change = pending.find(key);
-        return change == pending.end() ? storedOnce().value(key) : change->second.value_or(QVariant());
+        for (const SettingsFile::Changes *changes : {&pending, &underWay})
+            if (const auto change = changes->find(key); change != changes->end())
+                return change->second.value_or(QVariant());
+        return storedOnce().value(key);
     }
 
     void change(const QString &key, std::optional<QVariant> value)
@@ -125,33 +73,62 @@ struct UserDefaults::Private
             timer.start(milliseconds);
     }
 
-    QVariantMap withPending(QVariantMap values) const
+    /// Begins to write what is pending; on this thread where there is no other to be had.
+    void beginWriting()
     {
-        for (const auto &[key, value] : pending) {
-            if (value)
-                values.insert(key, *value);
-            else
-                values.remove(key);
+        if (writing.valid() || pending.empty())
+            return; // what is pending is scheduled at the end of the writing
+        underWay = std::exchange(pending, {});
+        hurry = false;
+        try {
+            writing = std::async(std::launch::async, [this, number = ++writings] { return writeOnThread(number); });
+        } catch (const std::system_error &) {
+            endWriting(SettingsFile::apply(path, underWay, LockFile::brief));
         }
-        return values;
     }
 
-    /// Applies the pending changes to what the file holds now.
-    bool write()
+    Written writeOnThread(int number)
     {
-        QDir().mkpath(QFileInfo(path).path());
-        QLockFile lock(path + u".lock");
-        if (!acquire(lock))
-            return false;
-        const Stored before = readValues(path);
-        if (before.state == Stored::Unreachable || (before.state == Stored::Garbage && !setAside(path)))
-            return false;
-        const QVariantMap after = withPending(before.values);
-        if (!writeValues(path, after))
-            return false;
-        stored = after;
-        pending.clear();
-        return true;
+        Written written = SettingsFile::apply(path, underWay, patient, &hurry);
+        const auto end = [this, number] {
+            if (writing.valid() && number == writings)
+                endWriting(writing.get());
+        };
+        QMetaObject::invokeMethod(&timer, end, Qt::QueuedConnection);
+        return written;
+    }
+
+    void takeOver(Written written)
+    {
+        const SettingsFile::Changes done = std::exchange(underWay, {});
+        if (written)
+            stored = std::move(written);
+        else
+            pending.insert(done.begin(), done.end()); // those that were changed again are newer
+    }
+
+    void endWriting(Written written)
+    {
+        const bool isGood = written.has_value();
+        takeOver(std::move(written));
+        if (!isGood && !failureTold) // once until it works again
+            qWarning("The settings in \"%s\" cannot be written now.", qUtf8Printable(path));
+        failureTold = !isGood;
+        if (!pending.empty())
+            schedule(isGood ? writeDelay : retryDelay);
+    }
+
+    bool writeNow()
+    {
+        timer.stop();
+        hurry = true;
+        if (writing.valid())
+            takeOver(writing.get());
+        if (!pending.empty()) {
+            underWay = std::exchange(pending, {});
+            endWriting(SettingsFile::apply(path, underWay, LockFile::brief));
+        }
+        return pending.empty();
     }
 };
 
@@ -160,7 +137,7 @@ UserDefaults::UserDefaults(QString path)
 {
     m_d->path = std::move(path);
     m_d->timer.setSingleShot(true);
-    QObject::connect(&m_d->timer, &QTimer::timeout, &m_d->timer, [this] { synchronize(); });
+    QObject::connect(&m_d->timer, &QTimer::timeout, &m_d->timer, [this] { m_d->beginWriting(); });
 }
 
 UserDefaults::~UserDefaults()
@@ -223,15 +200,7 @@ void UserDefaults::removeObject(const QString &key)
 
 bool UserDefaults::synchronize()
 {
-    m_d->timer.stop();
-    if (m_d->pending.empty())
-        return true;
-    const bool written = m_d->write();
-    if (!written) {
-        qWarning("The settings in \"%s\" cannot be written now.", qUtf8Printable(path()));
-        m_d->schedule(retryDelay);
-    }
-    return written;
+    return m_d->writeNow();
 }
 
 const QString &UserDefaults::path() const

@@ -11,9 +11,10 @@ namespace platform
 {
 
 /// The user's settings of one host, in the property list "~/Library/Preferences/<bundle identifier>.plist". What was
-/// set is seen at once; it is written 500 ms after a change and at the end, under a lock file, applying only the keys
-/// that were changed here, so that the last writer of a key wins. A file that does not parse is set aside with the
-/// ending ".unreadable", never overwritten. Main thread.
+/// set is seen at once; it is written 500 ms after a change, on a thread of its own, and at the end, under a lock file,
+/// applying only the keys that were changed here, so that the last writer of a key wins. A file that does not parse is
+/// set aside with the ending ".unreadable", never overwritten. While it cannot be written, as when another program
+/// holds the lock, it is tried again every two seconds; the log says so once. Main thread.
 class QWPLATFORM_EXPORT UserDefaults
 {
 public:
@@ -42,7 +43,8 @@ public:
     void setObject(const QString &key, const QVariant &value);
     void removeObject(const QString &key);
 
-    /// Writes now; false when the file could not be written, in which case the changes stay pending.
+    /// Writes now, waiting at most 0.4 s for another program that holds the lock; false when the file could not be
+    /// written, in which case the changes stay pending.
     bool synchronize();
 
     const QString &path() const;

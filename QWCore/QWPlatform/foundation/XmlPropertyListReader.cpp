@@ -1,8 +1,8 @@
 #include "XmlPropertyListReader.h"
 
 #include "PropertyListScalars.h"
+#include "XmlPropertyListText.h"
 
-#include <QStringConverter>
 #include <QUtf8StringView>
 
 #include <algorithm>
@@ -19,11 +19,7 @@ std::string_view viewOf(const QByteArray &data)
 
 QString textOf(std::string_view utf8)
 {
-    const QByteArrayView bytes(utf8.data(), static_cast<qsizetype>(utf8.size()));
-    if (!utf8.starts_with("\xEF\xBB\xBF"))
-        return QString::fromUtf8(bytes);
-    // It would drop a byte-order mark, which is a character like any other here.
-    return QStringDecoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom)(bytes);
+    return XmlPropertyListText::decoded({utf8.data(), static_cast<qsizetype>(utf8.size())});
 }
 
 template <class T>

@@ -1,6 +1,7 @@
 #include "XmlPropertyListWriter.h"
 
 #include "PropertyListScalars.h"
+#include "XmlPropertyListText.h"
 
 #include <algorithm>
 
@@ -166,11 +167,10 @@ void XmlPropertyListWriter::_element(const char *name, std::string_view plainTex
     m_text.append("</").append(name).append(">\n");
 }
 
-/// False for text with a null character, which no reader takes. Other control characters stand as they are: names
-/// and paths may hold them, and a catalog must not be lost for one.
+/// False for text with a null character, which no reader takes.
 bool XmlPropertyListWriter::_appendEscaped(const QString &text)
 {
-    const QByteArray utf8 = text.toUtf8();
+    const QByteArray utf8 = XmlPropertyListText::encoded(text).toUtf8();
     qsizetype plainFrom = 0;
     for (qsizetype i = 0; i < utf8.size(); ++i) {
         const char *escape = escapeOf(utf8[i]);

@@ -1,11 +1,11 @@
 #include "ComponentCodes.h"
 
+#include "../foundation/LockFile.h"
 #include "../foundation/PropertyList.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QSaveFile>
 #include <QtEndian>
 
@@ -16,7 +16,6 @@ namespace platform
 
 namespace
 {
-constexpr int lockTimeout = 5000; // milliseconds; another host assigns codes meanwhile
 constexpr char letters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
 constexpr unsigned capitals = 26;
 constexpr unsigned allLetters = sizeof letters - 1;
@@ -54,10 +53,10 @@ void ComponentCodes::reserve(const AudioComponent &component)
 
 void ComponentCodes::assign(const std::vector<InstalledComponent *> &components, Keep keep)
 {
-    QLockFile lock(m_path + ".lock");
+    LockFile lock(m_path + ".lock");
     if (keep == Keep::Yes) {
         QDir().mkpath(QFileInfo(m_path).path());
-        if (!lock.tryLock(lockTimeout))
+        if (!lock.acquire(LockFile::brief)) // another host assigns codes meanwhile
             keep = Keep::No;
     }
     _read();

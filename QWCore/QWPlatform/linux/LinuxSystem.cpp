@@ -17,6 +17,7 @@
 #include "../network/UrlDownload.h"
 #include "../network/UrlLoader.h"
 #include "../plugins/PluginLoader.h"
+#include "FileSizeSignal.h"
 #include "LinuxAlerts.h"
 #include "LinuxChildProcesses.h"
 #include "LinuxClock.h"
@@ -83,6 +84,7 @@ System::Services makeServices()
 
 System &linuxSystem()
 {
+    ignoreFileSizeSignal();
     static System machine(makeServices());
     return machine;
 }

@@ -198,7 +198,7 @@ void QWScrollWheelManager::_makeTable()
 void QWScrollWheelManager::_restoreFrame()
 {
     const QString text = System::current().userDefaults().string(frameKey);
-    QRect frame = platform::TextForms::rectFromString(text).toRect();
+    QRect frame = platform::TextForms::wholeRectFromString(text);
     if (!frame.isValid())
         frame = usualFrame;
     frame.setWidth(usualFrame.width());

@@ -1,6 +1,7 @@
 #include "ManualVersion.h"
 
 #include <QWPlatform/foundation/PropertyList.h>
+#include <QWPlatform/foundation/RegularFile.h>
 #include <QWPlatform/network/UrlLoader.h>
 
 #include <QFile>
@@ -20,11 +21,11 @@ constexpr QLatin1String tagClosing("\">");
 /// The file's text; none when it cannot be read or is not UTF-8.
 std::optional<QString> textOfFile(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const auto data = platform::readRegularFile(QFile::encodeName(path));
+    if (!data)
         return std::nullopt;
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder(file.readAll());
+    const QString text = decoder(*data);
     return decoder.hasError() ? std::nullopt : std::optional(text);
 }
 

@@ -219,8 +219,7 @@ bool MainWindow::showsChain() const
 
 void MainWindow::restoreFrame()
 {
-    const QString text = defaults().string(frameKey());
-    const QRect frame = platform::TextForms::rectFromString(text).toRect();
+    const QRect frame = platform::TextForms::wholeRectFromString(defaults().string(frameKey()));
     const bool isShown = frame.isValid() && isOnAScreen(frame);
     if (isShown)
         setGeometry(frame);
