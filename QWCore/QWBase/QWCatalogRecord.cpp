@@ -16,6 +16,12 @@ public:
 
     QVariantMap map;
 };
+
+/// Truth as lists in the old text form have it, which know only texts.
+bool meansTrue(const QString &text)
+{
+    return text == QLatin1StringView("1") || text == QLatin1StringView("YES");
+}
 } // namespace
 
 QWCatalogRecord::~QWCatalogRecord() = default;
@@ -66,7 +72,7 @@ void QWCatalogRecord::setIfString(std::optional<QString> &field, const QVariant 
 
 void QWCatalogRecord::setIfInteger(std::optional<qint64> &field, const QVariant &value)
 {
-    bool fits = value.typeId() != QMetaType::QString && value.typeId() != QMetaType::Bool;
+    bool fits = value.typeId() != QMetaType::Bool; // texts that are numbers do
     const qint64 number = fits ? value.toLongLong(&fits) : 0;
     if (fits)
         set(field, std::optional(number));
@@ -74,6 +80,11 @@ void QWCatalogRecord::setIfInteger(std::optional<qint64> &field, const QVariant 
 
 void QWCatalogRecord::setIfBoolean(bool &field, const QVariant &value)
 {
+    if (value.typeId() == QMetaType::QString) {
+        if (meansTrue(value.toString())) // any other text counts as absent, as other values of a wrong type do
+            set(field, true);
+        return;
+    }
     std::optional<qint64> number; // some writers store truth as a number
     setIfInteger(number, value);
     if (number || value.typeId() == QMetaType::Bool)

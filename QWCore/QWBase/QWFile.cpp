@@ -6,6 +6,7 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/foundation/Utf8.h>
 
 #include <QDir>
 #include <QFile>
@@ -112,7 +113,7 @@ std::optional<QStringList> QWFile::contentsOfDirectoryAtPath(const QString &path
     errno = folder ? 0 : errno;
     while (const dirent *const entry = folder ? ::readdir(folder.get()) : nullptr) {
         if (!isSelfOrParent(*entry))
-            names += QFile::decodeName(entry->d_name);
+            names += platform::textOfUtf8(entry->d_name);
         errno = 0;
     }
     if (!succeeded(lastError(), "The folder “%@” could not be read.", path, error))

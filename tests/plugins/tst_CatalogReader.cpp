@@ -26,6 +26,10 @@ private Q_SLOTS:
     void truncatedAnywhereGivesNoRecords();
     void damagedAnywhereAgreesWithThePlainReader();
     void unitsReadBack();
+    void keysThatComeTwiceAgreeWithThePlainReader_data();
+    void keysThatComeTwiceAgreeWithThePlainReader();
+    void textsThatXmlCannotHoldReadBack();
+    void truthAndNumbersInTextListsAreRead();
 };
 
 namespace
@@ -226,6 +230,53 @@ void tst_CatalogReader::unitsReadBack()
                                           {"name", "Delay"}},
                               QVariantMap{{"componentDescription", QByteArray(20, '\xff')}, {"ignore", false}}};
     QCOMPARE(statesOf<QWAUDescription>(platform::PropertyList::toXml(states)), states);
+}
+
+void tst_CatalogReader::keysThatComeTwiceAgreeWithThePlainReader_data()
+{
+    QTest::addColumn<QByteArray>("entries");
+    QTest::newRow("path") << QByteArray("<key>path</key><string>/a</string><key>path</key><string>/b</string>");
+    QTest::newRow("second of another type")
+        << QByteArray("<key>ignore</key><true/><key>ignore</key><string>x</string>");
+    QTest::newRow("not side by side") << QByteArray(
+        "<key>name</key><string>A</string><key>path</key><string>/a</string><key>name</key><integer>1</integer>");
+    QTest::newRow("not sorted") << QByteArray("<key>path</key><string>/a</string><key>name</key><string>A</string>");
+    QTest::newRow("empty key") << QByteArray("<key></key><true/><key>path</key><string>/a</string>");
+}
+
+void tst_CatalogReader::keysThatComeTwiceAgreeWithThePlainReader()
+{
+    QFETCH(QByteArray, entries);
+    const QByteArray data = listOf("<dict>" + entries + "</dict>");
+    QCOMPARE(statesOf<QWVSTDescription>(data).size(), 1);
+    QCOMPARE(statesOf<QWVSTDescription>(data), expectedStates<QWVSTDescription>(data));
+    QCOMPARE(statesOf<QWAUDescription>(data), expectedStates<QWAUDescription>(data));
+}
+
+void tst_CatalogReader::textsThatXmlCannotHoldReadBack()
+{
+    const QVariantList states{QVariantMap{{"path", "~/Library/a\x01\x1b/\uFEFF\uE01B0001.vst"},
+                                          {"ignore", false},
+                                          {"isInstrument", false},
+                                          {"name", QStringLiteral("\uFEFF\x0e")},
+                                          {"vendor", QStringLiteral("\uFEFFé")}}};
+    const QByteArray data = platform::PropertyList::toXml(states);
+    QCOMPARE(statesOf<QWVSTDescription>(data), states);
+    const QByteArray raw = listOf("<dict><key>path</key><string>/a\x01\x1b.vst</string></dict>"); // of former versions
+    QCOMPARE(statesOf<QWVSTDescription>(raw).front().toMap().value("path"), QVariant("/a\x01\x1b.vst"));
+}
+
+void tst_CatalogReader::truthAndNumbersInTextListsAreRead()
+{
+    const QVariantList states = statesOf<QWVSTDescription>(
+        "( { path = \"/a\"; ignore = 1; isInstrument = YES; modificationDate = 1234567890123; },\n"
+        "  { path = \"/b\"; ignore = NO; isInstrument = yes; flags = many; } )");
+    QCOMPARE(states,
+             (QVariantList{
+                 QVariantMap{
+                     {"path", "/a"}, {"ignore", true}, {"isInstrument", true}, {"modificationDate", 1234567890123LL}},
+                 QVariantMap{{"path", "/b"}, {"ignore", false}, {"isInstrument", false}}}));
+    QVERIFY(statesOf<QWAUDescription>("( { ignore = \"YES\"; } )").front().toMap().value("ignore").toBool());
 }
 
 QW_TEST_MAIN(tst_CatalogReader)

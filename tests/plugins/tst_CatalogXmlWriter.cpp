@@ -82,7 +82,12 @@ void tst_CatalogXmlWriter::specialCharacterAtEveryPlace_data()
     for (const char *const special :
          {"&", "<", ">", "\r", "\n", "\t", "\"", "\x7F", "\u0080", "é", "ÿ", "Ā", "耀", "￾", "😀"})
         QTest::newRow(QByteArray(special).toHex().constData()) << QString::fromUtf8(special);
+    for (const char16_t control : {0x01, 0x08, 0x0B, 0x1B, 0x1F, 0xFFFF, 0xE01B})
+        QTest::addRow("%x", control) << QString(QChar(control));
     QTest::newRow("two") << "&<";
+    QTest::newRow("tab and control character") << "\t\x01";
+    QTest::newRow("control character and beyond ASCII") << "\x01"
+                                                           "é";
     QTest::newRow("escaped and beyond ASCII") << "&é";
 }
 

@@ -7,6 +7,8 @@
 #include <QWUtilities/plugins/QWVSTManager.h>
 
 #include <QFile>
+#include <QRegularExpression>
+#include <QXmlStreamReader>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -28,7 +30,9 @@ private Q_SLOTS:
     void foldersThatCannotBeReadAreSkipped();
     void foldersWithoutPermissionAreSkipped();
     void bundleWithoutPermissionIsAPlugin();
-    void namesThatAreNoTextAreSkipped();
+    void namesThatAreNoTextAreSkippedAndTold();
+    void strangeNamesAreTriedOnce_data();
+    void strangeNamesAreTriedOnce();
 };
 
 void tst_VSTFolders::walksBothFoldersAtAnyDepth()
@@ -179,7 +183,7 @@ void tst_VSTFolders::bundleWithoutPermissionIsAPlugin()
     QCOMPARE(system.processes.runs.size(), std::size_t(1));
 }
 
-void tst_VSTFolders::namesThatAreNoTextAreSkipped()
+void tst_VSTFolders::namesThatAreNoTextAreSkippedAndTold()
 {
     FakeSystem system;
     System::Scope current(system);
@@ -188,10 +192,40 @@ void tst_VSTFolders::namesThatAreNoTextAreSkipped()
     QCOMPARE(::mkdir(broken.constData(), 0755), 0);
     system.addVSTBundle(systemFolder + "/Good.vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("vst\" in \".*\" is passed over: its name is not UTF-8"));
     QWVSTManager manager;
     manager.validate();
     QCOMPARE(pathsOf(manager), QStringList{systemFolder + "/Good.vst"});
     QCOMPARE(::rmdir(broken.constData()), 0); // the fake disk could not
+}
+
+void tst_VSTFolders::strangeNamesAreTriedOnce_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("control characters") << QString("a\x01\x1b\n\r\t.vst");
+    QTest::newRow("byte-order mark") << QStringLiteral("\uFEFFEcho.vst");
+    QTest::newRow("byte-order mark alone") << QStringLiteral("\uFEFF.vst");
+    QTest::newRow("mark of our own") << QString("\uE01B0001\uE01B.vst");
+    QTest::newRow("not a character") << QString(QChar(0xFFFE)) + ".vst";
+}
+
+void tst_VSTFolders::strangeNamesAreTriedOnce()
+{
+    QFETCH(QString, name);
+    FakeSystem system;
+    System::Scope current(system);
+    const QString path = systemFolder + '/' + name;
+    system.addVSTBundle(path);
+    system.processes.handler = acceptingValidator(system, vstHandOff);
+    QWVSTManager().validate();
+    QXmlStreamReader strict(system.readFile(vstDatabase).value_or(""));
+    while (!strict.atEnd())
+        strict.readNext();
+    QVERIFY2(!strict.hasError(), qPrintable(strict.errorString()));
+    QWVSTManager manager; // knows them from the catalog
+    manager.validate();
+    QCOMPARE(pathsOf(manager), QStringList{path});
+    QCOMPARE(system.processes.runs.size(), std::size_t(1));
 }
 
 QW_TEST_MAIN(tst_VSTFolders)

@@ -40,10 +40,12 @@ private:
 
     bool _entries(QWCatalogRecord &record)
     {
+        std::string_view last; // writers sort their keys; where one came twice, the reader of whole lists decides
         while (m_cursor.take("<key>")) {
             const std::string_view key = m_cursor.plainText();
-            if (!m_cursor.takeHere("</key>") || !_value(record, key))
+            if (key <= last || !m_cursor.takeHere("</key>") || !_value(record, key))
                 return false;
+            last = key;
         }
         return m_cursor.take("</dict>");
     }

@@ -1,5 +1,7 @@
 #include "CatalogXmlCursor.h"
 
+#include <QWPlatform/foundation/XmlPropertyListText.h>
+
 #include <QUtf8StringView>
 
 #include <algorithm>
@@ -72,10 +74,10 @@ bool CatalogXmlCursor::text(QString &value)
         return true;
     }
     std::string utf8(plain);
-    const bool isRight =
-        _escaped(utf8) && QUtf8StringView(utf8.data(), static_cast<qsizetype>(utf8.size())).isValidUtf8();
-    value = QString::fromStdString(utf8);
-    return isRight;
+    const bool isWhole = _escaped(utf8);
+    const QByteArrayView bytes(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    value = platform::XmlPropertyListText::decoded(bytes);
+    return isWhole && QUtf8StringView(bytes).isValidUtf8();
 }
 
 /// Appends the rest of the text, which is not all plain.

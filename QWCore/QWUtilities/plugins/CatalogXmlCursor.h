@@ -35,6 +35,8 @@ public:
     /// The same without blanks before.
     bool takeHere(std::string_view text)
     {
+        if (text.empty()) // of which there may be no address to compare
+            return true;
         if (static_cast<std::size_t>(m_end - m_at) < text.size() || std::memcmp(m_at, text.data(), text.size()) != 0)
             return false;
         m_at += text.size();

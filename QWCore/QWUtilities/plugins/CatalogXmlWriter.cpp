@@ -1,6 +1,7 @@
 #include "CatalogXmlWriter.h"
 
 #include <QWBase/QWCatalogRecord.h>
+#include <QWPlatform/foundation/XmlPropertyListText.h>
 
 #include <algorithm>
 #include <array>
@@ -10,6 +11,8 @@
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
+
+using platform::XmlPropertyListText::isHeldBack;
 
 namespace
 {
@@ -48,7 +51,7 @@ constexpr std::array<bool, 256> makeEscapedBytes()
     return escaped;
 }
 constexpr std::array<bool, 256> escapedBytes = makeEscapedBytes();
-constexpr std::size_t longestEscape = 5;
+constexpr std::size_t longestEscape = 7; ///< Bytes: the mark has three, and four digits follow.
 
 /// Writes @p c as it stands in text; returns where the next byte goes.
 char *put(char *at, char c)
@@ -90,14 +93,14 @@ char *copyShort(char *to, std::string_view text)
 constexpr qsizetype groupSize = 8;
 
 #ifdef __SSE2__
-/// Writes eight characters as bytes when all of them are ASCII and stand for themselves.
+/// Writes eight characters as bytes when all of them are ASCII, no control characters, and stand for themselves.
 bool putPlainGroup(char *at, const QChar *text)
 {
     const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(text));
     const __m128i ascii = _mm_packus_epi16(codes, codes); // beyond ASCII: 0x80 to 0xFF, or 0 for negative numbers
     const auto is = [&](char c) { return _mm_cmpeq_epi8(ascii, _mm_set1_epi8(c)); };
-    const __m128i escaped =
-        _mm_or_si128(_mm_or_si128(_mm_or_si128(is('&'), is('<')), _mm_or_si128(is('>'), is('\r'))), is('\0'));
+    const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(ascii, _mm_set1_epi8(0x1F)), ascii);
+    const __m128i escaped = _mm_or_si128(_mm_or_si128(is('&'), is('<')), _mm_or_si128(is('>'), isControl));
     if (_mm_movemask_epi8(_mm_or_si128(ascii, escaped)) != 0)
         return false;
     _mm_storel_epi64(reinterpret_cast<__m128i *>(at), ascii);
@@ -110,11 +113,11 @@ bool putPlainGroup(char *, const QChar *)
 }
 #endif
 
-/// Writes @p text as far as it is ASCII and moves @p at behind; false when not all of it is.
+/// Writes @p text as far as it is ASCII that may stand and moves @p at behind; false when not all of it is.
 bool putAscii(char *&at, QStringView text)
 {
     for (const QChar character : text) {
-        if (character.unicode() >= 0x80)
+        if (character.unicode() >= 0x80 || isHeldBack(character.unicode()))
             return false;
         at = put(at, static_cast<char>(character.unicode()));
     }
@@ -253,7 +256,7 @@ void CatalogXmlWriter::_putEscaped(const QString &text)
         if (wasPlain) {
             at += count;
         } else if (!putAscii(at, QStringView(group, count))) {
-            at = putEscaped(m_at, text.toUtf8());
+            at = putEscaped(m_at, platform::XmlPropertyListText::encoded(text).toUtf8());
             break;
         }
     }

@@ -1,5 +1,8 @@
 #include "FolderEntries.h"
 
+#include <QWPlatform/foundation/Utf8.h>
+
+#include <QDebug>
 #include <QFile>
 
 #include <dirent.h>
@@ -21,16 +24,15 @@ FolderEntries::Kind kindOf(const dirent &entry)
     }
 }
 
-bool isSelfOrParent(std::string_view name)
+bool isSelfOrParent(QByteArrayView name)
 {
     return name == "." || name == "..";
 }
 
 /// The name as text; "" when the bytes are no text, so that the file could not be found by it again.
-QString textOf(std::string_view name)
+QString textOf(QByteArrayView name)
 {
-    const QUtf8StringView utf8(name.data(), static_cast<qsizetype>(name.size()));
-    return utf8.isValidUtf8() ? utf8.toString() : QString();
+    return QUtf8StringView(name).isValidUtf8() ? platform::textOfUtf8(name) : QString();
 }
 } // namespace
 
@@ -43,10 +45,13 @@ FolderEntries::FolderEntries(const QString &path)
     if (::fstat(::dirfd(folder.get()), &status) == 0)
         m_identity = {status.st_dev, status.st_ino};
     while (const dirent *entry = ::readdir(folder.get())) {
-        const std::string_view name(entry->d_name);
+        const QByteArrayView name(entry->d_name);
         if (isSelfOrParent(name))
             continue;
         if (QString text = textOf(name); !text.isEmpty())
             m_entries.push_back({std::move(text), kindOf(*entry)});
+        else if (kindOf(*entry) == Kind::Folder || name.endsWith(".vst"))
+            qWarning("\"%s\" in \"%s\" is passed over: its name is not UTF-8.", qUtf8Printable(QString::fromUtf8(name)),
+                     qUtf8Printable(path));
     }
 }
