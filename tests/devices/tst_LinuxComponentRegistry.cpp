@@ -6,6 +6,8 @@
 #include <QWPlatform/linux/LinuxPluginLoader.h>
 #include <QWPlatform/plugins/AudioPlugin.h>
 
+#include <QRegularExpression>
+
 #include <sys/stat.h>
 
 using platform::AudioComponent;
@@ -168,6 +170,62 @@ private slots:
         PluginDisk::write(bundle + "/Contents/Resources/Old.rsrc", resourceFileBytes());
         LinuxComponentRegistry registry(locations);
         QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Acme: Super Delay"});
+    }
+
+    void namesInResourcesAreInTheOldCharacterSet()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        const QString bundle = disk.home() + "/Library/Audio/Plug-Ins/Components/Old.component";
+        const QByteArray resources = resourceFileBytes().replace("Super Delay", "\x83"
+                                                                                "cho \xa5 D\x8ela");
+        PluginDisk::write(bundle + "/Contents/Resources/Old.rsrc", resources);
+        LinuxComponentRegistry registry(locations);
+        QCOMPARE(namesOfType(registry, "aufx"), QStringList{"Acme: Écho • Déla"});
+    }
+
+    void searchPathThatChangedIsTold()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        disk.installLv2("Good");
+        QCOMPARE(LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx")).size(), std::size_t(1));
+        qputenv("LV2_PATH", QFile::encodeName(disk.lv2Folder()) + ':'); // the same folders
+        QTest::failOnWarning(QRegularExpression("forgotten"));
+        QCOMPARE(LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx")).size(), std::size_t(1));
+        qputenv("LV2_PATH", QFile::encodeName(disk.home()));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("LV2 .* in \"" + disk.home() + "\" now.*forgotten"));
+        LinuxComponentRegistry registry(locations);
+        QCOMPARE(registry.componentsOfType(fourCharCode("aufx")).size(), std::size_t(0));
+        QCOMPARE(registry.componentsOfType(fourCharCode("aumf")).size(), std::size_t(0)); // told once
+        QCOMPARE(LinuxComponentRegistry(locations).componentsOfType(fourCharCode("aufx")).size(), std::size_t(0));
+    }
+
+    void bundlesWhoseNamesAreNoTextAreToldOnce()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        disk.installLv2("Good");
+        const QByteArray bundle = QFile::encodeName(disk.lv2Folder()) + "/a\xff.lv2";
+        QCOMPARE(::mkdir(bundle.constData(), 0755), 0);
+        LinuxComponentRegistry registry(locations);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("lv2\" is passed over: its name is not UTF-8"));
+        QCOMPARE(registry.componentsOfType(fourCharCode("aufx")).size(), std::size_t(1));
+        QTest::failOnWarning(QRegularExpression("passed over"));
+        QCOMPARE(registry.componentsOfType(fourCharCode("aumf")).size(), std::size_t(0));
+        QCOMPARE(::rmdir(bundle.constData()), 0); // the folder's own end could not
+    }
+
+    void byteOrderMarkIsPartOfABundlesName()
+    {
+        const PluginDisk disk;
+        const platform::Locations locations = disk.locations();
+        const QString path = disk.lv2Folder() + "/\uFEFFgood.lv2";
+        QVERIFY(QDir().rename(disk.installLv2("Good"), path));
+        LinuxComponentRegistry registry(locations);
+        const auto units = registry.componentsOfType(fourCharCode("aufx"));
+        QCOMPARE(units.size(), std::size_t(1));
+        QCOMPARE(registry.locationOfComponent(units[0])->path, path);
     }
 
     void strangeNamesSurvive_data()

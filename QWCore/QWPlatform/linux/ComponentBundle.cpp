@@ -8,7 +8,8 @@
 #include <QFileInfo>
 #include <QtEndian>
 
-#include <algorithm>
+#include <set>
+#include <tuple>
 
 namespace platform::ComponentBundle
 {
@@ -36,16 +37,25 @@ quint32 codeOf(const QString &text)
     return bytes.size() == 4 ? qFromBigEndian<quint32>(bytes.constData()) : 0;
 }
 
-void add(std::vector<InstalledComponent> &components, InstalledComponent found)
+/// The units of a bundle, each once.
+class Units
 {
-    const auto known = std::find_if(components.begin(), components.end(), [&](const InstalledComponent &component) {
-        return component.component == found.component;
-    });
-    if (known == components.end() && found.component.type != 0)
-        components.push_back(std::move(found));
-}
+public:
+    void add(InstalledComponent found)
+    {
+        const auto &[type, subtype, manufacturer, flags, flagsMask] = found.component;
+        if (type != 0 && m_known.emplace(type, subtype, manufacturer).second)
+            m_units.push_back(std::move(found));
+    }
 
-void addFromInfo(std::vector<InstalledComponent> &components, const QVariantMap &info)
+    std::vector<InstalledComponent> take() { return std::move(m_units); }
+
+private:
+    std::vector<InstalledComponent> m_units;
+    std::set<std::tuple<quint32, quint32, quint32>> m_known;
+};
+
+void addFromInfo(Units &units, const QVariantMap &info)
 {
     for (const QVariant &element : info.value("AudioComponents").toList()) {
         const QVariantMap unit = element.toMap();
@@ -55,7 +65,7 @@ void addFromInfo(std::vector<InstalledComponent> &components, const QVariantMap 
         found.component.manufacturer = codeOf(unit.value("manufacturer").toString());
         found.name = unit.value("name").toString().toUtf8();
         found.factoryFunction = unit.value("factoryFunction").toString();
-        add(components, std::move(found));
+        units.add(std::move(found));
     }
 }
 
@@ -72,11 +82,11 @@ InstalledComponent fromResource(const ResourceFork &fork, const QByteArray &data
     found.component = {word(0), word(4), word(8), 0, 0};
     const auto nameID = qFromBigEndian<qint16>(data.constData() + nameResourceField + 4);
     if (const auto name = fork.resource(word(nameResourceField), nameID))
-        found.name = pascalText(name->data);
+        found.name = ResourceFork::fromMacRoman(pascalText(name->data)).toUtf8();
     return found;
 }
 
-void addFromResources(std::vector<InstalledComponent> &components, const QString &path)
+void addFromResources(Units &units, const QString &path)
 {
     const auto data = readRegularFile(QFile::encodeName(path));
     const auto fork = data ? ResourceFork::fromData(*data) : std::nullopt;
@@ -84,7 +94,7 @@ void addFromResources(std::vector<InstalledComponent> &components, const QString
         return;
     for (const ResourceFork::Resource &resource : fork->resourcesOfType(componentResource))
         if (resource.data.size() >= componentResourceSize)
-            add(components, fromResource(*fork, resource.data));
+            units.add(fromResource(*fork, resource.data));
 }
 } // namespace
 
@@ -95,11 +105,11 @@ QStringList watchedPaths(const QString &path)
 
 std::vector<InstalledComponent> components(const QString &path)
 {
-    std::vector<InstalledComponent> components;
+    Units units;
     if (const auto info = PropertyList::dictionaryFromFile(infoPath(path)))
-        addFromInfo(components, *info);
-    addFromResources(components, resourceFilePath(path));
-    return components;
+        addFromInfo(units, *info);
+    addFromResources(units, resourceFilePath(path));
+    return units.take();
 }
 
 } // namespace platform::ComponentBundle

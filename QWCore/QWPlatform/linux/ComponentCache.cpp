@@ -1,5 +1,7 @@
 #include "ComponentCache.h"
 
+#include "../foundation/RegularFile.h"
+
 #include <QCryptographicHash>
 #include <QDataStream>
 #include <QDir>
@@ -12,7 +14,7 @@ namespace platform
 
 namespace
 {
-constexpr quint32 magic = 0x51574331; // "QWC1": the form below
+constexpr quint32 magic = 0x51574332; // "QWC2": the form below, whose names are UTF-8
 constexpr auto streamVersion = QDataStream::Qt_6_4;
 
 QByteArray checksum(const QByteArray &body)
@@ -79,12 +81,12 @@ void getAll(QDataStream &stream, std::vector<T> &values)
 }
 } // namespace
 
-std::optional<std::vector<InstalledBundle>> ComponentCache::read(const QString &path)
+std::optional<ComponentCache::Contents> ComponentCache::read(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const auto data = readRegularFile(QFile::encodeName(path));
+    if (!data)
         return std::nullopt;
-    QDataStream outer(&file);
+    QDataStream outer(*data);
     outer.setVersion(streamVersion);
     quint32 found = 0;
     QByteArray sum;
@@ -97,16 +99,18 @@ std::optional<std::vector<InstalledBundle>> ComponentCache::read(const QString &
         return std::nullopt;
     QDataStream inner(body);
     inner.setVersion(streamVersion);
-    std::vector<InstalledBundle> bundles;
-    getAll(inner, bundles);
-    return inner.status() == QDataStream::Ok ? std::optional(std::move(bundles)) : std::nullopt;
+    Contents contents;
+    inner >> contents.lv2Path;
+    getAll(inner, contents.bundles);
+    return inner.status() == QDataStream::Ok ? std::optional(std::move(contents)) : std::nullopt;
 }
 
-bool ComponentCache::write(const QString &path, const std::vector<InstalledBundle> &bundles)
+bool ComponentCache::write(const QString &path, const QString &lv2Path, const std::vector<InstalledBundle> &bundles)
 {
     QByteArray body;
     QDataStream inner(&body, QIODevice::WriteOnly);
     inner.setVersion(streamVersion);
+    inner << lv2Path;
     putAll(inner, bundles);
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);

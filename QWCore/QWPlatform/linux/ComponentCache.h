@@ -12,11 +12,17 @@ namespace platform
 namespace ComponentCache
 {
 
-/// The bundles in the file at @p path (a real path).
-std::optional<std::vector<InstalledBundle>> read(const QString &path);
+struct Contents
+{
+    QString lv2Path; ///< The folders that were searched for LV2 bundles.
+    std::vector<InstalledBundle> bundles;
+};
+
+/// What the file at @p path (a real path) holds.
+std::optional<Contents> read(const QString &path);
 
 /// Replaces the file; false when it could not be written, which costs only time.
-bool write(const QString &path, const std::vector<InstalledBundle> &bundles);
+bool write(const QString &path, const QString &lv2Path, const std::vector<InstalledBundle> &bundles);
 
 } // namespace ComponentCache
 

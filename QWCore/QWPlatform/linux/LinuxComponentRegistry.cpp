@@ -83,11 +83,11 @@ void readLv2(ChildProcesses &processes, const std::vector<InstalledBundle *> &bu
     }
 }
 
-/// The bundles that are there now, without their components.
-std::vector<InstalledBundle> foundBundles(const Locations &locations)
+/// The bundles at those of @p paths that are bundles now, without their components.
+std::vector<InstalledBundle> bundlesAt(const QStringList &paths)
 {
     std::vector<InstalledBundle> bundles;
-    for (const QString &path : PluginFolders::componentBundles(locations) + PluginFolders::lv2Bundles(locations)) {
+    for (const QString &path : paths) {
         std::vector<qint64> stamps = PluginFolders::stamps(watchedPaths(path));
         if (isBundle(path, stamps))
             bundles.push_back({path, std::move(stamps), {}});
@@ -163,7 +163,9 @@ const LinuxComponentRegistry::Place *LinuxComponentRegistry::_find(const AudioCo
 void LinuxComponentRegistry::_readCache()
 {
     m_cacheRead = true;
-    m_bundles = ComponentCache::read(_supportFile(cacheName)).value_or(std::vector<InstalledBundle>());
+    auto cache = ComponentCache::read(_supportFile(cacheName)).value_or(ComponentCache::Contents());
+    m_bundles = std::move(cache.bundles);
+    m_lv2Path = std::move(cache.lv2Path);
     _index();
 }
 
@@ -172,9 +174,12 @@ void LinuxComponentRegistry::_scan(Files files)
     if (!m_cacheRead)
         _readCache();
     m_scanned = true;
-    std::vector<InstalledBundle> found = foundBundles(m_locations);
+    const PluginFolders::Bundles folders = PluginFolders::componentAndLv2Bundles(m_locations);
+    std::vector<InstalledBundle> found = bundlesAt(folders.paths);
+    _tellOfNames(folders.passedOver);
     if (std::equal(found.begin(), found.end(), m_bundles.begin(), m_bundles.end(), isSameState))
         return; // the usual case, which must cost next to nothing
+    _tellOfPath();
     std::unordered_map<QString, InstalledBundle> known;
     for (InstalledBundle &bundle : std::exchange(m_bundles, {}))
         known.emplace(bundle.path, std::move(bundle));
@@ -194,11 +199,27 @@ void LinuxComponentRegistry::_scan(Files files)
     _index();
 }
 
+void LinuxComponentRegistry::_tellOfNames(const QStringList &passedOver)
+{
+    for (const QString &path : passedOver)
+        if (m_passedOver.insert(path).second)
+            qWarning("\"%s\" is passed over: its name is not UTF-8.", qUtf8Printable(path));
+}
+
+void LinuxComponentRegistry::_tellOfPath()
+{
+    const QString lv2Path = std::exchange(m_lv2Path, PluginFolders::lv2Path());
+    if (!lv2Path.isEmpty() && lv2Path != m_lv2Path)
+        qWarning(
+            "LV2 plug-ins are looked for in \"%s\" now, before in \"%s\": those of the other folders are forgotten.",
+            qUtf8Printable(m_lv2Path), qUtf8Printable(lv2Path));
+}
+
 void LinuxComponentRegistry::_update(Files files)
 {
     _assignCodes(files == Files::Update ? ComponentCodes::Keep::Yes : ComponentCodes::Keep::No);
     if (files == Files::Update)
-        ComponentCache::write(_supportFile(cacheName), m_bundles);
+        ComponentCache::write(_supportFile(cacheName), m_lv2Path, m_bundles);
 }
 
 void LinuxComponentRegistry::_assignCodes(ComponentCodes::Keep keep)

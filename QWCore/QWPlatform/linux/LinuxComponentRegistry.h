@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 
 namespace platform
 {
@@ -46,6 +47,8 @@ private:
 
     void _scan(Files files);
     void _readCache();
+    void _tellOfNames(const QStringList &passedOver);
+    void _tellOfPath();
     void _update(Files files);
     void _assignCodes(ComponentCodes::Keep keep);
     void _index();
@@ -57,6 +60,8 @@ private:
     std::mutex m_mutex; ///< Guards all below.
     bool m_cacheRead = false;
     bool m_scanned = false;
+    QString m_lv2Path;                      ///< The folders that were searched for m_bundles; "": not known.
+    std::set<QString> m_passedOver;         ///< Bundles that the log was told of.
     std::vector<InstalledBundle> m_bundles; ///< In registry order.
     std::vector<Place> m_places;            ///< Every unit once, in registry order.
     std::map<std::array<quint32, 3>, std::size_t> m_placeOfCodes;

@@ -1,6 +1,7 @@
 #include "PluginFolders.h"
 
 #include "../foundation/Locations.h"
+#include "../foundation/Utf8.h"
 
 #include <QFile>
 
@@ -26,38 +27,36 @@ constexpr const char *componentFolders[] = {"~/Library/Audio/Plug-Ins/Components
 #endif
 constexpr auto usualLv2Path = "~/.lv2:/usr/local/lib/lv2:/usr/lib/" QW_MULTIARCH "/lv2:/usr/lib/lv2";
 
-/// Sorted paths of the folders and links in @p folder whose names end in @p suffix; hidden ones are passed over.
-QStringList entries(const QString &folder, const QByteArray &suffix)
+/// Adds the sorted paths of the folders and links in @p folder whose names end in @p suffix, hidden ones not.
+void addEntries(Bundles &bundles, const QString &folder, const QByteArray &suffix)
 {
     const std::unique_ptr<DIR, int (*)(DIR *)> directory(::opendir(QFile::encodeName(folder).constData()), ::closedir);
-    QStringList paths;
+    const auto before = bundles.paths.size();
     while (const dirent *entry = directory ? ::readdir(directory.get()) : nullptr) {
         const QByteArrayView name(entry->d_name);
         const bool isPlainFile = entry->d_type == DT_REG;
-        if (!isPlainFile && !name.startsWith('.') && name.endsWith(suffix))
-            paths += folder + '/' + QFile::decodeName(entry->d_name);
+        if (isPlainFile || name.startsWith('.') || !name.endsWith(suffix))
+            continue;
+        const bool isText = QUtf8StringView(name).isValidUtf8();
+        (isText ? bundles.paths : bundles.passedOver) += folder + '/' + textOfUtf8(name);
     }
-    std::sort(paths.begin(), paths.end());
-    return paths;
+    std::sort(bundles.paths.begin() + before, bundles.paths.end());
 }
 } // namespace
 
-QStringList componentBundles(const Locations &locations)
+Bundles componentAndLv2Bundles(const Locations &locations)
 {
-    QStringList paths;
+    Bundles bundles;
     for (const char *folder : componentFolders)
-        paths += entries(locations.mapped(folder), ".component");
-    return paths;
+        addEntries(bundles, locations.mapped(folder), ".component");
+    for (const QString &folder : lv2Path().split(u':', Qt::SkipEmptyParts))
+        addEntries(bundles, locations.expandingTilde(folder), "");
+    return bundles;
 }
 
-QStringList lv2Bundles(const Locations &locations)
+QString lv2Path()
 {
-    const QString searchPath =
-        qEnvironmentVariableIsEmpty("LV2_PATH") ? QString(usualLv2Path) : qEnvironmentVariable("LV2_PATH");
-    QStringList paths;
-    for (const QString &folder : searchPath.split(u':', Qt::SkipEmptyParts))
-        paths += entries(locations.expandingTilde(folder), "");
-    return paths;
+    return qEnvironmentVariableIsEmpty("LV2_PATH") ? QString(usualLv2Path) : qEnvironmentVariable("LV2_PATH");
 }
 
 qint64 stamp(const QString &path)

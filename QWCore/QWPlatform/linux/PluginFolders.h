@@ -13,11 +13,19 @@ class Locations;
 namespace PluginFolders
 {
 
-/// The ".component" bundles of the user's folder, then of the system's: what the user installed goes first.
-QStringList componentBundles(const Locations &locations);
+struct Bundles
+{
+    QStringList paths;
+    QStringList passedOver; ///< Those whose name is not UTF-8, so that no path can name them; for a log.
+};
 
-/// The LV2 bundles of LV2_PATH, or of the usual folders below the home folder and in the system.
-QStringList lv2Bundles(const Locations &locations);
+/// The ".component" bundles of the user's folder, then of the system's: what the user installed goes first. Then the
+/// LV2 bundles of lv2Path().
+Bundles componentAndLv2Bundles(const Locations &locations);
+
+/// The folders of LV2 bundles, as LV2_PATH names them: its own, or the usual ones below the home folder and in the
+/// system.
+QString lv2Path();
 
 /// Modification time of @p path in nanoseconds since 1970; 0 when there is nothing.
 qint64 stamp(const QString &path);
