@@ -7,6 +7,7 @@
 #include <QWPlatform/appkit/InstanceLink.h>
 #include <QWPlatform/appkit/MenuEvents.h>
 #include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/appkit/PendingInput.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/appkit/Selector.h>
 #include <QWPlatform/appkit/Theme.h>
@@ -184,6 +185,8 @@ void QWApplication::getUrlWithReplyEvent(const QString &) {}
 bool QWApplication::notify(QObject *receiver, QEvent *event)
 {
     try {
+        if (platform::PendingInput::takes(receiver, event))
+            return true;
         for (const SendEvent isTaken : m_sendEvent)
             if (isTaken(*this, receiver, event))
                 return true;

@@ -1,7 +1,10 @@
+#include "appkit/WindowSystem.h"
+
 #include <QWPlatform/linux/LinuxKeyboardState.h>
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QProcess>
 #include <QTest>
 #include <QWidget>
@@ -72,6 +75,7 @@ private Q_SLOTS:
     void physicalKeyCountsWhereItIsKnown();
     void repeatsChangeNothing();
     void eventsThatReachNobodyCountToo();
+    void keysThatWaitCountAndActLater();
     void keysAreForgottenWhenTheApplicationIsLeft();
     void codesOfTheKeys_data();
     void codesOfTheKeys();
@@ -145,6 +149,25 @@ void tst_LinuxKeyboardState::eventsThatReachNobodyCountToo()
     QVERIFY(keyboard.keyMap() == mapOf({1}));
     keyboard.noteKeyEvent(QKeyEvent(QEvent::KeyRelease, Qt::Key_S, Qt::NoModifier, "s"));
     QVERIFY(keyboard.keyMap() == KeyMap{});
+}
+
+// As during a scan, which delivers nothing.
+void tst_LinuxKeyboardState::keysThatWaitCountAndActLater()
+{
+    LinuxKeyboardState keyboard;
+    keyboard.startWatching();
+    QLineEdit window;
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    WindowSystem::sendKey(window.windowHandle(), QEvent::KeyPress, Qt::Key_S, "s");
+    QVERIFY(keyboard.keyMap() == mapOf({1}));
+    QCOMPARE(window.text(), QString());
+    WindowSystem::sendKey(window.windowHandle(), QEvent::KeyRelease, Qt::Key_S, "s");
+    WindowSystem::sendKey(window.windowHandle(), QEvent::KeyPress, Qt::Key_X, "x");
+    QVERIFY(keyboard.keyMap() == mapOf({7}));
+    QTRY_COMPARE(window.text(), QString("sx"));
+    QVERIFY(keyboard.keyMap() == mapOf({7}));
 }
 
 void tst_LinuxKeyboardState::keysAreForgottenWhenTheApplicationIsLeft()

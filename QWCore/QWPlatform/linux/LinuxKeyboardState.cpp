@@ -1,5 +1,6 @@
 #include "LinuxKeyboardState.h"
 
+#include "../appkit/PendingInput.h"
 #include "HeldKeys.h"
 #include "KeyCodes.h"
 
@@ -46,7 +47,11 @@ bool isLockedOnServer(xcb_connection_t *connection)
 }
 } // namespace
 
-LinuxKeyboardState::LinuxKeyboardState() = default;
+LinuxKeyboardState::LinuxKeyboardState()
+    : m_pendingInput(std::make_unique<PendingInput>())
+{
+}
+
 LinuxKeyboardState::~LinuxKeyboardState() = default;
 
 void LinuxKeyboardState::startWatching()
@@ -57,8 +62,11 @@ void LinuxKeyboardState::startWatching()
 
 KeyMap LinuxKeyboardState::keyMap()
 {
-    xcb_connection_t *connection = xConnection();
-    return connection ? askServer(connection) : _heldKeys().map();
+    if (xcb_connection_t *connection = xConnection())
+        return askServer(connection);
+    HeldKeys &keys = _heldKeys();
+    m_pendingInput->look([&](const QKeyEvent &event) { keys.note(event); });
+    return keys.map();
 }
 
 void LinuxKeyboardState::noteKeyEvent(const QKeyEvent &event)

@@ -8,8 +8,10 @@ namespace platform
 {
 
 class HeldKeys;
+class PendingInput;
 
-/// Asks the X server; on other window systems, remembers from the key events of the application what is held.
+/// Asks the X server; on other window systems, remembers from the key events of the application what is held, those
+/// included that wait while the main thread is at work.
 class QWPLATFORM_EXPORT LinuxKeyboardState : public KeyboardState
 {
 public:
@@ -26,6 +28,7 @@ private:
     HeldKeys &_heldKeys();
 
     std::unique_ptr<HeldKeys> m_heldKeys; ///< Null while X11 is asked.
+    std::unique_ptr<PendingInput> m_pendingInput;
 };
 
 } // namespace platform
