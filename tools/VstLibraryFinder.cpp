@@ -2,7 +2,7 @@
 
 #include "ElfExports.h"
 
-#include <QDirIterator>
+#include <QDir>
 #include <QFileInfo>
 #include <QSet>
 
@@ -17,15 +17,37 @@ constexpr const char *folders[] = {
     "~/.vst",       "~/.lxvst",       "/usr/local/lib/vst",           "/usr/local/lib/lxvst",
     "/usr/lib/vst", "/usr/lib/lxvst", "/usr/lib/x86_64-linux-gnu/vst"};
 
-QStringList librariesBelow(const QString &folder)
+/// The walk through one folder. Links to folders are followed, since packages install a link to where their libraries
+/// are; each real folder is looked at once, so that a circle of links ends.
+class Walk
 {
-    QStringList paths;
-    // Links to folders are not followed, so that a circle of them ends.
-    for (QDirIterator files(folder, {"*.so"}, QDir::Files, QDirIterator::Subdirectories); files.hasNext();)
-        paths += files.next();
-    std::sort(paths.begin(), paths.end());
-    return paths;
-}
+public:
+    QStringList librariesBelow(const QString &folder)
+    {
+        _enter(folder, 0);
+        std::sort(m_paths.begin(), m_paths.end());
+        return m_paths;
+    }
+
+private:
+    void _enter(const QString &folder, int depth)
+    {
+        constexpr int deepest = 16;
+        const QString real = QFileInfo(folder).canonicalFilePath();
+        if (real.isEmpty() || m_seen.contains(real) || depth > deepest)
+            return;
+        m_seen.insert(real);
+        for (const QFileInfo &entry : QDir(folder).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot)) {
+            if (entry.isDir())
+                _enter(entry.filePath(), depth + 1);
+            else if (entry.fileName().endsWith(".so"))
+                m_paths += entry.filePath();
+        }
+    }
+
+    QStringList m_paths;
+    QSet<QString> m_seen; ///< Real paths of folders.
+};
 } // namespace
 
 QStringList usualFolders(const QString &home)
@@ -43,7 +65,7 @@ QStringList candidates(const QStringList &searched)
     QStringList found;
     QSet<QString> known;
     for (const QString &folder : searched)
-        for (const QString &path : librariesBelow(folder)) {
+        for (const QString &path : Walk().librariesBelow(folder)) {
             const QString real = QFileInfo(path).canonicalFilePath();
             if (real.isEmpty() || known.contains(real))
                 continue;

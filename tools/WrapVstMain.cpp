@@ -1,20 +1,31 @@
 // qw-wrap-vst: makes bare VST libraries visible to the hosts, as ".vst" bundles in the user's VST folder.
 #include "VstLibraryFinder.h"
+#include "VstOwnName.h"
 #include "VstWrappers.h"
 
 #include <QWPlatform/System.h>
+#include <QWPlatform/foundation/ChildProcesses.h>
 #include <QWPlatform/foundation/Locations.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QLockFile>
 
+#include <chrono>
 #include <cstdio>
+#include <optional>
+#include <string_view>
 
 namespace
 {
 constexpr auto description = "Wraps the VST libraries of the usual folders (VST_PATH, ~/.vst, ~/.lxvst, /usr/lib/vst, "
                              "…) as bundles in \"~/Library/Audio/Plug-Ins/VST\", and keeps these up to date: a changed "
                              "library is validated again, and the bundle of a library that is gone is removed.";
+constexpr int moreToDo = 3;          // exit status
+constexpr int lockPatience = 30'000; // milliseconds; another one is at work meanwhile
 constexpr auto wrongArgument = "qw-wrap-vst: \"%s\" is no option; folders follow --folder.\n";
 
 void print(const char *what, const QStringList &paths)
@@ -32,16 +43,38 @@ void printDetails(const VstWrappers::Summary &summary)
 
 void printSummary(const VstWrappers::Summary &summary, bool isDryRun)
 {
-    std::printf("%s%d added, %d updated, %d removed, %d unchanged, %d failed\n", isDryRun ? "Would be: " : "",
+    std::printf("%s%d added, %d updated, %d removed, %d unchanged, %d failed", isDryRun ? "Would be: " : "",
                 int(summary.added.size()), int(summary.updated.size()), int(summary.removed.size()), summary.unchanged,
                 int(summary.failed.size()));
+    std::printf(summary.left > 0 ? ", %d left\n" : "\n", summary.left);
 }
-} // namespace
 
-int main(int argc, char **argv)
+QString askForName(const QString &library)
 {
-    const QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationVersion(QW_VERSION);
+    return VstOwnName::ask(platform::System::current().childProcesses(), QCoreApplication::applicationFilePath(),
+                           library);
+}
+
+/// Two at a time would make two bundles of one library.
+bool lockFolder(QLockFile &lock)
+{
+    QDir().mkpath(QFileInfo(lock.fileName()).path());
+    lock.setStaleLockTime(0); // as long as its process lives
+    return lock.tryLock(lockPatience) || lock.error() != QLockFile::LockFailedError;
+}
+
+/// What the command line asks for.
+struct Wishes
+{
+    bool isDryRun = false;
+    bool isQuiet = false;
+    QStringList folders; ///< Empty: the usual ones.
+    std::optional<std::chrono::seconds> time;
+};
+
+/// Ends the program when the command line asks for help or for what there is not.
+std::optional<Wishes> wishesOf(const QCoreApplication &application)
+{
     QCommandLineParser parser;
     parser.setApplicationDescription(description);
     parser.addHelpOption();
@@ -50,23 +83,56 @@ int main(int argc, char **argv)
     const QCommandLineOption quiet("quiet", "Print the summary only.");
     const QCommandLineOption folder("folder", "Look in <folder> instead of the usual folders; may be repeated.",
                                     "folder");
-    parser.addOptions({dryRun, quiet, folder});
+    const QCommandLineOption time("seconds", "Stop after about so many; with exit status 3 there is more to do.",
+                                  "seconds");
+    parser.addOptions({dryRun, quiet, folder, time});
     parser.process(application);
     if (const QStringList words = parser.positionalArguments(); !words.isEmpty()) {
         std::fprintf(stderr, wrongArgument, qUtf8Printable(words.first()));
+        return std::nullopt;
+    }
+    Wishes wishes{parser.isSet(dryRun), parser.isSet(quiet), parser.values(folder), {}};
+    if (parser.isSet(time))
+        wishes.time = std::chrono::seconds(parser.value(time).toUInt());
+    return wishes;
+}
+
+VstWrappers::Summary wrap(const platform::Locations &locations, const Wishes &wishes)
+{
+    VstWrappers wrappers(locations.mapped("~/Library/Audio/Plug-Ins/VST"),
+                         wishes.isDryRun ? VstWrappers::Mode::DryRun : VstWrappers::Mode::Change, askForName);
+    if (wishes.time)
+        wrappers.setTimeLimit([end = QDeadlineTimer(*wishes.time)] { return end.hasExpired(); });
+    return wrappers.update(VstLibraryFinder::candidates(
+        wishes.folders.isEmpty() ? VstLibraryFinder::usualFolders(locations.home()) : wishes.folders));
+}
+
+int exitStatus(const VstWrappers::Summary &summary)
+{
+    return summary.left > 0 ? moreToDo : summary.failed.isEmpty() ? 0 : 1;
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationVersion(QW_VERSION);
+    if (argc == 3 && std::string_view(argv[1]) == VstOwnName::option)
+        VstOwnName::print(QCoreApplication::arguments().at(2));
+    const auto wishes = wishesOf(application);
+    if (!wishes)
+        return 1;
+    const platform::Locations &locations = platform::System::current().locations();
+    QLockFile lock(locations.mapped("~/Library/Application Support/Quorwell/vst_wrappers.lock"));
+    if (!wishes->isDryRun && !lockFolder(lock)) {
+        std::fprintf(stderr, "qw-wrap-vst: another one is at work.\n");
         return 1;
     }
-
-    const platform::Locations &locations = platform::System::current().locations();
-    const QStringList folders =
-        parser.isSet(folder) ? parser.values(folder) : VstLibraryFinder::usualFolders(locations.home());
-    VstWrappers wrappers(locations.mapped("~/Library/Audio/Plug-Ins/VST"),
-                         parser.isSet(dryRun) ? VstWrappers::Mode::DryRun : VstWrappers::Mode::Change);
-    const VstWrappers::Summary summary = wrappers.update(VstLibraryFinder::candidates(folders));
-    if (!parser.isSet(quiet))
+    const VstWrappers::Summary summary = wrap(locations, *wishes);
+    if (!wishes->isQuiet)
         printDetails(summary);
-    printSummary(summary, parser.isSet(dryRun));
+    printSummary(summary, wishes->isDryRun);
     for (const QString &path : summary.failed)
         std::fprintf(stderr, "qw-wrap-vst: could not wrap or remove %s\n", qUtf8Printable(path));
-    return summary.failed.isEmpty() ? 0 : 1;
+    return exitStatus(summary);
 }

@@ -117,6 +117,11 @@ private slots:
         QCOMPARE(logOfScan(), QStringList()); // from the cache
         setTime(bad + "/manifest.ttl", 10);
         QCOMPARE(logOfScan().size(), 1);
+        setTime(bad + "/manifest.ttl", 20); // as a validator finds it that looks for a unit beside it
+        const LogOfTest log;
+        LinuxComponentRegistry registry(locations);
+        platform::LinuxPluginLoader loader(locations, registry);
+        QVERIFY(loader.openComponent(registry.componentsOfType(fourCharCode("aufx")).at(0), nullptr));
     }
 
     void bundleThatChangedIsReadAgainBeforeItIsOpened()

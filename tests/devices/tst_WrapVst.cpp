@@ -35,6 +35,13 @@ public:
         return VstWrappers(bundles(), mode).update(VstLibraryFinder::candidates({libraries()}));
     }
 
+    /// The same with plug-ins that all call themselves @p name.
+    VstWrappers::Summary updateNamed(const QString &name) const
+    {
+        return VstWrappers(bundles(), VstWrappers::Mode::Change, [=](const QString &) { return name; })
+            .update(VstLibraryFinder::candidates({libraries()}));
+    }
+
     QStringList bundleNames() const
     {
         return QDir(bundles()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
@@ -173,6 +180,104 @@ private slots:
         QCOMPARE(folders.bundleNames(), (QStringList{"Echo 2.vst", "Echo.vst"}));
     }
 
+    void linkedFoldersAreFollowedAndCirclesEnd()
+    {
+        const Folders folders;
+        const Folders elsewhere;
+        elsewhere.addLibrary("deep/Echo.so");
+        folders.addLibrary("Reverb.so");
+        QVERIFY(QFile::link(elsewhere.libraries(), folders.libraries() + "/maker.at"));
+        QVERIFY(QFile::link(folders.libraries(), elsewhere.libraries() + "/back"));
+        QVERIFY(QFile::link("..", elsewhere.libraries() + "/deep/up"));
+        QVERIFY(QFile::link("/nowhere", folders.libraries() + "/nowhere"));
+        QCOMPARE(folders.update().added.size(), 2);
+        QCOMPARE(folders.bundleNames(), (QStringList{"Echo.vst", "Reverb.vst"}));
+        QCOMPARE(folders.update().unchanged, 2);
+    }
+
+    void bundlesAreNamedAsTheirPluginsSay_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("bundle");
+        QTest::newRow("words") << "Tape Echo 2.5"
+                               << "Tape Echo 2.5.vst";
+        QTest::newRow("none") << ""
+                              << "libEcho.vst";
+        QTest::newRow("slashes") << "L/R"
+                                 << "L-R.vst";
+        QTest::newRow("hidden") << "..Echo"
+                                << "Echo.vst";
+        QTest::newRow("lines") << "Tape\n\tEcho"
+                               << "Tape Echo.vst";
+        QTest::newRow("only dots") << ".."
+                                   << "libEcho.vst";
+        QTest::newRow("too long") << QString(300, u'é') << QString(100, u'é') + ".vst";
+    }
+
+    void bundlesAreNamedAsTheirPluginsSay()
+    {
+        QFETCH(QString, name);
+        const Folders folders;
+        folders.addLibrary("libEcho.so");
+        QCOMPARE(folders.updateNamed(name).added.size(), 1);
+        QTEST(folders.bundleNames().join(", "), "bundle");
+        QCOMPARE(folders.updateNamed(name).unchanged, 1);
+    }
+
+    void bundlesOfOneNameAreNumberedAndStay()
+    {
+        const Folders folders;
+        folders.addLibrary("a.so");
+        const QString second = folders.addLibrary("b.so");
+        folders.updateNamed("Echo");
+        QCOMPARE(folders.bundleNames(), (QStringList{"Echo 2.vst", "Echo.vst"}));
+        setModified(second, 2000);
+        QCOMPARE(folders.updateNamed("Echo").updated, QStringList{folders.bundle("Echo 2.vst")});
+    }
+
+    void bundleWithTheFilesNameGetsThePluginsOwn()
+    {
+        const Folders folders;
+        const QString library = folders.addLibrary("libEcho.so");
+        folders.update();
+        QCOMPARE(folders.updateNamed("Tape Echo").updated, QStringList{folders.bundle("Tape Echo.vst")});
+        QCOMPARE(folders.bundleNames(), QStringList{"Tape Echo.vst"});
+        QCOMPARE(folders.updateNamed("Tape Echo").unchanged, 1);
+        setModified(library, 2000); // an update with another name
+        folders.updateNamed("Better Echo");
+        QCOMPARE(folders.bundleNames(), QStringList{"Better Echo.vst"});
+    }
+
+    void whatThereIsNoTimeForIsLeft()
+    {
+        const Folders folders;
+        const QString changed = folders.addLibrary("a.so");
+        folders.update();
+        setModified(changed, 2000);
+        folders.addLibrary("b.so");
+        folders.addLibrary("c.so");
+        const auto updateInNoTime = [&] {
+            VstWrappers wrappers(folders.bundles(), VstWrappers::Mode::Change);
+            wrappers.setTimeLimit([] { return true; });
+            return wrappers.update(VstLibraryFinder::candidates({folders.libraries()}));
+        };
+        QCOMPARE(updateInNoTime().left, 2);
+        QCOMPARE(updateInNoTime().left, 1);
+        setModified(changed, 3000);
+        QCOMPARE(updateInNoTime().left, 1);
+        QCOMPARE(updateInNoTime().left, 0);
+        QCOMPARE(folders.bundleNames(), (QStringList{"a.vst", "b.vst", "c.vst"}));
+    }
+
+    void whatAnEndedRunLeftBehindIsRemoved()
+    {
+        const Folders folders;
+        PluginDisk::write(folders.bundle(".wrapping-abcdef/made/Contents/Info.plist"), "x");
+        folders.addLibrary("Echo.so");
+        folders.update();
+        QCOMPARE(folders.bundleNames(), QStringList{"Echo.vst"});
+    }
+
     void dryRunChangesNothing()
     {
         const Folders folders;
@@ -201,15 +306,56 @@ private slots:
     void programTellsWhatItDid()
     {
         const Folders folders;
-        folders.addLibrary("Echo.so");
+        folders.addLibrary("libecho.so");
         const PluginDisk disk;
         const auto first = disk.run(QW_WRAP_VST, {"--folder", folders.libraries()});
         QCOMPARE(first.status, 0);
-        QVERIFY(first.output.contains("Echo.vst\n1 added, 0 updated, 0 removed, 0 unchanged, 0 failed\n"));
-        QVERIFY(QFile::exists(disk.home() + "/Library/Audio/Plug-Ins/VST/Echo.vst/Contents/Info.plist"));
+        QVERIFY(first.output.contains("Test Good.vst\n1 added, 0 updated, 0 removed, 0 unchanged, 0 failed\n"));
+        QVERIFY(QFile::exists(disk.home() + "/Library/Audio/Plug-Ins/VST/Test Good.vst/Contents/Info.plist"));
         const auto second = disk.run(QW_WRAP_VST, {"--quiet", "--folder", folders.libraries()});
         QCOMPARE(second.output, QByteArray("0 added, 0 updated, 0 removed, 1 unchanged, 0 failed\n"));
         QVERIFY(disk.run(QW_WRAP_VST, {"--help"}).output.contains("--dry-run"));
+    }
+
+    void programStopsWhenItsTimeIsUp()
+    {
+        const Folders folders;
+        folders.addLibrary("a.so");
+        folders.addLibrary("b.so");
+        const PluginDisk disk;
+        const QStringList arguments{"--quiet", "--seconds", "0", "--folder", folders.libraries()};
+        const auto first = disk.run(QW_WRAP_VST, arguments);
+        QCOMPARE(first.output, QByteArray("1 added, 0 updated, 0 removed, 0 unchanged, 0 failed, 1 left\n"));
+        QCOMPARE(first.status, 3);
+        QCOMPARE(disk.run(QW_WRAP_VST, arguments).status, 0);
+    }
+
+    void pluginThatTellsNoNameIsNamedAfterItsFile_data()
+    {
+        QTest::addColumn<QString>("plugin");
+        for (const char *plugin : {"CrashAtLoad", "CrashAtOpen", "Exiting", "Refusing"})
+            QTest::newRow(plugin) << plugin;
+    }
+
+    void pluginThatTellsNoNameIsNamedAfterItsFile()
+    {
+        QFETCH(QString, plugin);
+        const Folders folders;
+        folders.addLibrary("Echo-vst.so", plugin);
+        const PluginDisk disk;
+        const auto run = disk.run(QW_WRAP_VST, {"--folder", folders.libraries()});
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.errors, QByteArray());
+        QVERIFY(run.output.contains("/Echo.vst\n1 added"));
+    }
+
+    void pluginThatPrintsSpoilsNoName()
+    {
+        const Folders folders;
+        folders.addLibrary("Echo-vst.so", "Printing");
+        const PluginDisk disk;
+        QVERIFY(
+            disk.run(QW_WRAP_VST, {"--folder", folders.libraries()}).output.contains("/Test Printing.vst\n1 added"));
     }
 
     void programRefusesWhatItDoesNotKnow_data()

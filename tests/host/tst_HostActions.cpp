@@ -8,12 +8,17 @@
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/Theme.h>
+#include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/UserDefaults.h>
+#include <QWUtilities/plugins/QWVSTWrapping.h>
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
+#include <QWUtilities/shell/QWSplashScreen.h>
 #include <QWUtilities/shortcuts/ShortcutEditor.h>
 
+#include <QDir>
 #include <QMenuBar>
+#include <QSemaphore>
 #include <QToolButton>
 
 #include <semaphore>
@@ -418,11 +423,30 @@ void tst_HostActions::windowsOpen()
     }
 }
 
+// What the wrapping brings is found by the scan that follows; the window stays at work until then.
 void tst_HostActions::plugInsAreLookedFor()
 {
-    const int asked = _host().system.keyboard.asked;
+    auto &system = _host().system;
+    const QString bundle = system.locations().mapped("~/Library/Audio/Plug-Ins/VST/Just Installed.vst");
+    QSemaphore mayEnd;
+    QStringList programs;
+    system.processes.handler = [&](const platform::ChildProcessRequest &request) {
+        programs += request.launchPath.section('/', -1);
+        if (programs.size() == 1) {
+            mayEnd.acquire();
+            QDir().mkpath(bundle);
+        }
+        return platform::ChildProcessResult{.started = true, .exited = true, .status = 0, .output = {}};
+    };
+    QTRY_VERIFY(!QWSplashScreen::isVisible());
     QVERIFY(_host().press("Look for New Plug-ins"));
-    QVERIFY(_host().system.keyboard.asked >= asked);
+    QVERIFY(_host().press("Look for New Plug-ins")); // once more does no harm
+    QVERIFY(!QWSplashScreen::isVisible());
+    mayEnd.release();
+    QTRY_VERIFY(!QWVSTWrapping::sharedInstance().isUnderWay());
+    QCOMPARE(programs, QStringList({"qw-wrap-vst", "VST Validator"}));
+    QVERIFY(QDir(bundle).removeRecursively());
+    system.processes.handler = {};
     QTRY_VERIFY(_host().window().isVisible());
 }
 

@@ -57,6 +57,13 @@ expect("menu of a machine without plug-ins" "${menu}" "No plug-ins found")
 run(COMMAND ${work}/build/symbolless OUTPUT mapped)
 expect("frameworks of a host that uses no symbol" "${mapped}" "libQWUtilities.so.A\nlibQWBase.so.A\nlibQWPlatform.so.A")
 
+# Helper programs, in their frameworks and in bin.
+file(GLOB_RECURSE reader ${prefix}/qw-lv2-reader)
+run(COMMAND ${reader} 512 20 10 OUTPUT greeting)
+expect("reader of LV2 bundles" "${greeting}" "QWL1")
+run(COMMAND ${prefix}/bin/qw-wrap-vst --folder ${work}/none OUTPUT summary)
+expect("wrapper of VST libraries" "${summary}" "0 added, 0 updated, 0 removed, 0 unchanged, 0 failed")
+
 # The host of the guide: launches, opens two windows, quits. An exception would stand in its log; of an interface file
 # that lacks something it tells on standard error.
 run(COMMAND ${CMAKE_COMMAND} -S ${examples}/guide -B ${work}/guide -G Ninja

@@ -19,6 +19,7 @@
 #include <QWUtilities/controllers/QWScrollWheelManager.h>
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
+#include <QWUtilities/plugins/QWVSTWrapping.h>
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 #include <QWUtilities/shell/QWSplashScreen.h>
@@ -146,7 +147,15 @@ void DemoApplication::applyControllerSettings(QObject *)
     m_controllerActions->applySettings();
 }
 
+// Bare libraries that were installed meanwhile become bundles first; the window stays at work until they are.
 void DemoApplication::validatePlugIns(QObject *)
+{
+    auto &wrapping = QWVSTWrapping::sharedInstance();
+    if (!wrapping.isUnderWay() && !wrapping.begin([this] { scanPlugIns(); }))
+        scanPlugIns();
+}
+
+void DemoApplication::scanPlugIns()
 {
     QWSplashScreen::splashScreen().open();
     _validate();

@@ -40,6 +40,9 @@ public:
     ViewActions &viewActions() const { return *m_viewActions; }
     HostMenus &menus() const { return *m_menus; }
 
+    /// Looks for new plug-ins behind the splash screen and fills the menus anew.
+    void scanPlugIns();
+
     // Actions of menu items and shortcuts.
     Q_INVOKABLE void toggleKeyboardShortcuts(QObject *sender);
     Q_INVOKABLE void toggleScrollWheelActions(QObject *sender);
@@ -49,7 +52,7 @@ public:
     Q_INVOKABLE void openLegal(QObject *sender);
     Q_INVOKABLE void openAcknowledgements(QObject *sender);
     Q_INVOKABLE void openAbout(QObject *sender);
-    Q_INVOKABLE void validatePlugIns(QObject *sender); ///< Looks for new plug-ins behind the splash screen.
+    Q_INVOKABLE void validatePlugIns(QObject *sender); ///< Wraps bare libraries in the background, then scans.
     Q_INVOKABLE void terminate(QObject *sender);       ///< Closes the window, which may object, and quits.
 
 protected:

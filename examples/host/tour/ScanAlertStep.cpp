@@ -40,9 +40,9 @@ std::optional<QImage> ScanAlertStep::picture(DemoApplication &application)
     if (!m_scanned && !QWSplashScreen::isVisible()) { // the one of the launch has faded
         m_scanned = true;
         installBrokenBundle();
-        application.validatePlugIns(nullptr);
+        application.scanPlugIns();
         QDir(brokenBundle()).removeRecursively();
-        application.validatePlugIns(nullptr);
+        application.scanPlugIns();
     }
     return m_picture;
 }

@@ -1,0 +1,78 @@
+#include "QWVSTWrapping.h"
+
+#include <QWBase/QWPathStrings.h>
+#include <QWPlatform/System.h>
+#include <QWPlatform/foundation/BackgroundWork.h>
+#include <QWPlatform/foundation/Bundle.h>
+#include <QWPlatform/foundation/ChildProcesses.h>
+
+#include <atomic>
+
+using platform::System;
+
+namespace
+{
+constexpr int moreToDo = 3; ///< The program's exit status when its time was up.
+
+const char frameworkAnchor = 0; ///< Lies in this framework, and so tells where that is.
+
+/// A second at a time, so that a host that quits does not wait for all of it.
+platform::ChildProcessRequest wrappingRequest()
+{
+    QString path = platform::Bundle::forAddress(&frameworkAnchor).executablePath();
+    QWPathStrings::replaceLastPathComponent(path, "Versions/A/Helpers/qw-wrap-vst");
+    platform::ChildProcessRequest request;
+    request.launchPath = path;
+    request.arguments = QStringList{"--quiet", "--seconds", "1"};
+    request.captureOutput = true; // not the terminal's
+    return request;
+}
+} // namespace
+
+struct QWVSTWrapping::State
+{
+    std::atomic<bool> isCancelled = false;
+    bool isUnderWay = false; ///< Main thread only.
+};
+
+QWVSTWrapping &QWVSTWrapping::sharedInstance()
+{
+    return System::current().shared<QWVSTWrapping>([] { return new QWVSTWrapping; });
+}
+
+QWVSTWrapping::QWVSTWrapping()
+    : m_state(std::make_shared<State>())
+{
+}
+
+QWVSTWrapping::~QWVSTWrapping()
+{
+    m_state->isCancelled = true;
+}
+
+bool QWVSTWrapping::isUnderWay() const
+{
+    return m_state->isUnderWay;
+}
+
+bool QWVSTWrapping::begin(std::function<void()> done)
+{
+    if (m_state->isUnderWay)
+        return false;
+    auto &processes = System::current().childProcesses();
+    m_state->isUnderWay =
+        System::current().backgroundWork().start([=, state = m_state, &processes, request = wrappingRequest()] {
+            const auto hasMore = [&] {
+                const platform::ChildProcessResult result = processes.run(request);
+                return result.exited && result.status == moreToDo;
+            };
+            while (!state->isCancelled && hasMore()) {
+            }
+            return [=] {
+                state->isUnderWay = false;
+                if (!state->isCancelled)
+                    done();
+            };
+        });
+    return m_state->isUnderWay;
+}
