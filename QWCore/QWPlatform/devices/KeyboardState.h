@@ -25,8 +25,8 @@ public:
     /// nothing, and it costs next to nothing.
     virtual void startWatching() = 0;
 
-    /// X11 is asked directly; elsewhere, what the application's windows were told since startWatching(), which this calls
-    /// when nobody did. What waits to be told counts, too: it is looked at and acts later (see PendingInput).
+    /// X11 is asked directly; elsewhere, what the application's windows were told since startWatching(), which this
+    /// calls when nobody did. What waits to be told counts, too: it is looked at and acts later (see PendingInput).
     virtual KeyMap keyMap() = 0;
 
     /// Whether Caps Lock is locked, which Qt's modifiers do not tell. X11 is asked directly; elsewhere, what the keys
