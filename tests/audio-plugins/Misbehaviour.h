@@ -41,7 +41,7 @@ void misbehaveAtOpen();
 /// What it does when it is closed.
 void misbehaveAtClose();
 
-/// Whether it still gives samples that are not finite.
+/// Whether its next sample is not finite.
 bool isNoisy();
 
 /// Ends the process with a segmentation fault.
