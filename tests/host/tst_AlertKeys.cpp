@@ -132,6 +132,14 @@ void scanUnitThatCannotBeOpened()
     scan<QWAUManager>([](FakeSystem &s) { s.components.add("aufx", "Dlay", "Acme", ""); });
 }
 
+void scanWhereNoResultCanBeKept()
+{
+    scan<QWAUManager>([](FakeSystem &s) {
+        s.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
+        s.writeFile("~/Library/Application Support/Quorwell", "in the folder's place");
+    });
+}
+
 void scanKnownBundle()
 {
     scan<QWVSTManager>([](FakeSystem &s) {
@@ -181,6 +189,7 @@ const QList<Row> &table()
          "OK",
          "OK",
          scanUnitThatCannotBeOpened},
+        {"New plug-ins cannot be tried.", {}, "OK", "OK", scanWhereNoResultCanBeKept},
         {"The folder could not be made.", {}, "OK", "OK", showError},
     };
     return rows;

@@ -13,6 +13,11 @@
 using platform::addMenuItem;
 using platform::MenuItem;
 
+namespace
+{
+constexpr int patience = 30'000; ///< Milliseconds. The engine is another process, and starts with the first page.
+} // namespace
+
 /// Keys while a page of the real engine has the focus: shortcuts, and items of the menu.
 class tst_WebViewKeys : public QObject
 {
@@ -71,14 +76,13 @@ void tst_WebViewKeys::cleanup()
 
 bool tst_WebViewKeys::_show(const QString &html)
 {
-    constexpr int patience = 30'000; // the engine starts with the first page
     m_window->show();
     QSignalSpy loaded(m_view.get(), &platform::WebView::loadFinished);
     m_view->loadHtml("<style>*{margin:0;width:100%;height:60px}</style>" + html, {});
     if (!QTest::qWaitForWindowActive(m_window.get()) || (loaded.isEmpty() && !loaded.wait(patience)))
         return false;
     m_view->widget()->setFocus();
-    return QTest::qWaitFor([this] { return m_view->widget()->isAncestorOf(QApplication::focusWidget()); });
+    return QTest::qWaitFor([this] { return m_view->widget()->isAncestorOf(QApplication::focusWidget()); }, patience);
 }
 
 void tst_WebViewKeys::_click(const QPoint &position)
@@ -115,7 +119,7 @@ void tst_WebViewKeys::fieldsAreText()
     QFETCH(const QString, html);
     QVERIFY(_show(html));
     _click();
-    QTRY_VERIFY(platform::isTypingText());
+    QTRY_VERIFY_WITH_TIMEOUT(platform::isTypingText(), patience);
     for (const int key : {Qt::Key_P, Qt::Key_Space, Qt::Key_S})
         _press(key);
     QCOMPARE(m_receiver->sent, QStringList());
@@ -127,7 +131,7 @@ void tst_WebViewKeys::pageThatIsReadIsNoText()
     for (const QPoint &position : {QPoint(60, 40), QPoint(60, 90), QPoint(60, 150)}) {
         m_receiver->sent.clear();
         _click(position);
-        QTRY_VERIFY(!platform::isTypingText());
+        QTRY_VERIFY_WITH_TIMEOUT(!platform::isTypingText(), patience);
         for (const int key : {Qt::Key_P, Qt::Key_Space, Qt::Key_S})
             _press(key);
         QCOMPARE(m_receiver->sent, (QStringList{"play 0", "stop 0", "save 0"}));
@@ -145,7 +149,7 @@ void tst_WebViewKeys::commandsWorkInAField()
     _add("Control", "d", MenuItem::Control);
     QVERIFY(_show("<textarea>text</textarea>"));
     _click();
-    QTRY_VERIFY(platform::isTypingText());
+    QTRY_VERIFY_WITH_TIMEOUT(platform::isTypingText(), patience);
     const std::tuple<int, Qt::KeyboardModifiers, QString> presses[] = {
         {Qt::Key_S, Qt::ControlModifier, "Save"}, {Qt::Key_W, Qt::ControlModifier, "Close"},
         {Qt::Key_Q, Qt::ControlModifier, "Quit"}, {Qt::Key_F6, Qt::NoModifier, "Function"},
@@ -153,10 +157,10 @@ void tst_WebViewKeys::commandsWorkInAField()
     for (const auto &[key, modifiers, title] : presses) {
         m_chosen.clear();
         _press(key, modifiers);
-        QTRY_COMPARE(m_chosen, QStringList(title));
+        QTRY_COMPARE_WITH_TIMEOUT(m_chosen, QStringList(title), patience);
     }
     _press(Qt::Key_F6); // once each: a second round of one would have come before this
-    QTRY_COMPARE(m_chosen, (QStringList{"Control", "Function"}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_chosen, (QStringList{"Control", "Function"}), patience);
     QCOMPARE(m_receiver->sent, QStringList());
 }
 
@@ -166,9 +170,9 @@ void tst_WebViewKeys::commandsWorkOnAPage()
     _add("Letter", "o", 0);
     QVERIFY(_show("<p>Nothing to edit</p>"));
     _press(Qt::Key_S, Qt::ControlModifier);
-    QTRY_COMPARE(m_chosen, QStringList("Save"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_chosen, QStringList("Save"), patience);
     _press(Qt::Key_O);
-    QTRY_COMPARE(m_chosen, (QStringList{"Save", "Letter"}));
+    QTRY_COMPARE_WITH_TIMEOUT(m_chosen, (QStringList{"Save", "Letter"}), patience);
 }
 
 void tst_WebViewKeys::whatIsTypedStaysTheFields()
@@ -179,23 +183,23 @@ void tst_WebViewKeys::whatIsTypedStaysTheFields()
     _add("Save", "s", MenuItem::Command);
     QVERIFY(_show("<textarea>text</textarea>"));
     _click();
-    QTRY_VERIFY(platform::isTypingText());
+    QTRY_VERIFY_WITH_TIMEOUT(platform::isTypingText(), patience);
     _press(Qt::Key_O);
     for (const int key : {Qt::Key_A, Qt::Key_C, Qt::Key_V, Qt::Key_X, Qt::Key_Z})
         _press(key, Qt::ControlModifier);
     _press(Qt::Key_S, Qt::ControlModifier); // the last one tells that the others have come
-    QTRY_COMPARE(m_chosen, QStringList("Save"));
+    QTRY_COMPARE_WITH_TIMEOUT(m_chosen, QStringList("Save"), patience);
 }
 
 void tst_WebViewKeys::textIsOneOnlyWhileItIsEdited()
 {
     QVERIFY(_show("<input><p>Nothing to edit</p>"));
     _click();
-    QTRY_VERIFY(platform::isTypingText());
+    QTRY_VERIFY_WITH_TIMEOUT(platform::isTypingText(), patience);
     _press(Qt::Key_P);
     QCOMPARE(m_receiver->sent, QStringList());
     _click(QPoint(60, 100));
-    QTRY_VERIFY(!platform::isTypingText());
+    QTRY_VERIFY_WITH_TIMEOUT(!platform::isTypingText(), patience);
     _press(Qt::Key_P);
     QCOMPARE(m_receiver->sent, QStringList("play 0"));
 }
