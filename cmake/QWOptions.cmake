@@ -2,7 +2,7 @@ option(QW_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 option(QW_BUILD_EXAMPLES "Build the demo host and the simulators" ON)
 option(QW_BUILD_BENCH "Build the benchmarks" ON)
 option(QW_UNITY "Build each framework in a few large pieces: quicker from scratch" OFF)
-set(QW_SANITIZER "" CACHE STRING "Sanitizer to build with: empty, address or thread")
+set(QW_SANITIZER "" CACHE STRING "Sanitizers to build with, with commas: empty, address,undefined or thread")
 include(CTest)
 
 set(CMAKE_CXX_STANDARD 20)
@@ -29,7 +29,8 @@ if(QW_MOLD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 
 if(QW_SANITIZER)
-    add_compile_options(-fsanitize=${QW_SANITIZER} -fno-omit-frame-pointer)
+    # Undefined behaviour ends the program, as other faults do, so that its test fails.
+    add_compile_options(-fsanitize=${QW_SANITIZER} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${QW_SANITIZER})
 endif()
 
