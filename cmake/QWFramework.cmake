@@ -32,6 +32,7 @@ function(qw_add_framework name)
         UNITY_BUILD ${QW_UNITY}
         UNITY_BUILD_MODE BATCH
         EXPORT_NAME ${name})
+    qw_precompile(${name})
     add_custom_command(TARGET ${name} POST_BUILD
         COMMAND ${CMAKE_COMMAND} -DNAME=${name} -DLIB_DIR=${QW_LIB_DIR} -P ${CMAKE_SOURCE_DIR}/cmake/QWFrameworkLinks.cmake
         VERBATIM)

@@ -2,6 +2,7 @@ option(QW_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 option(QW_BUILD_EXAMPLES "Build the demo host and the simulators" ON)
 option(QW_BUILD_BENCH "Build the benchmarks" ON)
 option(QW_UNITY "Build each framework in a few large pieces: quicker from scratch" OFF)
+option(QW_PRECOMPILE "Read the headers of Qt and the C++ library once: quicker from scratch" OFF)
 set(QW_SANITIZER "" CACHE STRING "Sanitizers to build with, with commas: empty, address,undefined or thread")
 include(CTest)
 
@@ -21,11 +22,16 @@ endif()
 find_program(QW_CCACHE ccache)
 if(QW_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     # Folders differ between checkouts and build trees; the objects do not.
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=/ CCACHE_NOHASHDIR=1 ${QW_CCACHE})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=/ CCACHE_NOHASHDIR=1
+        CCACHE_SLOPPINESS=pch_defines,time_macros ${QW_CCACHE})
 endif()
 find_program(QW_MOLD mold)
 if(QW_MOLD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_link_options(-fuse-ld=mold)
+endif()
+
+if(QW_PRECOMPILE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-fpch-preprocess) # so that ccache keeps what was compiled with such headers
 endif()
 
 if(QW_SANITIZER)

@@ -6,7 +6,10 @@ function(qw_add_test name)
         set(arg_TIMEOUT 120)
     endif()
     add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
-    target_link_libraries(${name} PRIVATE qw_fakes ${arg_LIBRARIES} Qt6::Test qw_warnings)
+    target_link_libraries(${name} PRIVATE qw_fakes ${arg_LIBRARIES})
+    if(QW_PRECOMPILE)
+        target_precompile_headers(${name} REUSE_FROM qw_fakes)
+    endif()
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     set_target_properties(${name} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin

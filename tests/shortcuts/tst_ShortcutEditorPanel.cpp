@@ -319,7 +319,7 @@ void tst_ShortcutEditorPanel::hostsOwnInterfaceFileIsTaken()
 {
     const EditorHost other;
     QVERIFY(other.open());
-    const QString own = QFINDTESTDATA("../../QWCore/QWUtilities/resources/QWKeyboardShortcuts.ui");
+    const QString own = QW_RESOURCES_DIR "/QWKeyboardShortcuts.ui";
     QFile file(own);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const EditorHost host;
