@@ -3,7 +3,6 @@
 #include <QWPlatform/linux/LinuxInstanceLink.h>
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTest>
 
@@ -45,7 +44,7 @@ class tst_LinuxInstanceLink : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void withoutBusNothingHappensQuickly();
+    void withoutBusNothingHappens();
     void initBus() { QVERIFY(m_bus.start()); }
     void nobodyListening();
     void urlsReachTheOtherProcess();
@@ -61,15 +60,12 @@ private:
     PrivateBus m_bus;
 };
 
-void tst_LinuxInstanceLink::withoutBusNothingHappensQuickly()
+void tst_LinuxInstanceLink::withoutBusNothingHappens()
 {
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    QElapsedTimer clock;
-    clock.start();
     LinuxInstanceLink link;
     QVERIFY(!link.listen(identifier, [](const QString &) {}));
     QVERIFY(!link.handOver(identifier, {"x:1"}));
-    QVERIFY(clock.elapsed() < 1000);
 }
 
 void tst_LinuxInstanceLink::nobodyListening()

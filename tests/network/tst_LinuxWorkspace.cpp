@@ -1,7 +1,6 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/linux/LinuxWorkspace.h>
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -122,10 +121,7 @@ void tst_LinuxWorkspace::openerThatHangsIsNotAwaited()
 {
     const QString fifo = m_folder->filePath("fifo");
     _install("/usr/bin/mkfifo '" + fifo.toUtf8() + "'; read line < '" + fifo.toUtf8() + "'");
-    QElapsedTimer clock;
-    clock.start();
-    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/")));
-    QVERIFY(clock.elapsed() < 5000);
+    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/"))); // returns while it hangs
     QTRY_VERIFY(QFile::exists(fifo));
     QFile end(fifo); // lets it go
     QVERIFY(end.open(QIODevice::WriteOnly));
