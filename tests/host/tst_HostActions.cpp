@@ -443,7 +443,7 @@ void tst_HostActions::plugInsAreLookedFor()
     QVERIFY(_host().press("Look for New Plug-ins")); // once more does no harm
     QVERIFY(!QWSplashScreen::isVisible());
     mayEnd.release();
-    QTRY_VERIFY(!QWVSTWrapping::sharedInstance().isUnderWay());
+    QTRY_VERIFY_WITH_TIMEOUT(!QWVSTWrapping::sharedInstance().isUnderWay(), HostUnderTest::patience);
     QCOMPARE(programs, QStringList({"qw-wrap-vst", "VST Validator"}));
     QVERIFY(QDir(bundle).removeRecursively());
     system.processes.handler = {};
