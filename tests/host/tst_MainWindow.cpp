@@ -6,11 +6,13 @@
 #include <fakes/QWTestMain.h>
 #include <views/ChainChip.h>
 #include <views/ChainStrip.h>
+#include <views/TransportLine.h>
 
 #include <QWPlatform/foundation/TextForms.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QFocusEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
@@ -35,6 +37,7 @@ private Q_SLOTS:
     void anotherSoundIsShownFromItsStart();
     void editLeavesTheViewWhereItIs();
     void savedSoundIsInTheTitle();
+    void lengthOfTheSelectionIsShown();
     void buttonComesUpWhenItsMenuCloses();
     void longChainShowsTheStationOfTheMoment();
 
@@ -195,6 +198,22 @@ void tst_MainWindow::savedSoundIsInTheTitle()
     m_document->setSaved("Saved.wav");
     QVERIFY(m_window->windowTitle().startsWith("Saved.wav[*] — "));
     QVERIFY(!m_window->isWindowModified());
+}
+
+void tst_MainWindow::lengthOfTheSelectionIsShown()
+{
+    m_document->setSource("Sample.wav", "Test", sounds::clip());
+    const auto shows = [this](const QString &facts) {
+        const auto labels = m_window->transport().findChildren<QLabel *>();
+        return std::ranges::any_of(labels, [&](const QLabel *label) { return label->text() == facts; });
+    };
+    QVERIFY(shows("0:00.010 · 48 kHz · Mono"));
+    m_window->viewport().setSelection({0.002, 0.006});
+    QVERIFY(shows("0:00.010 · 48 kHz · Mono · 0:00.004 selected"));
+    m_document->addStep({"Echo", "Test", sounds::clip()});
+    QVERIFY(shows("0:00.010 · 48 kHz · Mono · 0:00.004 selected"));
+    m_window->viewport().setSelection({});
+    QVERIFY(shows("0:00.010 · 48 kHz · Mono"));
 }
 
 /// The menus of the buttons are those of the menu bar.

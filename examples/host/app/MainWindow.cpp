@@ -139,6 +139,8 @@ QWidget *MainWindow::_makeContent()
     layout->addWidget(m_waveforms, 1);
     connect(m_chain, &ChainStrip::stationChosen, this, &MainWindow::showStation);
     connect(&m_viewport, &Viewport::positionChanged, m_transport, &TransportLine::setPosition);
+    connect(&m_viewport, &Viewport::selectionChanged, m_transport,
+            [this] { m_transport->showSelection(m_viewport.selection()); });
     return content;
 }
 

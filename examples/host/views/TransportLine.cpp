@@ -74,10 +74,25 @@ TransportLine::TransportLine(QWidget *parent)
 
 void TransportLine::showSound(const Clip *clip)
 {
-    m_facts->setText(clip ? Wording::summary(*clip) : QString());
+    m_summary = clip ? Wording::summary(*clip) : QString();
+    _showFacts();
     m_play->setVisible(clip != nullptr);
     m_position->setVisible(clip != nullptr);
     m_level->setVisible(clip != nullptr);
+}
+
+/// What is done next is done to it, so its length stands where that of the sound does.
+void TransportLine::showSelection(const TimeRange &selection)
+{
+    m_selection = selection;
+    _showFacts();
+}
+
+void TransportLine::_showFacts()
+{
+    const QString length =
+        platform::formatted(platform::localized("%@ selected"), {Wording::time(m_selection.length())});
+    m_facts->setText(m_selection.isEmpty() ? m_summary : m_summary + " · " + length);
 }
 
 void TransportLine::setPosition(double seconds)

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "TimeRange.h"
+
+#include <QString>
 #include <QWidget>
 
 class QLabel;
@@ -25,6 +28,7 @@ public:
     /// Null: no sound.
     void showSound(const Clip *clip);
     void setPosition(double seconds);
+    void showSelection(const TimeRange &selection);
     void showPlaying(bool playing);
     void showLevel(float level); ///< A peak at the position.
 
@@ -41,6 +45,10 @@ Q_SIGNALS:
     void cancelled();
 
 private:
+    void _showFacts();
+
+    QString m_summary;
+    TimeRange m_selection;
     QToolButton *m_play;
     QLabel *m_position;
     LevelMeter *m_level;
