@@ -109,7 +109,7 @@ void QWApplicationLog::openLogFile()
         const std::lock_guard lock(m_mutex);
         _open();
     }
-    System::current().workspace().openFile(m_path);
+    platform::openFileOrTell(m_path);
 }
 
 void QWApplicationLog::_log(int level, const QWApplicationLogContext *context, const QString &message)

@@ -62,6 +62,8 @@ private Q_SLOTS:
     void nothingCutShortIsAnInterface();
     void missingOutletIsNamed();
     void outletOfAnotherClassIsNamed();
+    void incompleteFileLeavesNoOutlet();
+    void outletsOfTakenWidgetsStay();
     void actionWithoutMethodIsNamed();
     void customClassesAreMade();
     void textsAreLocalized();
@@ -200,6 +202,41 @@ void tst_InterfaceFile::outletOfAnotherClassIsNamed()
     file.connectOutlet("status", status);
     QVERIFY(!status);
     QVERIFY(!file.isComplete());
+}
+
+/// Their widgets go with the file.
+void tst_InterfaceFile::incompleteFileLeavesNoOutlet()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    Owner owner;
+    QLabel *status = nullptr;
+    QPushButton *button = nullptr;
+    {
+        InterfaceFile file("Owner", _bundleWith(system, windowWith("<widget class=\"QLabel\" name=\"status\"/>")),
+                           owner);
+        file.connectOutlet("status", status);
+        _expectWarnings("no outlet \"button\"");
+        file.connectOutlet("button", button);
+        QVERIFY(!file.isComplete());
+    }
+    QVERIFY(!status && !button);
+}
+
+void tst_InterfaceFile::outletsOfTakenWidgetsStay()
+{
+    FakeSystem system;
+    platform::System::Scope current(system);
+    Owner owner;
+    InterfaceFile file("Owner", _bundleWith(system, windowWith("<widget class=\"QLabel\" name=\"status\"/>")), owner);
+    QLabel *status = nullptr;
+    QLabel *missing = nullptr;
+    file.connectOutlet("status", status);
+    _expectWarnings("no outlet \"missing\"");
+    file.connectOutlet("missing", missing);
+    const std::unique_ptr<QWidget> kept = file.takeWidget();
+    QVERIFY(!file.isComplete());
+    QCOMPARE(status, kept->findChild<QLabel *>("status"));
 }
 
 void tst_InterfaceFile::actionWithoutMethodIsNamed()

@@ -6,11 +6,53 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFileSystemModel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <fakes/FakeSystem.h>
 
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 using platform::FilePanels;
+
+namespace
+{
+/// Notes which files of a folder are opened, by whomever.
+class OpenedFiles
+{
+public:
+    explicit OpenedFiles(const QString &folder)
+        : m_watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        ::inotify_add_watch(m_watch, QFile::encodeName(folder).constData(), IN_OPEN);
+    }
+    ~OpenedFiles() { ::close(m_watch); }
+    OpenedFiles(const OpenedFiles &) = delete;
+    OpenedFiles &operator=(const OpenedFiles &) = delete;
+
+    QStringList names() const
+    {
+        alignas(inotify_event) char buffer[4096];
+        QStringList names;
+        for (ssize_t size; (size = ::read(m_watch, buffer, sizeof buffer)) > 0;) {
+            for (const char *at = buffer; at < buffer + size;) {
+                const auto &event = *reinterpret_cast<const inotify_event *>(at);
+                if (event.len > 0 && !(event.mask & IN_ISDIR))
+                    names.append(QFile::decodeName(event.name));
+                at += sizeof event + event.len;
+            }
+        }
+        return names;
+    }
+
+private:
+    int m_watch;
+};
+} // namespace
 
 /// One shown panel on the fake disk, and what it said.
 class tst_LinuxFilePanels : public QObject
@@ -35,6 +77,11 @@ private Q_SLOTS:
     void fileTypesHaveATitle();
     void folderCanBeChosen();
     void panelGoesWithItsWindow();
+    void nothingIsProposedWithoutAName();
+    void panelOpensNoFile_data();
+    void panelOpensNoFile();
+    void specialFilesAreRefused_data();
+    void specialFilesAreRefused();
 
 private:
     QFileDialog *_save(const QString &type = "pdf", const QStringList &others = {});
@@ -247,6 +294,75 @@ void tst_LinuxFilePanels::panelGoesWithItsWindow()
     QVERIFY(!panel);
     QVERIFY(m_ends.isEmpty());
     m_window = std::make_unique<QWidget>();
+}
+
+/// Not the bare extension, which would be a hidden file.
+void tst_LinuxFilePanels::nothingIsProposedWithoutAName()
+{
+    m_panels.beginSavePanel({m_window.get(), "Export", "", "pdf"}, [](int, const QString &) {});
+    QCOMPARE(_panel()->findChild<QLineEdit *>()->text(), QString());
+}
+
+void tst_LinuxFilePanels::panelOpensNoFile_data()
+{
+    QTest::addColumn<bool>("remembered");
+    QTest::newRow("chosen folder") << false;
+    QTest::newRow("remembered folder") << true;
+}
+
+/// A name without extension says nothing of what a file is. The kernel's own, listed as common ones, may never end.
+void tst_LinuxFilePanels::panelOpensNoFile()
+{
+    QFETCH(bool, remembered);
+    for (const char *name : {"endless", "strange.xyzzy", "tone.wav"})
+        m_system->writeFile(QString("~/Odd/") + name, "data");
+    const QString folder = m_system->real("~/Odd");
+    OpenedFiles opened(folder);
+    if (remembered)
+        m_system->userDefaults().setObject("NSNavLastRootDirectory", "~/Odd");
+    m_panels.beginOpenPanel({m_window.get(), "Open", {}}, [](int, const QStringList &) {});
+    if (!remembered)
+        _panel()->setDirectory(folder);
+    const auto *const model = _panel()->findChild<QFileSystemModel *>();
+    for (const char *name : {"endless", "strange.xyzzy", "tone.wav"}) {
+        const auto looked = [&] { return !model->type(model->index(folder + '/' + name)).isEmpty(); };
+        QTRY_VERIFY2(looked(), name);
+        QVERIFY(!model->fileIcon(model->index(folder + '/' + name)).isNull());
+    }
+    delete _panel(); // waits for those that still look
+    QCOMPARE(opened.names(), QStringList());
+}
+
+void tst_LinuxFilePanels::specialFilesAreRefused_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("saves");
+    for (const bool saves : {false, true}) {
+        QTest::addRow("pipe, %s", saves ? "save" : "open") << "~/pipe" << saves;
+        QTest::addRow("endless device, %s", saves ? "save" : "open") << "/dev/zero" << saves;
+    }
+}
+
+/// Nobody would ever answer.
+void tst_LinuxFilePanels::specialFilesAreRefused()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, saves);
+    m_system->makeDirectory("~");
+    QCOMPARE(::mkfifo(QFile::encodeName(m_system->real("~/pipe")).constData(), 0600), 0);
+    int code = -1;
+    if (saves)
+        m_panels.beginSavePanel({m_window.get(), "Save", "", ""}, [&](int c, const QString &) { code = c; });
+    else
+        m_panels.beginOpenPanel({m_window.get(), "Open", {}}, [&](int c, const QStringList &) { code = c; });
+    const PanelDriver overwrite(
+        [](QWidget &box) { dynamic_cast<QMessageBox &>(box).button(QMessageBox::Yes)->click(); });
+    _panel()->findChild<QLineEdit *>()->setText(path.startsWith('~') ? m_system->real(path) : path);
+    static_cast<QDialog *>(_panel())->accept();
+    QTRY_COMPARE(code, FilePanels::Cancel);
+    QCOMPARE(m_system->alerts.shown.size(), 1);
+    QVERIFY(m_system->alerts.shown.first().endsWith("cannot be used."));
+    QVERIFY(!m_system->userDefaults().object("NSNavLastRootDirectory").isValid());
 }
 
 QTEST_MAIN(tst_LinuxFilePanels)

@@ -32,7 +32,7 @@ void FakeWebView::loadHtml(const QString &newHtml, const QUrl &newBaseUrl)
 void FakeWebView::printToPdf(const QString &path, std::function<void(bool)> done)
 {
     pdfs.append(path);
-    done(true);
+    done(writesPdfs);
 }
 
 bool FakeWebView::click(const QUrl &url)

@@ -35,6 +35,7 @@ public:
     QUrl baseUrl;
     int prints = 0;
     QStringList pdfs; ///< Paths printed to.
+    bool writesPdfs = true;
 
 private:
     bool _navigate(const QUrl &url);

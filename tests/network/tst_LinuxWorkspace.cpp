@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
+#include <fakes/FakeSystem.h>
 
 #include <csignal>
 
@@ -28,6 +29,9 @@ private Q_SLOTS:
     void withoutOpenerNothingIsOpened();
     void openerThatHangsIsNotAwaited();
     void openerHasTheUsualSignals();
+    void whatNothingOpensIsTold_data();
+    void whatNothingOpensIsTold();
+    void whatIsOpenedIsNotTold();
 
 private:
     void _install(const QByteArray &script) const;
@@ -136,5 +140,35 @@ void tst_LinuxWorkspace::openerHasTheUsualSignals()
     QTRY_COMPARE(_opened(), QByteArray::number(128 + SIGXFSZ) + "\n");
 }
 
-QTEST_GUILESS_MAIN(tst_LinuxWorkspace)
+void tst_LinuxWorkspace::whatNothingOpensIsTold_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::newRow("no program for it") << QByteArray("exit 3");
+    QTest::newRow("program failed") << QByteArray("exit 4");
+}
+
+/// The opener knows only after a while.
+void tst_LinuxWorkspace::whatNothingOpensIsTold()
+{
+    QFETCH(QByteArray, script);
+    FakeSystem system;
+    const System::Scope current(system);
+    _install(script);
+    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/")));
+    QTRY_COMPARE(system.alerts.shown, QStringList("“https://example.test/” could not be opened."));
+}
+
+void tst_LinuxWorkspace::whatIsOpenedIsNotTold()
+{
+    FakeSystem system;
+    const System::Scope current(system);
+    _install("printf done > '" + m_folder->filePath("opened").toUtf8() + "'");
+    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/")));
+    QTRY_COMPARE(_opened(), "done");
+    _install("exit 3");
+    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://second.test/"))); // which is told after the first has ended
+    QTRY_COMPARE(system.alerts.shown, QStringList("“https://second.test/” could not be opened."));
+}
+
+QTEST_MAIN(tst_LinuxWorkspace)
 #include "tst_LinuxWorkspace.moc"

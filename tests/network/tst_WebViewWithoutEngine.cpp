@@ -3,6 +3,8 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -26,6 +28,8 @@ private Q_SLOTS:
     void missingFileFinishesWithFailure();
     void policyIsObeyed();
     void pdfIsWritten();
+    void printingIsAnswered_data();
+    void printingIsAnswered();
     void parentMayGoFirst();
 
 private:
@@ -127,6 +131,30 @@ void tst_WebViewWithoutEngine::pdfIsWritten()
 
     view.printToPdf(m_folder->filePath("none/Manual.pdf"), [&](bool done) { ok = done; });
     QVERIFY(!*ok);
+}
+
+void tst_WebViewWithoutEngine::printingIsAnswered_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<bool>("ok");
+    QTest::newRow("printed") << "page.pdf" << true;
+    QTest::newRow("no such folder") << "none/page.pdf" << false;
+}
+
+void tst_WebViewWithoutEngine::printingIsAnswered()
+{
+    QFETCH(QString, file);
+    WebViewWithoutEngine view(nullptr);
+    view.loadHtml("<h1>Manual</h1>", {});
+    const QSignalSpy ends(&view, &WebView::printFinished);
+    view.print();
+    auto *const dialog = view.widget()->window()->findChild<QPrintDialog *>();
+    QVERIFY(dialog);
+    dialog->printer()->setOutputFormat(QPrinter::PdfFormat);
+    dialog->printer()->setOutputFileName(m_folder->filePath(file));
+    Q_EMIT dialog->QDialog::accepted();
+    QCOMPARE(ends.size(), 1);
+    QTEST(ends.first().first().toBool(), "ok");
 }
 
 void tst_WebViewWithoutEngine::parentMayGoFirst()

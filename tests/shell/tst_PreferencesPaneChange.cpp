@@ -1,6 +1,8 @@
 #include "PreferencesFixture.h"
 #include "fakes/QWTestMain.h"
 
+#include <QWPlatform/appkit/ControlActions.h>
+
 /// The change from one pane to another: who is told, and what becomes of the panel's frame.
 class tst_PreferencesPaneChange : public QObject
 {
@@ -11,6 +13,7 @@ private Q_SLOTS:
     void currentPaneIsNotChangedAgain();
     void otherSendersChangeNothing();
     void keyboardGoesOnInTheNewPane();
+    void changeOfPaneCommitsAField();
     void contentTakesTheSizeOfThePane();
     void visiblePanelKeepsItsTopEdge();
     void hiddenPanelKeepsItsBottomLeftCorner();
@@ -56,6 +59,20 @@ void tst_PreferencesPaneChange::otherSendersChangeNothing()
     host.controller().changePane(&unknown);
     QVERIFY(host.noted().isEmpty());
     QCOMPARE(host.current(), "general");
+}
+
+void tst_PreferencesPaneChange::changeOfPaneCommitsAField()
+{
+    const PreferencesFixture host;
+    QWPreferencesPanel::open();
+    QVERIFY(QTest::qWaitForWindowActive(&host.panel()));
+    auto *const field = host.panel().findChild<QLineEdit *>("nameField");
+    QVERIFY(platform::connectControl(*field, "itemChanged:", *host.controller().currentPane()));
+    field->setFocus();
+    QTest::keyClicks(field, "Jo");
+    host.choose("files");
+    QCOMPARE(host.system.userDefaults().string("Name"), QString("Jo"));
+    QCOMPARE(host.noted().filter("changed").size(), 1);
 }
 
 void tst_PreferencesPaneChange::keyboardGoesOnInTheNewPane()

@@ -11,6 +11,22 @@
 
 using platform::Toolbar;
 
+namespace
+{
+void useEverything()
+{
+    QWManual &manual = QWManual::manual();
+    manual.back();
+    manual.forward();
+    manual.home();
+    manual.print();
+    manual.printToPDF();
+    manual.legal();
+    manual.acknowledgements();
+    manual.stopProgress();
+}
+} // namespace
+
 class tst_QWManual : public QObject
 {
     Q_OBJECT
@@ -38,6 +54,11 @@ private Q_SLOTS:
     void toolbarLeadsThroughThePages();
     void keysLeadThroughThePages();
     void incompleteInterfaceOpensNothing();
+    void nothingHappensBeforeTheWindowIsMade();
+    void pdfThatCannotBeWrittenIsTold();
+    void printThatFailsIsTold();
+    void linkThatNothingOpensIsTold();
+    void linksThatNothingOpensAreToldOneAtATime();
 };
 
 void tst_QWManual::isOnePerMachine()
@@ -371,6 +392,72 @@ void tst_QWManual::incompleteInterfaceOpensNothing()
     QWManual::openLegal();
     QVERIFY(!QWManual::manual().window());
     QVERIFY(host.system.alerts.shown.isEmpty());
+    useEverything();
+}
+
+/// A host may wire the actions to menu items of its own.
+void tst_QWManual::nothingHappensBeforeTheWindowIsMade()
+{
+    const ManualFixture host;
+    useEverything();
+    QVERIFY(host.system.filePanels.saves.empty());
+    host.install("page");
+    host.open();
+    QCOMPARE(host.view().url(), host.indexUrl());
+}
+
+void tst_QWManual::pdfThatCannotBeWrittenIsTold()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    host.view().writesPdfs = false;
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("could not be written to"));
+    QWManual::manual().printToPDF();
+    host.system.filePanels.endSave(platform::FilePanels::OK, "/none/Book.pdf");
+    QCOMPARE(host.system.alerts.shown, QStringList("The manual could not be saved as a PDF"));
+    QVERIFY(host.system.alerts.alerts.front().informativeText.contains("“Book.pdf”"));
+}
+
+void tst_QWManual::printThatFailsIsTold()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    QWManual::manual().print();
+    Q_EMIT host.view().printFinished(true);
+    QVERIFY(host.system.alerts.shown.isEmpty());
+    Q_EMIT host.view().printFinished(false);
+    QCOMPARE(host.system.alerts.shown, QStringList("The manual could not be printed"));
+}
+
+/// Not from within the navigation, which the engine waits for.
+void tst_QWManual::linkThatNothingOpensIsTold()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    host.system.workspace.succeeds = false;
+    QVERIFY(!host.view().click(QUrl("https://example.com/a")));
+    QVERIFY(host.system.alerts.shown.isEmpty());
+    QTRY_COMPARE(host.system.alerts.shown, QStringList("“https://example.com/a” could not be opened."));
+}
+
+void tst_QWManual::linksThatNothingOpensAreToldOneAtATime()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    host.system.workspace.succeeds = false;
+    host.system.alerts.whileShown = [&] { host.view().click(QUrl("https://example.com/while-it-is-up")); };
+    for (int i = 0; i < 50; ++i)
+        host.view().click(QUrl("https://example.com/a"));
+    QTRY_COMPARE(host.system.alerts.shown.size(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(host.system.alerts.shown.size(), 1);
+    host.system.alerts.whileShown = {};
+    host.view().click(QUrl("https://example.com/b"));
+    QTRY_COMPARE(host.system.alerts.shown.size(), 2);
 }
 
 QW_TEST_MAIN(tst_QWManual)

@@ -1,5 +1,6 @@
 #include "ControlActions.h"
 
+#include "EditEnd.h"
 #include "ResponderChain.h"
 
 #include <QAbstractButton>
@@ -10,6 +11,7 @@
 #include <QDateTimeEdit>
 #include <QDoubleSpinBox>
 #include <QLineEdit>
+#include <QPointer>
 #include <QSpinBox>
 
 #include <array>
@@ -30,11 +32,48 @@ bool connectAs(QObject &control, const Selector &action, QObject &receiver)
     return typed;
 }
 
+/// Return sends also what has not changed: it asks for the action. The signal comes before that of the edit's end.
+bool connectField(QObject &control, const Selector &action, QObject &receiver)
+{
+    auto *const field = qobject_cast<QLineEdit *>(&control);
+    if (!field)
+        return false;
+    const auto send = [=, receiver = QPointer(&receiver)] {
+        if (receiver)
+            sendAction(action, receiver, field);
+    };
+    auto *const end = new EditEnd(*field, send);
+    QObject::connect(field, &QLineEdit::returnPressed, end, [=] {
+        end->forget();
+        send();
+    });
+    return true;
+}
+
+/// A choice is sent as it is made. What was typed into one that can be edited is sent when the edit ends.
+bool connectChoice(QObject &control, const Selector &action, QObject &receiver)
+{
+    auto *const choice = qobject_cast<QComboBox *>(&control);
+    if (!choice)
+        return false;
+    const auto send = [=, receiver = QPointer(&receiver)] {
+        if (receiver)
+            sendAction(action, receiver, choice);
+    };
+    auto *const end = choice->lineEdit() ? new EditEnd(*choice->lineEdit(), send) : nullptr;
+    QObject::connect(choice, &QComboBox::activated, &receiver, [=] {
+        if (end)
+            end->forget();
+        send();
+    });
+    return true;
+}
+
 constexpr std::array connectors{
     Connector(connectAs<QAbstractButton, &QAbstractButton::clicked>),
     Connector(connectAs<QAction, &QAction::triggered>),
-    Connector(connectAs<QLineEdit, &QLineEdit::returnPressed>),
-    Connector(connectAs<QComboBox, &QComboBox::activated>),
+    Connector(connectField),
+    Connector(connectChoice),
     Connector(connectAs<QAbstractSlider, &QAbstractSlider::valueChanged>),
     Connector(connectAs<QSpinBox, &QSpinBox::valueChanged>),
     Connector(connectAs<QDoubleSpinBox, &QDoubleSpinBox::valueChanged>),

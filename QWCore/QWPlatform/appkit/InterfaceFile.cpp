@@ -81,6 +81,21 @@ InterfaceFile::~InterfaceFile()
         m_widget.release(); // its parent owns it
 }
 
+std::unique_ptr<QWidget> InterfaceFile::takeWidget()
+{
+    m_outlets.clear();
+    return std::move(m_widget);
+}
+
+bool InterfaceFile::isComplete() const
+{
+    if (m_errors.isEmpty())
+        return true;
+    for (const auto &clear : m_outlets)
+        clear();
+    return false;
+}
+
 void InterfaceFile::registerClass(const QString &className, Factory factory)
 {
     factories().insert(className, std::move(factory));

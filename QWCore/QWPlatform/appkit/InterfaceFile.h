@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace platform
 {
@@ -34,7 +35,7 @@ public:
 
     /// The outermost widget; null when the file could not be loaded. Destroyed with this unless taken or parented.
     QWidget *widget() const { return m_widget.get(); }
-    std::unique_ptr<QWidget> takeWidget() { return std::move(m_widget); }
+    std::unique_ptr<QWidget> takeWidget();
 
     /// Sets @p outlet to the widget (or action, or layout) named @p name; null, and an error, when there is none or it
     /// is of another class.
@@ -43,10 +44,12 @@ public:
     {
         QObject *const found = _find(name, T::staticMetaObject);
         outlet = qobject_cast<T *>(found);
+        m_outlets.push_back([&outlet] { outlet = nullptr; });
     }
 
-    /// True while nothing was missing.
-    bool isComplete() const { return m_errors.isEmpty(); }
+    /// True while nothing was missing. Otherwise all outlets, which live still, are null again, since their widgets go
+    /// with this; not when the widget was taken, which keeps them.
+    bool isComplete() const;
     const QStringList &errors() const { return m_errors; }
 
     /// Makes custom widgets of class @p className (as the file spells it) from now on.
@@ -69,6 +72,7 @@ private:
     QString m_name;
     std::unique_ptr<QWidget> m_widget;
     QStringList m_errors;
+    std::vector<std::function<void()>> m_outlets; ///< Each makes one null.
 };
 
 } // namespace platform

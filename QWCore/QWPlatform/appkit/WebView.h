@@ -38,7 +38,8 @@ public:
     virtual bool canGoBack() const = 0;
     virtual bool canGoForward() const = 0;
 
-    /// Asks the user for a printer and prints the page.
+    /// Asks the user for a printer and prints the page; printFinished() says how that went, unless the user thinks
+    /// better of it.
     virtual void print() = 0;
 
     /// Writes the page, paginated, to @p path without asking; @p done gets whether that succeeded.
@@ -49,6 +50,9 @@ public:
 Q_SIGNALS:
     /// A load ended; @p ok is false when the page could not be shown.
     void loadFinished(bool ok);
+
+    /// The page asked for with print() is with the printer, or, false, could not be printed.
+    void printFinished(bool ok);
 
     /// What canGoBack() and canGoForward() answer may have changed.
     void historyChanged();

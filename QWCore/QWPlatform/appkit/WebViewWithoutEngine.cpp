@@ -75,7 +75,10 @@ void WebViewWithoutEngine::print()
 {
     if (!m_browser)
         return;
-    askForPrinter(*m_browser, [this](const std::shared_ptr<QPrinter> &printer) { m_browser->print(printer.get()); });
+    askForPrinter(*m_browser, [this](const std::shared_ptr<QPrinter> &printer) {
+        m_browser->print(printer.get());
+        Q_EMIT printFinished(printer->printerState() != QPrinter::Error);
+    });
 }
 
 void WebViewWithoutEngine::printToPdf(const QString &path, std::function<void(bool ok)> done)

@@ -1,8 +1,25 @@
 #include "Workspace.h"
 
+#include "../System.h"
+#include "UnopenedAlert.h"
+
+#include <QUrl>
+
 namespace platform
 {
 
 Workspace::~Workspace() = default;
+
+void openUrlOrTell(const QUrl &url)
+{
+    if (!System::current().workspace().openUrl(url))
+        UnopenedAlert::sharedInstance().tell(url.toDisplayString());
+}
+
+void openFileOrTell(const QString &path)
+{
+    if (!System::current().workspace().openFile(path))
+        UnopenedAlert::sharedInstance().tell(path);
+}
 
 } // namespace platform

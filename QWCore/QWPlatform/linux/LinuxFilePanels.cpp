@@ -1,5 +1,7 @@
 #include "LinuxFilePanels.h"
 
+#include "FileNameIcons.h"
+
 #include "../System.h"
 #include "../appkit/Alerts.h"
 #include "../foundation/Localization.h"
@@ -10,11 +12,20 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace platform
 {
 
 namespace
 {
+/// Outlives the panels, which ask it on a thread of their own.
+FileNameIcons &fileIcons()
+{
+    static auto &icons = *new FileNameIcons;
+    return icons;
+}
+
 constexpr auto lastFolderKey = "NSNavLastRootDirectory";
 
 QString lastFolder()
@@ -36,6 +47,7 @@ void rememberFolder(const QString &folder)
 QFileDialog *makePanel(QWidget *window, const QString &title)
 {
     auto *const panel = new QFileDialog(window, title, lastFolder());
+    panel->setIconProvider(&fileIcons());
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
     return panel;
@@ -62,6 +74,24 @@ void filterFiles(QFileDialog &panel, const QStringList &extensions, const QStrin
         return;
     panel.setOption(QFileDialog::HideNameFilterDetails, !title.isEmpty());
     panel.setNameFilter(title.isEmpty() ? filterFor(extensions) : title + " (" + filterFor(extensions) + ')');
+}
+
+/// Devices, pipes and sockets may never end or never answer; the panel lists none, but takes their names.
+bool isSpecial(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.exists() && !file.isFile() && !file.isDir();
+}
+
+bool hasSpecial(const QStringList &paths)
+{
+    const auto special = std::find_if(paths.begin(), paths.end(), isSpecial);
+    if (special == paths.end())
+        return false;
+    runAlert({formatted(localized("“%@” cannot be used."), {QFileInfo(*special).fileName()}),
+              localized("It is a device or a connection, not a file."),
+              {}});
+    return true;
 }
 
 /// The panel asks for the name that it was told itself; an extension added afterwards may name another file.
@@ -92,7 +122,8 @@ void prepareSave(QFileDialog &panel, const SavePanelRequest &request)
     panel.setDefaultSuffix(request.requiredFileType);
     if (!request.requiredFileType.isEmpty())
         filterFiles(panel, typesOf(request), {});
-    panel.selectFile(withExtension(QString(request.suggestedName).replace('/', '-'), request.requiredFileType));
+    if (!request.suggestedName.isEmpty())
+        panel.selectFile(withExtension(QString(request.suggestedName).replace('/', '-'), request.requiredFileType));
 }
 
 void prepareOpen(QFileDialog &panel, const OpenPanelRequest &request)
@@ -114,7 +145,7 @@ void LinuxFilePanels::beginSavePanel(const SavePanelRequest &request, std::funct
         const QString chosen = result == QDialog::Accepted ? panel->selectedFiles().value(0) : QString();
         const bool keeps = request.otherFileTypes.contains(QFileInfo(chosen).suffix(), Qt::CaseInsensitive);
         const QString path = chosen.isEmpty() || keeps ? chosen : withExtension(chosen, request.requiredFileType);
-        if (path.isEmpty() || !mayWrite(chosen, path))
+        if (path.isEmpty() || hasSpecial({path}) || !mayWrite(chosen, path))
             return didEnd(Cancel, {});
         rememberFolder(QFileInfo(path).absolutePath());
         didEnd(OK, path);
@@ -129,7 +160,7 @@ void LinuxFilePanels::beginOpenPanel(const OpenPanelRequest &request,
     prepareOpen(*panel, request);
     QObject::connect(panel, &QDialog::finished, panel, [=](int result) {
         const QStringList paths = result == QDialog::Accepted ? panel->selectedFiles() : QStringList();
-        if (paths.isEmpty())
+        if (paths.isEmpty() || hasSpecial(paths))
             return didEnd(Cancel, {});
         rememberFolder(QFileInfo(paths.first()).absolutePath());
         didEnd(OK, paths);

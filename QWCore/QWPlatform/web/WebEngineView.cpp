@@ -48,7 +48,10 @@ void WebEngineView::_connectPage()
     connect(m_page.get(), &QWebEnginePage::loadFinished, this, &WebView::historyChanged);
     connect(m_page.get(), &QWebEnginePage::urlChanged, this, &WebView::historyChanged);
     connect(m_page.get(), &QWebEnginePage::loadingChanged, this, &WebEngineView::_loadingChanged);
-    connect(m_widget, &QWebEngineView::printFinished, this, [this] { m_printer.reset(); });
+    connect(m_widget, &QWebEngineView::printFinished, this, [this](bool ok) {
+        m_printer.reset();
+        Q_EMIT printFinished(ok);
+    });
     connect(m_page.get(), &QWebEnginePage::renderProcessTerminated, this, &WebEngineView::_stopped);
 }
 

@@ -158,11 +158,8 @@ bool QWScrollWheelManager::_loadNib()
     nib.connectOutlet("panel", panel);
     nib.connectOutlet("table", m_table);
     nib.connectOutlet("removeActionButton", m_removeActionButton);
-    if (!nib.isComplete()) { // the bindings work all the same
-        m_table = nullptr;
-        m_removeActionButton = nullptr;
-        return false;
-    }
+    if (!nib.isComplete())
+        return false; // the bindings work all the same
     m_nib = nib.takeWidget();
     m_panel = panel;
     return true;

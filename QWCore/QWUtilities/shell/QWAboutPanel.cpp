@@ -44,10 +44,8 @@ QWAboutPanel::QWAboutPanel()
     nib.connectOutlet("copyrightText", m_copyrightText);
     nib.connectOutlet("legalButton", m_legalButton);
     nib.connectOutlet("acknowledgementsButton", m_acknowledgementsButton);
-    if (!nib.isComplete()) {
-        m_view = nullptr;
+    if (!nib.isComplete())
         return;
-    }
     m_nib = nib.takeWidget();
     awakeFromNib();
 }

@@ -22,6 +22,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLoggingCategory>
 #include <QPointer>
@@ -54,6 +55,11 @@ QString majorVersion()
 {
     const QWApplication *application = QWApplication::sharedApplication();
     return QString::number(application ? application->majorVersion() : 0);
+}
+
+void tell(const QString &what, const QString &why)
+{
+    platform::runAlert({.messageText = what, .informativeText = why, .buttons = {}});
 }
 
 QString downloadPath()
@@ -115,10 +121,8 @@ bool QWManual::_loadNib()
     nib.connectOutlet("progressText", m_progressText);
     nib.connectOutlet("progressBar", m_progressBar);
     nib.connectOutlet("progressStopButton", m_progressStopButton);
-    if (!nib.isComplete()) {
-        m_window = nullptr;
+    if (!nib.isComplete())
         return false;
-    }
     m_nib = nib.takeWidget();
     _makeContentView(*place);
     awakeFromNib();
@@ -234,9 +238,7 @@ void QWManual::downloadDidFinish()
 void QWManual::downloadDidFailWithError(const QString &localizedDescription)
 {
     m_downloader.reset();
-    platform::runAlert({.messageText = localized("The downloading of the manual failed"),
-                        .informativeText = localizedDescription,
-                        .buttons = {}});
+    tell(localized("The downloading of the manual failed"), localizedDescription);
     _showProgress(false);
 }
 
@@ -250,6 +252,8 @@ void QWManual::stopProgress(QObject *)
 
 void QWManual::_showProgress(bool shows)
 {
+    if (!m_window)
+        return;
     const std::initializer_list<QWidget *> controls{m_progressText, m_progressBar, m_progressStopButton};
     for (QWidget *control : controls) {
         QSizePolicy policy = control->sizePolicy();
@@ -261,22 +265,26 @@ void QWManual::_showProgress(bool shows)
 
 void QWManual::back(QObject *)
 {
-    m_contentView->goBack();
+    if (m_contentView)
+        m_contentView->goBack();
 }
 
 void QWManual::forward(QObject *)
 {
-    m_contentView->goForward();
+    if (m_contentView)
+        m_contentView->goForward();
 }
 
 void QWManual::home(QObject *)
 {
-    m_contentView->load(QUrl::fromLocalFile(mapped(m_manualIndexPath)));
+    if (m_contentView)
+        m_contentView->load(QUrl::fromLocalFile(mapped(m_manualIndexPath)));
 }
 
 void QWManual::print(QObject *)
 {
-    m_contentView->print();
+    if (m_contentView)
+        m_contentView->print();
 }
 
 void QWManual::legal(QObject *)
@@ -296,6 +304,8 @@ void QWManual::acknowledgements(QObject *)
 
 void QWManual::printToPDF(QObject *)
 {
+    if (!m_contentView)
+        return;
     const platform::SavePanelRequest request{.window = m_window,
                                              .title = localized("Save To PDF"),
                                              .suggestedName =
@@ -310,7 +320,19 @@ void QWManual::savePanelDidEnd(int returnCode, const QString &path)
     if (returnCode != platform::FilePanels::OK)
         return;
     m_contentView->printToPdf(path, [path](bool ok) {
-        if (!ok)
-            qCWarning(manualLog) << "The manual could not be written to" << path;
+        if (ok)
+            return;
+        qCWarning(manualLog) << "The manual could not be written to" << path;
+        tell(localized("The manual could not be saved as a PDF"),
+             formatted(localized("“%@” could not be written. The disk may be full, or you may not be allowed to write "
+                                 "there."),
+                       {QFileInfo(path).fileName()}));
     });
+}
+
+void QWManual::printDidFinish(bool ok)
+{
+    if (!ok)
+        tell(localized("The manual could not be printed"),
+             localized("The printer did not take the pages. It may be switched off, or not connected."));
 }

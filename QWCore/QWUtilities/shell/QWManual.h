@@ -82,6 +82,7 @@ private:
     void newVersionAvailable();
     void _showProgress(bool shows);
     void savePanelDidEnd(int returnCode, const QString &path);
+    void printDidFinish(bool ok);
 
     QString m_manualPath;
     QString m_manualIndexPath;

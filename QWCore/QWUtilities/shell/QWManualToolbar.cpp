@@ -115,6 +115,7 @@ void QWManual::_makeContentView(QWidget &place)
     column->setContentsMargins({});
     m_contentView = platform::System::current().webViews().make(&place);
     column->addWidget(m_contentView->widget());
+    connect(m_contentView.get(), &platform::WebView::printFinished, this, &QWManual::printDidFinish);
     m_contentView->setPolicy([this](const QUrl &url) { return _decidePolicy(url); });
 }
 
@@ -123,7 +124,7 @@ bool QWManual::_decidePolicy(const QUrl &url) const
 {
     if (url.scheme() != "http" && url.scheme() != "https")
         return true;
-    platform::System::current().workspace().openUrl(url);
+    platform::openUrlOrTell(url);
     return false;
 }
 
@@ -162,5 +163,5 @@ bool QWManual::validateToolbarItem(ToolbarItem &item)
 bool QWManual::_mayUse(const QString &identifier) const
 {
     const Item *const row = itemWithIdentifier(identifier);
-    return !row || row->isEnabled(*m_contentView, m_found);
+    return !row || (m_contentView && row->isEnabled(*m_contentView, m_found));
 }

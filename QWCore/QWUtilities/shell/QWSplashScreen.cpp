@@ -65,10 +65,8 @@ QWSplashScreen::QWSplashScreen()
     nib.connectOutlet("versionText", m_versionText);
     nib.connectOutlet("copyrightText", m_copyrightText);
     nib.connectOutlet("actionText", m_actionText);
-    if (!nib.isComplete()) {
-        m_contentView = nullptr;
+    if (!nib.isComplete())
         return;
-    }
     m_nib = nib.takeWidget();
     awakeFromNib();
 }
