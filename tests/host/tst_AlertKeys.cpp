@@ -106,6 +106,38 @@ void failDownload()
     QWManual::manual().downloadDidFailWithError("The server hung up.");
 }
 
+void useManual(const std::function<void(const ManualFixture &)> &use)
+{
+    ManualFixture fixture;
+    fixture.system.alerts.answer = answer;
+    fixture.install(ManualFixture::pageWithVersion("2.1"));
+    fixture.open();
+    use(fixture);
+}
+
+void failPrint()
+{
+    useManual([](const ManualFixture &fixture) { Q_EMIT fixture.view().printFinished(false); });
+}
+
+void failPdf()
+{
+    useManual([](const ManualFixture &fixture) {
+        fixture.view().writesPdfs = false;
+        QWManual::manual().printToPDF();
+        fixture.system.filePanels.endSave(platform::FilePanels::OK, "/none/Book.pdf");
+    });
+}
+
+void failLink()
+{
+    useManual([](const ManualFixture &fixture) {
+        fixture.system.workspace.succeeds = false;
+        fixture.view().click(QUrl("https://example.com/"));
+        QTRY_COMPARE(fixture.system.alerts.shown.size(), 1);
+    });
+}
+
 /// On a machine of its own, whose validator says nothing unless told otherwise.
 template <class Manager>
 void scan(const std::function<void(FakeSystem &)> &furnish)
@@ -180,6 +212,9 @@ const QList<Row> &table()
         {"“Notes.txt.pdf” already exists.", {"Replace", "Cancel"}, "Replace", "Cancel", saveOverAFile},
         {"A newer version of the manual is available", {"Download", "Later"}, "Download", "", offerManual},
         {"The downloading of the manual failed", {}, "OK", "OK", failDownload},
+        {"The manual could not be printed", {}, "OK", "OK", failPrint},
+        {"The manual could not be saved as a PDF", {}, "OK", "OK", failPdf},
+        {"“https://example.com/” could not be opened.", {}, "OK", "OK", failLink},
         {"The 'Wobbledelay' Audio Unit has been known", {"Ignore", "Use"}, "Ignore", "", scanKnownUnit},
         {"The 'Own Name' VST has been known", {"Ignore", "Use"}, "Ignore", "", scanKnownBundle},
         {"The 'Delay' Audio Unit failed to validate", {}, "OK", "OK", scanBrokenUnit},

@@ -19,6 +19,8 @@ struct CaptureSheetHost : EditorHost
         ok = outlet<QPushButton>("okButton");
         cancel = outlet<QPushButton>("cancelButton");
         clear = outlet<QPushButton>("clearButton");
+        clearOther = outlet<QPushButton>("clearOtherButton");
+        hint = outlet<QLabel>("setShortcutHintText");
     }
 
     static void click(QPushButton *button, Qt::KeyboardModifiers modifiers = {})
@@ -35,6 +37,8 @@ struct CaptureSheetHost : EditorHost
     QPushButton *ok = nullptr;
     QPushButton *cancel = nullptr;
     QPushButton *clear = nullptr;
+    QPushButton *clearOther = nullptr;
+    QLabel *hint = nullptr;
 
     static inline const QString reserved = "Sorry, that key combination is reserved.";
 };

@@ -19,6 +19,7 @@ public:
     void open() override { ++opened; }
     void toggle() override {}
     QWidget *window() const override { return nullptr; }
+    void filePanelDidEnd() override {}
     QWidget *setShortcutPanel() const override { return nullptr; }
     void doSetShortcut(const platform::KeyEvent &) override {}
     QString searchString() const override { return search; }

@@ -16,6 +16,7 @@ public:
     void open() override {}
     void toggle() override {}
     QWidget *window() const override { return nullptr; }
+    void filePanelDidEnd() override {}
     QWidget *setShortcutPanel() const override { return &sheet; }
     void doSetShortcut(const platform::KeyEvent &event) override { captured.push_back(event); }
     QString searchString() const override { return {}; }

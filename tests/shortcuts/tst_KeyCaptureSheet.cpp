@@ -21,6 +21,9 @@ private Q_SLOTS:
     void keyInUseIsRefused();
     void ownKeyIsNoConflict();
     void optionTurnsClearIntoClearOther();
+    void visibleButtonClearsTheOther();
+    void clearingTheOtherIsToldBeforeAndAfter();
+    void longNamesFitTheButton();
     void clearOtherWithoutAConflictIsDisabled();
     void clearOtherAsksAgainWhenAThirdHasTheKey();
     void clearOtherDoesNotAllowAReservedKey();
@@ -145,6 +148,8 @@ void tst_KeyCaptureSheet::reservedIsRefused_data()
     QTest::newRow("Command-Space") << int(Qt::Key_Space) << int(Qt::ControlModifier);
     QTest::newRow("Option-Command-Space") << int(Qt::Key_Space) << int(Qt::ControlModifier | Qt::AltModifier);
     QTest::newRow("Escape") << int(Qt::Key_Escape) << 0;
+    QTest::newRow("Shift-Tab") << int(Qt::Key_Backtab) << int(Qt::ShiftModifier);
+    QTest::newRow("Shift-Command-Tab") << int(Qt::Key_Backtab) << int(Qt::ShiftModifier | Qt::ControlModifier);
     QTest::newRow("Control-F2") << int(Qt::Key_F2) << int(Qt::MetaModifier);
     QTest::newRow("Command-H") << int(Qt::Key_H) << int(Qt::ControlModifier);
 }
@@ -209,6 +214,52 @@ void tst_KeyCaptureSheet::optionTurnsClearIntoClearOther()
     m_host->click(m_host->ok);
     QCOMPARE(m_host->at(0, 0)->key(), QWShortcutKey('x', EditorHost::command));
     QCOMPARE(m_host->system.current().size(), 2);
+}
+
+void tst_KeyCaptureSheet::visibleButtonClearsTheOther()
+{
+    QVERIFY(m_host->edit(0, 0));
+    QVERIFY(!m_host->clearOther->isVisible());
+    const int height = m_host->sheet()->height();
+    m_host->type(Qt::Key_X, Qt::ControlModifier);
+    QVERIFY(m_host->clearOther->isVisible() && m_host->clearOther->isEnabled());
+    QCOMPARE(m_host->clearOther->text(), QString("Clear the Shortcut of “Cut”"));
+    QCOMPARE(m_host->clear->text(), QString("Clear"));
+    m_host->click(m_host->clearOther);
+    QVERIFY(m_host->at(1, 0)->key().isClear());
+    QCOMPARE(m_host->system.current().size(), 1); // at once
+    QCOMPARE(m_host->outro->text(), QString());
+    QVERIFY(m_host->ok->isEnabled() && !m_host->clearOther->isVisible());
+    QVERIFY(m_host->shown->hasFocus());
+    QCOMPARE(m_host->shown->text(), QString("⌘X"));
+    QCOMPARE(m_host->sheet()->height(), height); // nothing jumps
+}
+
+/// Cancel has no way back.
+void tst_KeyCaptureSheet::clearingTheOtherIsToldBeforeAndAfter()
+{
+    QVERIFY(m_host->edit(0, 0));
+    const QString usual = m_host->hint->text();
+    m_host->type(Qt::Key_X, Qt::ControlModifier);
+    QVERIFY(m_host->hint->text().contains("saved at once, and Cancel does not bring it back"));
+    m_host->press(Qt::Key_Alt);
+    m_host->click(m_host->clear, Qt::AltModifier);
+    m_host->release(Qt::Key_Alt, Qt::AltModifier);
+    QCOMPARE(m_host->hint->text(), "The shortcut of “Cut” was cleared. " + usual);
+    m_host->type(Qt::Key_K);
+    QCOMPARE(m_host->hint->text(), usual);
+}
+
+void tst_KeyCaptureSheet::longNamesFitTheButton()
+{
+    m_host->at(1, 0)->setName(QString("A & B ").repeated(40));
+    QVERIFY(m_host->edit(0, 0));
+    const int width = m_host->sheet()->width();
+    m_host->type(Qt::Key_X, Qt::ControlModifier);
+    QVERIFY(m_host->clearOther->text().startsWith("Clear the Shortcut of “A && B"));
+    QVERIFY(m_host->clearOther->text().contains("…"));
+    QVERIFY(m_host->clearOther->accessibleName().contains(m_host->at(1, 0)->name()));
+    QCOMPARE(m_host->sheet()->width(), width);
 }
 
 void tst_KeyCaptureSheet::clearOtherWithoutAConflictIsDisabled()

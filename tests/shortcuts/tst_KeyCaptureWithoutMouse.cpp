@@ -33,10 +33,13 @@ private Q_SLOTS:
     void heldKeyRepeatsAreOnePress();
     void heldKeyFiresNothingOnceSet();
     void modifierThatChangesEndsTheHold();
-    void heldOptionClearsTheOther();
-    void heldOptionLetGoTooSoonDoesNot();
-    void heldOptionWithAnotherModifierDoesNot();
-    void heldOptionWithoutAConflictDoesNothing();
+    void heldOptionClearsNothing();
+    void heldKeyInUseReachesTheButton();
+    void keysThatPressTheButton_data();
+    void keysThatPressTheButton();
+    void otherKeysAreTheCapturesAgain();
+    void repeatsOfTheHeldKeyPressNothing();
+    void buttonIsForgottenWithTheWindow();
     void keyThatOpenedTheSheetIsNotCaptured();
     void buttonsAnswerAssistiveTechnology();
     void whatHappensIsTold();
@@ -51,6 +54,17 @@ private:
         const QSignalSpy looks(ticks, &QTimer::timeout);
         m_host->system.clock.advance(time);
         QTRY_VERIFY(!ticks->isActive() || looks.size() >= 2);
+    }
+
+    /// Holds ⌘X, which "Cut" has.
+    bool reachButton()
+    {
+        m_host->press(Qt::Key_X, Qt::ControlModifier);
+        m_host->system.clock.advance(1s);
+        const bool isReached = QTest::qWaitFor([&] { return m_host->clearOther->hasFocus(); });
+        m_host->release(Qt::Key_X, Qt::ControlModifier);
+        hold(5s);
+        return isReached;
     }
 
     std::unique_ptr<CaptureSheetHost> m_host;
@@ -176,67 +190,110 @@ void tst_KeyCaptureWithoutMouse::modifierThatChangesEndsTheHold()
     m_host->release(Qt::Key_K);
 }
 
-/// Desktops that move windows by Alt and the mouse keep such clicks from "Clear Other".
-void tst_KeyCaptureWithoutMouse::heldOptionClearsTheOther()
+/// Who holds it is looking for the rest of the combination.
+void tst_KeyCaptureWithoutMouse::heldOptionClearsNothing()
 {
     QVERIFY(m_host->edit(0, 0));
-    const auto *const hint = m_host->outlet<QLabel>("setShortcutHintText");
-    const QString usual = hint->text();
     m_host->type(Qt::Key_X, Qt::ControlModifier);
-    QVERIFY(hint->text().contains("hold Alt for a second to clear the other"));
     m_host->press(Qt::Key_Alt);
-    hold(900ms);
-    QVERIFY(!m_host->at(1, 0)->key().isClear());
-    m_host->system.clock.advance(100ms);
-    QTRY_VERIFY(m_host->at(1, 0)->key().isClear());
-    QCOMPARE(m_host->system.current().size(), 1); // kept at once
     hold(5s);
+    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
+    QCOMPARE(m_host->clear->text(), QString("Clear Other"));
+    m_host->type(Qt::Key_K, Qt::AltModifier);
     m_host->release(Qt::Key_Alt, Qt::AltModifier);
-    QCOMPARE(hint->text(), usual);
-    QVERIFY(m_host->sheet()->isVisible() && m_host->ok->isEnabled());
+    QCOMPARE(m_host->shown->text(), QString("⌥K"));
+    QCOMPARE(m_host->system.current().size(), 0);
+}
+
+void tst_KeyCaptureWithoutMouse::heldKeyInUseReachesTheButton()
+{
+    QVERIFY(m_host->edit(0, 0));
+    m_host->press(Qt::Key_X, Qt::ControlModifier);
+    hold(900ms);
+    QVERIFY(m_host->shown->hasFocus());
+    m_host->system.clock.advance(100ms);
+    QTRY_VERIFY(m_host->clearOther->hasFocus());
+    hold(5s);
+    m_host->release(Qt::Key_X, Qt::ControlModifier);
+    hold(5s);
+    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command)); // it has only the keyboard
+    QVERIFY(m_host->hint->text().contains("Cancel does not bring it back"));
+    m_host->type(Qt::Key_Return);
+    QVERIFY(m_host->at(1, 0)->key().isClear());
+    QCOMPARE(m_host->system.current().size(), 1); // kept at once
+    QVERIFY(m_host->hint->text().startsWith("The shortcut of “Cut” was cleared."));
+    QVERIFY(m_host->shown->hasFocus() && m_host->ok->isEnabled());
     QCOMPARE(m_host->at(0, 0)->key(), QWShortcutKey('p', 0)); // not before OK
     m_host->click(m_host->ok);
     QCOMPARE(m_host->at(0, 0)->key(), QWShortcutKey('x', EditorHost::command));
 }
 
-void tst_KeyCaptureWithoutMouse::heldOptionLetGoTooSoonDoesNot()
+void tst_KeyCaptureWithoutMouse::keysThatPressTheButton_data()
 {
-    QVERIFY(m_host->edit(0, 0));
-    m_host->type(Qt::Key_X, Qt::ControlModifier);
-    for (int i = 0; i < 3; ++i) {
-        m_host->press(Qt::Key_Alt);
-        hold(900ms);
-        m_host->release(Qt::Key_Alt, Qt::AltModifier);
-        hold(5s);
-    }
-    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
+    QTest::addColumn<int>("key");
+    QTest::newRow("Return") << int(Qt::Key_Return);
+    QTest::newRow("Enter") << int(Qt::Key_Enter);
+    QTest::newRow("Space") << int(Qt::Key_Space);
 }
 
-void tst_KeyCaptureWithoutMouse::heldOptionWithAnotherModifierDoesNot()
+void tst_KeyCaptureWithoutMouse::keysThatPressTheButton()
 {
+    QFETCH(int, key);
     QVERIFY(m_host->edit(0, 0));
-    m_host->type(Qt::Key_X, Qt::ControlModifier);
-    m_host->press(Qt::Key_Alt);
-    hold(900ms);
-    m_host->press(Qt::Key_Shift, Qt::AltModifier);
-    hold(5s);
-    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
-    m_host->press(Qt::Key_K, Qt::AltModifier | Qt::ShiftModifier); // which is free
-    m_host->system.clock.advance(1s);
-    QTRY_COMPARE(m_host->at(0, 0)->key(), QWShortcutKey('k', EditorHost::option | EditorHost::shift));
-    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
-    m_host->release(Qt::Key_K, Qt::AltModifier | Qt::ShiftModifier);
+    QVERIFY(reachButton());
+    m_host->type(Qt::Key(key));
+    QVERIFY(m_host->at(1, 0)->key().isClear());
+    QCOMPARE(m_host->shown->text(), QString("⌘X"));
+    m_host->type(Qt::Key(key)); // now it is a key like any other
+    QVERIFY(m_host->shown->text() != QString("⌘X"));
 }
 
-void tst_KeyCaptureWithoutMouse::heldOptionWithoutAConflictDoesNothing()
+void tst_KeyCaptureWithoutMouse::otherKeysAreTheCapturesAgain()
 {
     QVERIFY(m_host->edit(0, 0));
+    QVERIFY(reachButton());
     m_host->type(Qt::Key_K);
-    m_host->press(Qt::Key_Alt);
-    hold(5s);
-    m_host->release(Qt::Key_Alt, Qt::AltModifier);
     QCOMPARE(m_host->shown->text(), QString("K"));
-    QCOMPARE(m_host->system.current().size(), 0);
+    QVERIFY(m_host->shown->hasFocus() && !m_host->clearOther->isVisible());
+    QVERIFY(reachButton());
+    m_host->type(Qt::Key_Escape);
+    QCOMPARE(m_host->outro->text(), m_host->reserved);
+    m_host->type(Qt::Key_Escape);
+    QVERIFY(!m_host->sheet()->isVisible());
+    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
+    QVERIFY(m_host->edit(0, 0));
+    m_host->type(Qt::Key_Return); // the offer went with the sheet
+    QCOMPARE(m_host->shown->text(), QString("⏎"));
+}
+
+/// Window systems tell of a repeat as of another press, or as let go and pressed again.
+void tst_KeyCaptureWithoutMouse::repeatsOfTheHeldKeyPressNothing()
+{
+    m_host->at(1, 0)->setKey(QWShortcutKey(13, 0));
+    QVERIFY(m_host->edit(0, 0));
+    m_host->press(Qt::Key_Return);
+    m_host->system.clock.advance(1s);
+    QTRY_VERIFY(m_host->clearOther->hasFocus());
+    QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Return, {}, "\r", true);
+    QCoreApplication::sendEvent(m_host->clearOther, &repeat);
+    m_host->release(Qt::Key_Return);
+    m_host->press(Qt::Key_Return);
+    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey(13, 0));
+    m_host->release(Qt::Key_Return);
+    hold(5s);
+    m_host->type(Qt::Key_Return);
+    QVERIFY(m_host->at(1, 0)->key().isClear());
+}
+
+void tst_KeyCaptureWithoutMouse::buttonIsForgottenWithTheWindow()
+{
+    QVERIFY(m_host->edit(0, 0));
+    QVERIFY(reachButton());
+    QEvent elsewhere(QEvent::WindowDeactivate);
+    QCoreApplication::sendEvent(m_host->sheet(), &elsewhere);
+    m_host->type(Qt::Key_Return);
+    QCOMPARE(m_host->shown->text(), QString("⏎"));
+    QCOMPARE(m_host->at(1, 0)->key(), QWShortcutKey('x', EditorHost::command));
 }
 
 void tst_KeyCaptureWithoutMouse::keyThatOpenedTheSheetIsNotCaptured()
@@ -274,11 +331,16 @@ void tst_KeyCaptureWithoutMouse::whatHappensIsTold()
     QCOMPARE(told(), QString("Ctrl+K"));
     m_host->type(Qt::Key_X, Qt::ControlModifier);
     QVERIFY(told().startsWith("Ctrl+X. " + m_host->inUse("Cut")) &&
-            told().endsWith("hold Alt for a second to clear the other."));
+            told().endsWith("hold the keys for a second to reach the button."));
     m_host->type(Qt::Key_Escape);
     QCOMPARE(told(), "Esc. " + m_host->reserved);
     m_host->click(m_host->clear);
     QCOMPARE(told(), QString("No shortcut"));
+    QVERIFY(reachButton());
+    QCOMPARE(QAccessible::queryAccessibleInterface(m_host->clearOther)->text(QAccessible::Name),
+             QString("Clear the Shortcut of “Cut”"));
+    m_host->type(Qt::Key_Return);
+    QVERIFY(told().startsWith("Ctrl+X. The shortcut of “Cut” was cleared."));
     m_host->press(Qt::Key_K);
     m_host->system.clock.advance(1s);
     QTRY_COMPARE(told(), QString("K. The shortcut is set. Let go of the keys."));
@@ -290,7 +352,7 @@ void tst_KeyCaptureWithoutMouse::focusIsInNoTextField()
     QVERIFY(m_host->edit(0, 0));
     QCOMPARE(QApplication::focusWidget(), m_host->shown);
     QVERIFY(!m_host->shown->inputMethodQuery(Qt::ImEnabled).toBool());
-    for (QPushButton *const button : {m_host->ok, m_host->cancel, m_host->clear})
+    for (QPushButton *const button : {m_host->ok, m_host->cancel, m_host->clear, m_host->clearOther})
         QCOMPARE(button->focusPolicy(), Qt::NoFocus);
     m_host->click(m_host->clear);
     QCOMPARE(QApplication::focusWidget(), m_host->shown);

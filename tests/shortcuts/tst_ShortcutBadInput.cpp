@@ -53,6 +53,9 @@ private Q_SLOTS:
     void readOnlyFolderHurtsNothing();
     void fullDiskKeepsWhatWasThere();
     void fullDiskLeavesNoHalfFiles();
+    void failedWritesAreLogged();
+    void failedWritesAreToldWhereTheHostWantsIt();
+    void whatCannotBeSetAsideIsNotWrittenOver();
 };
 
 void tst_ShortcutBadInput::badFilesHurtNothing_data()
@@ -219,6 +222,63 @@ void tst_ShortcutBadInput::fullDiskLeavesNoHalfFiles()
     QCOMPARE(registry.presets(), QStringList());
     QVERIFY(!QFile::exists(system.path("Mine.plist")));
     QVERIFY(!QFile::exists(system.real("~/Mine.qwshortcuts")));
+}
+
+void tst_ShortcutBadInput::failedWritesAreLogged()
+{
+    const ShortcutSystem system(factory);
+    auto &registry = loaded();
+    registry.shortcutWithActionTag("stop:", 0)->setKey({'x', 0});
+    const SmallFiles limit(100);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("“_current.plist” could not be written. .+"));
+    registry.saveToDefaults();
+    QCOMPARE(system.alerts.shown, QStringList());
+}
+
+void tst_ShortcutBadInput::failedWritesAreToldWhereTheHostWantsIt()
+{
+    const ShortcutSystem system(factory);
+    auto &registry = loaded();
+    registry.setAlertsFailures(true);
+    addEditor(registry).name = "Mine";
+    registry.shortcutWithActionTag("stop:", 0)->setKey({'x', 0});
+    system.writePropertyList("~/Other.qwshortcuts", QVariantList{shortcutState("Save", "save:", 'w', command)});
+    QStringList files;
+    {
+        const SmallFiles limit(100);
+        registry.saveToDefaults();
+        registry.saveShortcutPanelDidEnd(1);
+        registry.loadShortcuts(nullptr);
+        system.filePanels.endOpen(platform::FilePanels::OK, {system.real("~/Other.qwshortcuts")});
+        registry.exportShortcuts(nullptr);
+        system.filePanels.endSave(platform::FilePanels::OK, system.real("~/Export.qwshortcuts"));
+    }
+    QCOMPARE(system.alerts.shown, QStringList(4, "The keyboard shortcuts could not be saved."));
+    const char *const names[] = {"_current.plist", "Mine.plist", "Other.plist", "Export.qwshortcuts"};
+    for (int i = 0; i < 4; ++i)
+        QVERIFY2(system.alerts.alerts[std::size_t(i)].informativeText.contains(names[i]), names[i]);
+    registry.saveToDefaults(); // there is room again
+    QCOMPARE(system.alerts.shown.size(), 4);
+}
+
+/// A name so long that there is none for a second former preset.
+void tst_ShortcutBadInput::whatCannotBeSetAsideIsNotWrittenOver()
+{
+    const ShortcutSystem system(factory);
+    auto &registry = loaded();
+    registry.setAlertsFailures(true);
+    const QString name(243, 'n');
+    const auto import = [&](char16_t key) {
+        system.writePropertyList("~/" + name + ".qwshortcuts", QVariantList{shortcutState("Stop", "stop:", key)});
+        registry.loadShortcuts(nullptr);
+        system.filePanels.endOpen(platform::FilePanels::OK, {system.real("~/" + name + ".qwshortcuts")});
+        return system.readPropertyList(system.path(name + ".plist")).toList().value(0).toMap().value("character");
+    };
+    QCOMPARE(import('a').toInt(), int('a'));
+    QCOMPARE(import('b').toInt(), int('b'));
+    QCOMPARE(system.alerts.shown, QStringList());
+    QCOMPARE(import('c').toInt(), int('b'));
+    QCOMPARE(system.alerts.shown.size(), 1);
 }
 
 QW_TEST_MAIN(tst_ShortcutBadInput)

@@ -5,6 +5,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -52,6 +53,8 @@ private Q_SLOTS:
     void escapeSavesNothing();
     void typingANameFiresNoShortcut();
     void replacingIsAsked();
+    void filePanelGivesTheKeyboardBack_data();
+    void filePanelGivesTheKeyboardBack();
 
 private:
     QMenu &menu() { return *m_host->outlet<QPushButton>("presetsPopup")->menu(); }
@@ -277,6 +280,37 @@ void tst_ShortcutEditorPresets::replacingIsAsked()
     QCOMPARE(m_host->system.alerts.shown, QStringList{"“Left Hand” already exists. Do you want to replace it?"});
     QVERIFY(!wasUp); // the sheet is closed first
     QCOMPARE(m_host->system.readPropertyList(m_host->system.path("Left Hand.plist")).toList().size(), 1);
+}
+
+void tst_ShortcutEditorPresets::filePanelGivesTheKeyboardBack_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<int>("code");
+    for (const char *const command : {"Import…", "Export…"}) {
+        QTest::addRow("%s, OK", command) << command << platform::FilePanels::OK;
+        QTest::addRow("%s, Cancel", command) << command << platform::FilePanels::Cancel;
+    }
+}
+
+/// The panel may be the desktop's own, of which Qt knows no window; the desktop goes on with the main window.
+void tst_ShortcutEditorPresets::filePanelGivesTheKeyboardBack()
+{
+    QFETCH(QString, command);
+    QFETCH(int, code);
+    QMainWindow main;
+    main.show();
+    choose(command);
+    m_host->window()->activateWindow(); // the menu has gone
+    QVERIFY(EditorHost::becomesKey(*m_host->window()));
+    main.activateWindow();
+    QVERIFY(EditorHost::becomesKey(main));
+    const QString path = m_host->system.real("~/Mine.qwshortcuts");
+    m_host->system.writePropertyList(path, QVariantList());
+    if (command.startsWith("Import"))
+        m_host->system.filePanels.endOpen(code, {path});
+    else
+        m_host->system.filePanels.endSave(code, path);
+    QVERIFY(EditorHost::becomesKey(*m_host->window()));
 }
 
 QW_TEST_MAIN(tst_ShortcutEditorPresets)

@@ -235,6 +235,7 @@ void tst_ShortcutPresets::exportWritesTheChanges()
     registry.shortcutWithActionTag("stop:", 0)->setKey({'x', 0});
     registry.exportShortcuts(nullptr);
     QCOMPARE(system.filePanels.saves.front().requiredFileType, QString("qwshortcuts"));
+    QCOMPARE(system.filePanels.saves.front().suggestedName, QString("Test Host Shortcuts"));
     const QString path = system.real("~/Mine.qwshortcuts");
     system.filePanels.endSave(platform::FilePanels::OK, path);
     QCOMPARE(system.readPropertyList(path).toList().size(), 1);

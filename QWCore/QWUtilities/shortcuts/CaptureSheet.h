@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ClearOtherButton.h"
 #include "KeyCapture.h"
 #include "KeyHold.h"
 
@@ -13,9 +14,9 @@ namespace qw
 {
 
 /// Wires the sheet that captures a key. Every key is the capture's, so that none of them can operate the sheet: plain
-/// Escape pressed twice leaves, an allowed combination held for a second is set, and Option held by itself clears the
-/// other shortcut that has the key, since many desktops keep clicks with Option for moving windows. The buttons answer
-/// the mouse and assistive technology.
+/// Escape pressed twice leaves, an allowed combination held for a second is set, and one that another shortcut has,
+/// held as long, gives the keyboard to the button that clears the other. The buttons answer the mouse and assistive
+/// technology.
 class CaptureSheet : public QObject
 {
     Q_OBJECT
@@ -31,6 +32,7 @@ public:
         QLabel *hintText = nullptr; ///< Tells how to do without the mouse; may be missing.
         QPushButton *okButton = nullptr;
         QPushButton *clearButton = nullptr;
+        QPushButton *clearOtherButton = nullptr; ///< May be missing.
     };
 
     CaptureSheet(QWKeyboardShortcuts &registry, const Outlets &outlets);
@@ -40,6 +42,7 @@ public:
     void begin(const std::shared_ptr<QWShortcut> &shortcut, QWidget &window);
     void see(const platform::KeyEvent &event);
     void clear();
+    void clearOther();
     void confirm(const QObject *sender); ///< Sets the key when the sender is the OK button; closes in any case.
     void end();                          ///< Closes; nothing when it is not up.
 
@@ -55,19 +58,23 @@ private:
     void _didEnd();
     void _hold(const platform::KeyEvent &event);
     void _tick();
-    bool _asksToClearOther(const platform::KeyEvent &event) const;
+    bool _isForOffer(const platform::KeyEvent &event);
+    void _offerToClearOther();
+    void _withdrawOffer();
     void _actOnHeldKey();
     void _setHeldKey();
     void _syncModifiers(Qt::KeyboardModifiers modifiers);
     void _show();
     void _showHint();
-    void _announce(const QString &news = {});
+    QString _hint() const;
+    void _announce();
     QString _instructions() const;
     void _showClearButton();
 
     Outlets m_outlets;
     KeyCapture m_capture;
     KeyHold m_hold;
+    ClearOtherButton m_clearOther;
     QString m_hint;       ///< As the interface file has it.
     QTimer m_ticks{this}; ///< While a key is held; "holdTicks".
     bool m_isSet = false; ///< A held key was set; what remains is to let it go, since its repeats would fire it.

@@ -1,5 +1,7 @@
 #include "FactoryDefinition.h"
 
+#include "DefinitionErrors.h"
+
 #include <QWPlatform/foundation/PropertyList.h>
 
 #include <QFile>
@@ -25,7 +27,10 @@ const QVariantList &FactoryDefinition::array(const QString &path)
     if (data == m_data)
         return m_array;
     m_data = data;
-    m_array = platform::PropertyList::fromData(data).value_or(QVariant()).toList();
+    const QVariant list = platform::PropertyList::fromData(data).value_or(QVariant());
+    m_array = list.toList();
+    DefinitionErrors::tell(path.isEmpty() ? QStringList{"there is no such file in the host's resources"}
+                                          : DefinitionErrors::inList(list));
     return m_array;
 }
 

@@ -4,11 +4,13 @@
 #include <QString>
 #include <QVariantList>
 
+#include <optional>
+
 namespace qw
 {
 
 /// Reads the factory definition whenever it is asked, but takes it apart only when the file's bytes are others than
-/// last time: every edit compares all shortcuts with it.
+/// last time: every edit compares all shortcuts with it. What is wrong with it is told then, on standard error.
 class FactoryDefinition
 {
 public:
@@ -16,7 +18,7 @@ public:
     const QVariantList &array(const QString &path);
 
 private:
-    QByteArray m_data;
+    std::optional<QByteArray> m_data;
     QVariantList m_array;
 };
 

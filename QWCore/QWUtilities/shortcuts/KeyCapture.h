@@ -31,8 +31,11 @@ public:
     /// A key that went down, or a change of the modifiers. A key that repeats is one press.
     void see(const platform::KeyEvent &event);
 
-    /// Clears the key; with Option, that of the other shortcut which has it, at once and for good.
+    /// Clears the key; with Option, that of the other shortcut which has it.
     void clear();
+
+    /// Clears the key of the other shortcut which has it, at once and for good; nothing when none has.
+    void clearOther();
 
     /// Gives the shortcut the key and keeps it. Only when it is allowed.
     void commit();
@@ -44,6 +47,10 @@ public:
     bool canClear() const { return m_canClear; }
     bool clearsOther() const { return m_clearsOther; }
     bool isInUse() const { return _conflict() != nullptr; } ///< The key is another shortcut's.
+    QString nameOfOther() const;                            ///< Of the shortcut that has the key; "" for none.
+
+    /// Name of the shortcut that lost its key since a key was last pressed, or "".
+    const QString &clearedName() const { return m_clearedName; }
 
     /// Escape, by itself, was pressed twice with nothing between.
     bool wantsToLeave() const { return m_escapes >= 2; }
@@ -52,12 +59,12 @@ private:
     std::shared_ptr<QWShortcut> _conflict() const; ///< Null between edits.
     void _keyDown(const platform::KeyEvent &event);
     void _judge();
-    void _clearOther();
 
     QWKeyboardShortcuts &m_registry;
     std::shared_ptr<QWShortcut> m_editingShortcut;
     QWShortcutKey m_editingKey;
     QString m_refusal;
+    QString m_clearedName;
     bool m_isAllowed = true;
     bool m_canClear = false;
     bool m_clearsOther = false;

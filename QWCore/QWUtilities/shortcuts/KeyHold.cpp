@@ -15,13 +15,18 @@ constexpr qint64 staysUp = 30'000'000; ///< Nanoseconds; nobody lets go and pres
 
 void KeyHold::press(char16_t character, quint32 modifiers)
 {
-    const bool goesOn = isRunning() && !isReleased() && m_character == character && m_modifiers == modifiers;
+    const bool goesOn = goesOnWith(character, modifiers);
     m_release.reset();
     if (goesOn)
         return;
     m_character = character;
     m_modifiers = modifiers;
     m_start = _now();
+}
+
+bool KeyHold::goesOnWith(char16_t character, quint32 modifiers) const
+{
+    return isRunning() && !isReleased() && m_character == character && m_modifiers == modifiers;
 }
 
 void KeyHold::release()

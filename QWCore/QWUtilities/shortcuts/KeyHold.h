@@ -18,12 +18,13 @@ public:
 
     /// A key went down; one that is held already goes on being held.
     void press(char16_t character, quint32 modifiers);
+    bool goesOnWith(char16_t character, quint32 modifiers) const; ///< Such a press is one of the key that is held.
     void release();
     void stop();
 
     bool isRunning() const { return m_start.has_value(); } ///< Also shortly after the key was let go.
     bool isReleased() const;
-    char16_t character() const { return m_character; } ///< Of the key that is, or was, held; 0: a modifier by itself.
+    char16_t character() const { return m_character; } ///< Of the key that is, or was, held
 
     /// 0 to 1.
     double progress() const;

@@ -31,11 +31,11 @@ void KeyReturn::takeBack()
 {
     const QWidget *const key = platform::keyWindow();
     if (!key || !key->isVisible())
-        _comeBack();
+        comeBack();
 }
 
 /// X refuses those whose last event is older than the last change of the focus; a moment later there is a newer one.
-void KeyReturn::_comeBack()
+void KeyReturn::comeBack()
 {
     m_window.activateWindow();
     m_again.start();
@@ -57,7 +57,7 @@ void KeyReturn::_focusWindowChanged(QWindow *focus)
     if (focus == m_window.windowHandle())
         m_again.stop();
     else if (hasGone && !m_wasAbove && m_window.isVisible())
-        _comeBack();
+        comeBack();
 }
 
 bool KeyReturn::_isAbove(const QWindow *window) const

@@ -26,8 +26,10 @@ public:
     /// At once, unless a visible window is key: without a window manager nobody else sees to it.
     void takeBack();
 
+    /// At once, whichever window is key: that of a desktop's own panel, which Qt does not know, may have gone.
+    void comeBack();
+
 private:
-    void _comeBack();
     void _comeBackAgain();
     void _focusWindowChanged(QWindow *focus);
     bool _isAbove(const QWindow *window) const;

@@ -1,6 +1,8 @@
 #include "QWKeyboardShortcuts.h"
 
+#include "DefinitionCheck.h"
 #include "FactoryDefinition.h"
+#include "GroupSearch.h"
 #include "MainMenuItems.h"
 #include "PresetNames.h"
 #include "ShortcutEditorPanel.h"
@@ -8,9 +10,9 @@
 #include "ShortcutFilter.h"
 #include "ShortcutFolder.h"
 #include "ShortcutIndex.h"
-#include "TextSearch.h"
 
 #include <QWBase/QWApplication.h>
+#include <QWBase/QWError.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/appkit/FilePanels.h>
@@ -21,6 +23,7 @@
 #include <QWPlatform/foundation/PropertyListValues.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
+#include <QLoggingCategory>
 #include <QMenu>
 #include <QPointer>
 
@@ -33,6 +36,8 @@ using platform::System;
 
 namespace
 {
+Q_LOGGING_CATEGORY(shortcutsLog, "quorwell.shortcuts")
+
 constexpr auto openKey = "Keyboard Shortcuts Open";
 constexpr auto folderName = "Keyboard Shortcuts";
 constexpr auto exchangeType = "qwshortcuts";
@@ -46,19 +51,17 @@ QString supportDirectory()
                        : System::current().locations().mapped("~/Library/Application Support/Quorwell");
 }
 
-/// Null when nothing in the group matches.
-std::shared_ptr<QWShortcutGroup> matchingPart(const QWShortcutGroup &group, const QString &search)
+/// What an exported file is called unless the user says otherwise.
+QString exchangeName()
 {
-    QWShortcutGroup::Shortcuts matching;
-    std::copy_if(group.shortcuts().begin(), group.shortcuts().end(), std::back_inserter(matching),
-                 [&](const auto &shortcut) { return qw::containsIgnoringCaseAndAccents(shortcut->name(), search); });
-    if (matching.empty())
-        return nullptr;
-    auto part = std::make_shared<QWShortcutGroup>();
-    part->setName(group.name());
-    part->setIsMenu(group.isMenu());
-    part->setShortcuts(std::move(matching));
-    return part;
+    const QWApplication *const application = QWApplication::sharedApplication();
+    const QString name = application ? application->name() : QString();
+    return name.isEmpty() ? localized("Keyboard Shortcuts") : platform::formatted(localized("%@ Shortcuts"), {name});
+}
+
+void log(const QWError &error)
+{
+    qCWarning(shortcutsLog, "%s %s", qPrintable(error.message()), qPrintable(error.reason()));
 }
 } // namespace
 
@@ -66,10 +69,13 @@ QWKeyboardShortcuts::QWKeyboardShortcuts()
     : m_shortcutsDirectory(supportDirectory() + '/' + folderName)
     , m_currentShortcutsPath(m_shortcutsDirectory + "/_current.plist")
     , m_factory(std::make_unique<qw::FactoryDefinition>())
+    , m_check(std::make_unique<qw::DefinitionCheck>(m_groups))
     , m_index(std::make_unique<qw::ShortcutIndex>(m_groups))
     , m_folder(std::make_unique<qw::ShortcutFolder>(m_shortcutsDirectory, m_currentShortcutsPath))
 {
-    m_folder->make();
+    QWError error;
+    if (!m_folder->make(&error))
+        log(error); // before anyone could ask for alerts
 }
 
 QWKeyboardShortcuts::~QWKeyboardShortcuts() = default;
@@ -129,6 +135,7 @@ void QWKeyboardShortcuts::loadCurrentShortcuts()
 {
     m_index->invalidate();
     m_groups = _factoryGroups();
+    m_check->checkLater();
     const QVariantList changes = m_folder->current();
     {
         const qw::MainMenuItems::Batch batch;
@@ -157,7 +164,9 @@ QVariantList QWKeyboardShortcuts::changedShortcuts() const
 
 void QWKeyboardShortcuts::saveToDefaults()
 {
-    m_folder->setCurrent(changedShortcuts());
+    QWError error;
+    if (!m_folder->setCurrent(changedShortcuts(), &error))
+        _tell(error);
 }
 
 void QWKeyboardShortcuts::reloadDisplay()
@@ -165,7 +174,7 @@ void QWKeyboardShortcuts::reloadDisplay()
     const QString search = m_editor ? m_editor->searchString() : QString();
     m_displayResults.clear();
     for (const auto &group : m_groups) {
-        if (const auto shown = search.isEmpty() ? group : matchingPart(*group, search))
+        if (const auto shown = search.isEmpty() ? group : qw::matchingPart(*group, search))
             m_displayResults.push_back(shown);
     }
     if (m_editor)
@@ -196,7 +205,9 @@ void QWKeyboardShortcuts::loadPreset(QObject *sender)
     const auto *const item = qobject_cast<QAction *>(sender);
     if (!item)
         return;
-    m_folder->usePreset(platform::titleOf(*item));
+    QWError error;
+    if (!m_folder->usePreset(platform::titleOf(*item), &error))
+        _tell(error);
     _currentShortcutsDidChange();
 }
 
@@ -208,7 +219,9 @@ void QWKeyboardShortcuts::loadFactoryPreset(QObject *)
          {localized("Reset"), localized("Cancel")}});
     if (button != 0)
         return;
-    m_folder->setCurrent({});
+    QWError error;
+    if (!m_folder->setCurrent({}, &error))
+        _tell(error);
     _currentShortcutsDidChange();
 }
 
@@ -216,10 +229,11 @@ void QWKeyboardShortcuts::exportShortcuts(QObject *)
 {
     platform::SavePanelRequest request;
     request.window = m_editor ? m_editor->window() : nullptr;
+    request.suggestedName = exchangeName();
     request.requiredFileType = exchangeType;
     System::current().filePanels().beginSavePanel(request, [self = QPointer(this)](int code, const QString &path) {
-        if (self && code == platform::FilePanels::OK)
-            ShortcutFiles::writeArray(path, self->changedShortcuts());
+        if (self)
+            self->_exportPanelDidEnd(code, path);
     });
 }
 
@@ -229,8 +243,8 @@ void QWKeyboardShortcuts::loadShortcuts(QObject *)
     request.window = m_editor ? m_editor->window() : nullptr;
     request.fileTypes = {exchangeType, legacyExchangeType};
     System::current().filePanels().beginOpenPanel(request, [self = QPointer(this)](int code, const QStringList &paths) {
-        if (self && code == platform::FilePanels::OK && !paths.isEmpty())
-            self->_import(paths.first());
+        if (self)
+            self->_importPanelDidEnd(code, paths.value(0));
     });
 }
 
@@ -245,7 +259,9 @@ void QWKeyboardShortcuts::saveShortcutPanelDidEnd(int returnCode)
     name.replace('/', '_');
     if (m_folder->hasPreset(name) && !_mayReplace(name))
         return;
-    m_folder->setPreset(name, changedShortcuts());
+    QWError error;
+    if (!m_folder->setPreset(name, changedShortcuts(), &error))
+        _tell(error);
     buildPresetsMenu();
 }
 
@@ -340,12 +356,35 @@ bool QWKeyboardShortcuts::_mayReplace(const QString &name) const
                {platform::formatted(question, {name}), consequence, {localized("Replace"), localized("Cancel")}}) == 0;
 }
 
-void QWKeyboardShortcuts::_import(const QString &path)
+void QWKeyboardShortcuts::_importPanelDidEnd(int code, const QString &path)
 {
+    if (m_editor)
+        m_editor->filePanelDidEnd();
+    if (code != platform::FilePanels::OK)
+        return;
     const auto array = ShortcutFiles::readArray(path);
     const QString name = PresetNames::forFile(path);
     if (!array || name.isEmpty())
         return;
-    m_folder->addPreset(name, *array);
+    QWError error;
+    if (!m_folder->addPreset(name, *array, &error))
+        _tell(error);
     buildPresetsMenu();
+}
+
+void QWKeyboardShortcuts::_exportPanelDidEnd(int code, const QString &path)
+{
+    QWError error;
+    if (m_editor)
+        m_editor->filePanelDidEnd();
+    if (code == platform::FilePanels::OK && !ShortcutFiles::writeArray(path, changedShortcuts(), &error))
+        _tell(error);
+}
+
+void QWKeyboardShortcuts::_tell(const QWError &error) const
+{
+    log(error);
+    if (m_alertsFailures)
+        platform::runAlert(
+            {localized("The keyboard shortcuts could not be saved."), error.message() + ' ' + error.reason(), {}});
 }

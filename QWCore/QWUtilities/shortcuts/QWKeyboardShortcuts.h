@@ -14,9 +14,11 @@
 
 class QEvent;
 class QMenuBar;
+class QWError;
 
 namespace qw
 {
+class DefinitionCheck;
 class FactoryDefinition;
 class ShortcutEditor;
 class ShortcutFolder;
@@ -26,9 +28,9 @@ class ShortcutIndex;
 /// The keyboard shortcuts of the host: the factory definition (resource "shortcuts.plist") with the user's changes on
 /// top, presets, exchange files, dispatch of key events, and the editor. One per System. Main thread.
 ///
-/// No error is told: what cannot be read counts as empty, what cannot be written is not. Nothing is lost all the same:
-/// current changes that cannot be read, or that a preset which cannot be read takes the place of, are set aside, and so
-/// is a preset that an imported one of its name takes the place of.
+/// What cannot be read counts as empty. What cannot be written is logged, and told where the host wants it. Nothing is
+/// lost: current changes that cannot be read, or that a preset which cannot be read takes the place of, are set aside,
+/// and so is a preset that an imported one of its name takes the place of.
 class QWUTILITIES_EXPORT QWKeyboardShortcuts : public QObject
 {
     Q_OBJECT
@@ -66,6 +68,10 @@ public:
     /// The first in group order, or null; also for no key.
     std::shared_ptr<QWShortcut> shortcutWithKey(const std::optional<QWShortcutKey> &key) const;
     std::shared_ptr<QWShortcut> shortcutWithActionTag(const platform::Selector &action, qint32 tag) const;
+
+    /// Whether an alert tells the user that shortcuts or a preset could not be written; not at first. The log says it
+    /// in any case.
+    void setAlertsFailures(bool alerts) { m_alertsFailures = alerts; }
 
     /// Reads everything anew.
     void loadCurrentShortcuts();
@@ -110,13 +116,17 @@ private:
     void _applyChange(const QVariantMap &state);
     void _currentShortcutsDidChange();
     bool _mayReplace(const QString &name) const;
-    void _import(const QString &path);
+    void _importPanelDidEnd(int code, const QString &path);
+    void _exportPanelDidEnd(int code, const QString &path);
+    void _tell(const QWError &error) const;
 
+    bool m_alertsFailures = false;
     QString m_shortcutsDirectory;
     QString m_currentShortcutsPath;
     Groups m_groups;
     Groups m_displayResults;
     std::unique_ptr<qw::FactoryDefinition> m_factory;
+    std::unique_ptr<qw::DefinitionCheck> m_check;
     std::unique_ptr<qw::ShortcutIndex> m_index;
     std::unique_ptr<qw::ShortcutFolder> m_folder;
     std::unique_ptr<qw::ShortcutEditor> m_editor;

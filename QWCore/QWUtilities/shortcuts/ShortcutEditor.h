@@ -25,6 +25,9 @@ public:
 
     virtual QWidget *window() const = 0;
 
+    /// A file panel on the editor's window has gone: the window is key again, if it is up.
+    virtual void filePanelDidEnd() = 0;
+
     /// The sheet that captures keys; while it is visible, doSetShortcut() gets every key and modifier change that the
     /// filter lets through.
     virtual QWidget *setShortcutPanel() const = 0;

@@ -108,6 +108,12 @@ QWidget *ShortcutEditorPanel::window() const
     return m_outlets ? m_outlets->window : nullptr;
 }
 
+void ShortcutEditorPanel::filePanelDidEnd()
+{
+    if (m_outlets && m_outlets->window->isVisible())
+        m_keyReturn->comeBack();
+}
+
 QWidget *ShortcutEditorPanel::setShortcutPanel() const
 {
     return m_outlets ? m_outlets->capture.panel : nullptr;
@@ -178,6 +184,11 @@ void ShortcutEditorPanel::editShortcut(QObject *)
 void ShortcutEditorPanel::clearShortcut(QObject *)
 {
     m_captureSheet->clear();
+}
+
+void ShortcutEditorPanel::clearOtherShortcut(QObject *)
+{
+    m_captureSheet->clearOther();
 }
 
 void ShortcutEditorPanel::confirmSetShortcut(QObject *sender)
@@ -257,6 +268,7 @@ void ShortcutEditorPanel::_makeSheets()
         sheet->setParent(m_outlets->window, Qt::Dialog);
     m_keyReturn = std::make_unique<KeyReturn>(*m_outlets->window);
     m_outlets->capture.hintText = m_outlets->capture.panel->findChild<QLabel *>("setShortcutHintText");
+    m_outlets->capture.clearOtherButton = m_outlets->capture.panel->findChild<QPushButton *>("clearOtherButton");
     m_outlets->save.ruleText = m_outlets->save.panel->findChild<QLabel *>("saveShortcutRuleText");
     showAsNote(m_outlets->capture.hintText);
     showAsNote(m_outlets->save.ruleText);

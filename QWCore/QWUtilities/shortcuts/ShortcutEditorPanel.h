@@ -39,6 +39,7 @@ public:
     void open() override;
     void toggle() override;
     QWidget *window() const override;
+    void filePanelDidEnd() override;
     QWidget *setShortcutPanel() const override;
     void doSetShortcut(const platform::KeyEvent &event) override;
     QString searchString() const override;
@@ -50,6 +51,7 @@ public:
     Q_INVOKABLE void searchChanged(QObject *sender);
     Q_INVOKABLE void editShortcut(QObject *sender); ///< Of the row at the cursor.
     Q_INVOKABLE void clearShortcut(QObject *sender);
+    Q_INVOKABLE void clearOtherShortcut(QObject *sender);
     Q_INVOKABLE void confirmSetShortcut(QObject *sender);
     Q_INVOKABLE void saveShortcuts(QObject *sender);
     Q_INVOKABLE void closeSaveShortcutPanel(QObject *sender);

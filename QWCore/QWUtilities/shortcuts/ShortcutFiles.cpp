@@ -1,5 +1,6 @@
 #include "ShortcutFiles.h"
 
+#include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/PropertyList.h>
 
 #include <QFile>
@@ -31,6 +32,15 @@ bool overwrite(QFile &file, const QByteArray &data)
 {
     return file.seek(0) && file.write(data) == data.size() && file.resize(data.size());
 }
+
+bool fail(QWError *error, const QString &path, const QString &reason)
+{
+    if (error)
+        *error = QWError(
+            platform::formatted(platform::localized("“%@” could not be written."), {QFileInfo(path).fileName()}),
+            reason);
+    return false;
+}
 } // namespace
 
 std::optional<QVariantList> readArray(const QString &path)
@@ -39,31 +49,37 @@ std::optional<QVariantList> readArray(const QString &path)
     return list.typeId() == QMetaType::QVariantList ? std::optional(list.toList()) : std::nullopt;
 }
 
-bool writeArray(const QString &path, const QVariantList &array)
+bool writeArray(const QString &path, const QVariantList &array, QWError *error)
 {
     QFile file(path);
     const bool isNew = !QFileInfo::exists(path);
     const bool isUsable = isNew || QFileInfo(path).isFile(); // a device would never end
-    if (!isUsable || !file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
-        return false;
+    if (!isUsable)
+        return fail(error, path, platform::localized("What has this name is no file."));
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
+        return fail(error, path, file.errorString());
     const QByteArray before = file.readAll();
     if (overwrite(file, textOf(array)))
         return true;
+    const QString reason = file.errorString();
     file.unsetError();
     if (isNew)
         file.remove();
     else
         overwrite(file, before);
-    return false;
+    return fail(error, path, reason);
 }
 
-void setAside(const QString &path)
+bool setAside(const QString &path, QWError *error)
 {
     const QFileInfo file(path);
+    if (!file.exists())
+        return true;
     QString aside = file.path() + "/_kept " + file.fileName();
     for (int i = 2; QFileInfo::exists(aside); ++i)
         aside = file.path() + QString("/_kept %1 ").arg(i) + file.fileName();
-    QFile::rename(path, aside);
+    QFile moved(path);
+    return moved.rename(aside) || fail(error, path, moved.errorString());
 }
 
 } // namespace qw::ShortcutFiles

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QWBase/QWError.h>
+
 #include <QString>
 #include <QVariantList>
 
@@ -17,11 +19,12 @@ namespace ShortcutFiles
 std::optional<QVariantList> readArray(const QString &path);
 
 /// Writes in place. A represented object that no file can hold is left out; a write that fails, on a full disk for
-/// one, leaves what was there before, or nothing.
-bool writeArray(const QString &path, const QVariantList &array);
+/// one, leaves what was there before, or nothing, and says why.
+bool writeArray(const QString &path, const QVariantList &array, QWError *error = nullptr);
 
-/// Moves a file out of the way of the next write, under a name that is no preset's and that no other file has.
-void setAside(const QString &path);
+/// Moves a file out of the way of the next write, under a name that is no preset's and that no other file has. False,
+/// with the reason, when it stays where it is.
+bool setAside(const QString &path, QWError *error = nullptr);
 
 } // namespace ShortcutFiles
 

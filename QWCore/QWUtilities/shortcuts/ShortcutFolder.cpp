@@ -27,10 +27,10 @@ ShortcutFolder::ShortcutFolder(QString path, QString current)
 {
 }
 
-void ShortcutFolder::make() const
+bool ShortcutFolder::make(QWError *error) const
 {
-    _makeDirectory();
-    _makeCurrentFile();
+    const bool isWhole = _makeDirectory(error);
+    return _makeCurrentFile(error) && isWhole;
 }
 
 QVariantList ShortcutFolder::current()
@@ -40,11 +40,12 @@ QVariantList ShortcutFolder::current()
     return changes.value_or(QVariantList());
 }
 
-void ShortcutFolder::setCurrent(const QVariantList &changes)
+bool ShortcutFolder::setCurrent(const QVariantList &changes, QWError *error)
 {
-    if (std::exchange(m_keepsCurrent, false))
-        ShortcutFiles::setAside(m_current);
-    ShortcutFiles::writeArray(m_current, changes);
+    if (m_keepsCurrent && !ShortcutFiles::setAside(m_current, error))
+        return false;
+    m_keepsCurrent = false;
+    return ShortcutFiles::writeArray(m_current, changes, error);
 }
 
 QStringList ShortcutFolder::presets() const
@@ -68,46 +69,47 @@ std::optional<QVariantList> ShortcutFolder::preset(const QString &name) const
     return ShortcutFiles::readArray(_presetPath(name));
 }
 
-void ShortcutFolder::setPreset(const QString &name, const QVariantList &changes) const
+bool ShortcutFolder::setPreset(const QString &name, const QVariantList &changes, QWError *error) const
 {
-    ShortcutFiles::writeArray(_presetPath(name), changes);
+    return ShortcutFiles::writeArray(_presetPath(name), changes, error);
 }
 
 /// For a preset that cannot be read, nobody meant to give up the current changes.
-void ShortcutFolder::usePreset(const QString &name)
+bool ShortcutFolder::usePreset(const QString &name, QWError *error)
 {
     const auto changes = preset(name);
     if (!changes && ShortcutFiles::readArray(m_current) != QVariantList())
         m_keepsCurrent = true;
-    setCurrent(changes.value_or(QVariantList()));
+    return setCurrent(changes.value_or(QVariantList()), error);
 }
 
-void ShortcutFolder::addPreset(const QString &name, const QVariantList &changes) const
+bool ShortcutFolder::addPreset(const QString &name, const QVariantList &changes, QWError *error) const
 {
-    if (hasPreset(name) && preset(name) != changes)
-        ShortcutFiles::setAside(_presetPath(name));
-    setPreset(name, changes);
+    const bool takesAPlace = hasPreset(name) && preset(name) != changes;
+    const bool isFree = !takesAPlace || ShortcutFiles::setAside(_presetPath(name), error);
+    return isFree && setPreset(name, changes, error);
 }
 
 /// The first time, the host's factory presets come along.
-void ShortcutFolder::_makeDirectory() const
+bool ShortcutFolder::_makeDirectory(QWError *error) const
 {
     if (QWFile::existsAtPath(m_path))
-        return;
+        return true;
     QWFile::createDirectoryAtPath(QFileInfo(m_path).path());
     const QString factory = platform::System::current().mainBundle().pathForResource(factoryPresets, {});
-    if (factory.isEmpty() || !QWFile::copyPathToPath(factory, m_path))
-        QWFile::createDirectoryAtPath(m_path);
+    const bool isCopied = !factory.isEmpty() && QWFile::copyPathToPath(factory, m_path, error);
+    if (!isCopied && !QWFile::createDirectoryAtPath(m_path, error))
+        return false;
     // A copy out of a bundle that nobody may write would be one too.
     QFile::setPermissions(m_path, QFile::permissions(m_path) | QFile::WriteOwner);
+    return isCopied || factory.isEmpty();
 }
 
-void ShortcutFolder::_makeCurrentFile() const
+bool ShortcutFolder::_makeCurrentFile(QWError *error) const
 {
     if (!QWFile::existsAtPath(m_current))
         LegacyShortcuts::moveTo(m_current);
-    if (!QWFile::existsAtPath(m_current))
-        ShortcutFiles::writeArray(m_current, {});
+    return QWFile::existsAtPath(m_current) || ShortcutFiles::writeArray(m_current, {}, error);
 }
 
 QString ShortcutFolder::_presetPath(const QString &name) const

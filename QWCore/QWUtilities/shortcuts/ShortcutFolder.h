@@ -6,12 +6,14 @@
 
 #include <optional>
 
+class QWError;
+
 namespace qw
 {
 
 /// The user's folder of shortcuts: the file of current changes, and presets beside it. What cannot be read counts as
-/// empty, what cannot be written is not; but nothing of the user's that a write takes the place of unasked is lost: it
-/// is set aside. Main thread.
+/// empty; nothing of the user's that a write takes the place of unasked is lost: it is set aside. What cannot be
+/// written is false, with the reason. Main thread.
 class ShortcutFolder
 {
 public:
@@ -20,10 +22,10 @@ public:
 
     /// Makes the folder and the file of current changes if they are missing: the folder as a copy of the host's factory
     /// presets, the file from what the user defaults may hold of former versions, else empty.
-    void make() const;
+    bool make(QWError *error) const;
 
     QVariantList current();
-    void setCurrent(const QVariantList &changes);
+    bool setCurrent(const QVariantList &changes, QWError *error);
 
     /// Names, in the order of the folder.
     QStringList presets() const;
@@ -33,17 +35,17 @@ public:
     std::optional<QVariantList> preset(const QString &name) const;
 
     /// Writes over one of that name.
-    void setPreset(const QString &name, const QVariantList &changes) const;
+    bool setPreset(const QString &name, const QVariantList &changes, QWError *error) const;
 
     /// Makes the current changes those of a preset; of one that cannot be read, none.
-    void usePreset(const QString &name);
+    bool usePreset(const QString &name, QWError *error);
 
     /// Adds a preset of which nobody was asked whether it may take the place of another.
-    void addPreset(const QString &name, const QVariantList &changes) const;
+    bool addPreset(const QString &name, const QVariantList &changes, QWError *error) const;
 
 private:
-    void _makeDirectory() const;
-    void _makeCurrentFile() const;
+    bool _makeDirectory(QWError *error) const;
+    bool _makeCurrentFile(QWError *error) const;
     QString _presetPath(const QString &name) const;
 
     QString m_path;

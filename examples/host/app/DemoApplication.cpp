@@ -105,6 +105,7 @@ void DemoApplication::_openWindow()
     if (!m_tour && HostSettings::isOn(HostSettings::rememberFrameKey)) // the tour's pictures are alike everywhere
         m_window->restoreFrame();
     m_window->show();
+    QWKeyboardShortcuts::sharedInstance().setAlertsFailures(true);
     QWKeyboardShortcuts::loadShortcuts(); // with the menus there, whose items take their keys from it
     _takeUpControllers();
     _openFirstSound();
