@@ -52,7 +52,7 @@ private:
     QToolButton *m_play;
     QLabel *m_position;
     LevelMeter *m_level;
-    QLabel *m_facts;
+    ElidedText *m_facts;
     ElidedText *m_status;
     QProgressBar *m_bar;
     QPushButton *m_cancel;
