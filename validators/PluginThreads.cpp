@@ -1,6 +1,7 @@
 #include "PluginThreads.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -52,8 +53,10 @@ PluginThreads::States PluginThreads::_statesOfAll()
 {
     States states;
     std::error_code ignored;
-    for (const auto &thread : std::filesystem::directory_iterator("/proc/self/task", ignored))
-        states.emplace(std::stoi(thread.path().filename().string()), stateOf(thread.path()));
+    // Step by step: a thread that ends meanwhile is no reason for an exception.
+    for (std::filesystem::directory_iterator thread("/proc/self/task", ignored), end; thread != end;
+         thread.increment(ignored))
+        states.emplace(std::atoi(thread->path().filename().c_str()), stateOf(thread->path()));
     return states;
 }
 

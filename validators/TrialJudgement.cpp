@@ -2,6 +2,7 @@
 
 #include "TrialReport.h"
 
+#include <csignal>
 #include <cstring>
 #include <sys/wait.h>
 
@@ -13,6 +14,12 @@ using Verdict = TrialReport::Verdict;
 bool isWindingUp(TrialStep step)
 {
     return step == TrialStep::Stopping || step == TrialStep::Closing;
+}
+
+/// What others send, such as a system that runs out of memory; a plug-in's own faults end otherwise.
+bool isFromOutside(int signal)
+{
+    return signal == SIGKILL || signal == SIGTERM || signal == SIGINT || signal == SIGHUP;
 }
 
 QByteArray during(TrialStep step)
@@ -38,6 +45,7 @@ TrialJudgement TrialJudgement::of(const TrialReport *report, int waitStatus)
         return {.reason = "There is no process to try the plug-in in."};
     if (WIFEXITED(waitStatus))
         return ofEnded(*report, WEXITSTATUS(waitStatus));
-    return {.isPremature = isWindingUp(report->step),
-            .reason = "The plug-in crashes" + during(report->step) + ": " + ::strsignal(WTERMSIG(waitStatus)) + '.'};
+    const int signal = WTERMSIG(waitStatus);
+    return {.isPremature = isWindingUp(report->step) || isFromOutside(signal),
+            .reason = "The plug-in crashes" + during(report->step) + ": " + ::strsignal(signal) + '.'};
 }

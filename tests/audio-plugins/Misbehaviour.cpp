@@ -34,6 +34,15 @@ std::string inHome(const char *name)
     return std::string(std::getenv("HOME")) + '/' + name;
 }
 
+/// Whether this home sees it the first time.
+bool isFirstTime()
+{
+    const std::string mark = inHome("mark");
+    const bool isFirst = ::access(mark.c_str(), F_OK) != 0;
+    std::ofstream(mark).put('x');
+    return isFirst;
+}
+
 /// A thread that has only begun when the plug-in is to be closed again.
 void compute()
 {
@@ -98,6 +107,8 @@ void misbehaveAtOpen()
         std::exit(0);
     if (behaviour == Behaviour::Stopping)
         std::raise(SIGSTOP);
+    if (behaviour == Behaviour::KilledAtFirst && isFirstTime())
+        std::raise(SIGKILL);
     if (behaviour == Behaviour::Forking || behaviour == Behaviour::ForkingAndHanging)
         beginProcesses();
     if (behaviour == Behaviour::Threading)
@@ -110,11 +121,8 @@ void misbehaveAtOpen()
 
 void misbehaveAtClose()
 {
-    const std::string mark = inHome("closed");
-    const bool isFirst = behaviour == Behaviour::CrashAtFirstClose && ::access(mark.c_str(), F_OK) != 0;
-    if (isFirst)
-        std::ofstream(mark).put('x');
-    if (isFirst || behaviour == Behaviour::CrashAtClose || (behaviour == Behaviour::Threading && !isComputed))
+    if ((behaviour == Behaviour::CrashAtFirstClose && isFirstTime()) || behaviour == Behaviour::CrashAtClose ||
+        (behaviour == Behaviour::Threading && !isComputed))
         crash();
 }
 

@@ -19,6 +19,7 @@ enum class Behaviour
     CrashAtInstantiate,
     CrashAtClose,
     CrashAtFirstClose,
+    KilledAtFirst,
     Exiting,
     Stopping,
     Greedy,

@@ -53,6 +53,8 @@ private slots:
         QTest::newRow("threads that have just begun") << "Threading" << QByteArray();
         QTest::newRow("crash while closing, once")
             << "CrashAtFirstClose" << QByteArray("The plug-in crashes (closing): Segmentation fault.");
+        QTest::newRow("killed by others, once")
+            << "KilledAtFirst" << QByteArray("The plug-in crashes (opening): Killed.");
         QTest::newRow("noise at the beginning")
             << "NotFiniteAtFirst" << QByteArray("The plug-in gives samples that are not finite.");
     }
