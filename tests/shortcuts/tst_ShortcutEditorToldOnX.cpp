@@ -106,13 +106,14 @@ void tst_ShortcutEditorToldOnX::whatIsClearedIsSaid()
     QVERIFY(host.isOpen && host.edit(0, 0));
     host.click(host.clear);
     QVERIFY(ScreenReader::heard("No shortcut"));
-    QVERIFY(XServer::act({"key", "ctrl+x"}));
+    QVERIFY(XServer::act({"keydown", "ctrl+x"}));
     QTRY_COMPARE(host.outro->text(), host.inUse("Cut"));
-    QVERIFY(XServer::act({"keydown", "alt"}));
-    QTRY_COMPARE(host.clear->text(), QString("Clear Other"));
     host.system.clock.advance(std::chrono::seconds(1));
-    QTRY_VERIFY(ScreenReader::heard("Ctrl+X. The other shortcut was cleared."));
-    QVERIFY(XServer::act({"keyup", "alt"}));
+    QTRY_VERIFY(host.clearOther->hasFocus());
+    QVERIFY(XServer::act({"keyup", "ctrl+x"}));
+    QVERIFY(XServer::act({"key", "Return"}));
+    QTRY_VERIFY(host.shown->accessibleName().startsWith("Ctrl+X. The shortcut of “Cut” was cleared."));
+    QVERIFY(ScreenReader::heard(host.shown->accessibleName()));
 }
 
 void tst_ShortcutEditorToldOnX::buttonsHaveNames()

@@ -33,11 +33,13 @@ void ClearOtherButton::show(const QString &name)
 {
     if (!m_button)
         return;
+    m_button->setVisible(!name.isEmpty());
+    if (name.isEmpty())
+        return;
     const QFontMetrics metrics(m_button->font());
     const QString elided = metrics.elidedText(name, Qt::ElideMiddle, metrics.averageCharWidth() * longestName);
     m_button->setText(title(elided).replace('&', "&&"));
     m_button->setAccessibleName(title(name));
-    m_button->setVisible(!name.isEmpty());
 }
 
 bool ClearOtherButton::canBeOffered() const
