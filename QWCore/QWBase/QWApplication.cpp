@@ -1,6 +1,8 @@
 #include "QWApplication.h"
 
+#include "InstanceFolder.h"
 #include "QWApplicationLog.h"
+#include "QWError.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/FirstResponder.h>
@@ -12,19 +14,23 @@
 #include <QWPlatform/appkit/Selector.h>
 #include <QWPlatform/appkit/Theme.h>
 #include <QWPlatform/devices/KeyboardState.h>
+#include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Bundle.h>
+#include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/network/Proxies.h>
 
 #include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QRegularExpression>
 #include <QScopeGuard>
-#include <QTemporaryDir>
 #include <QThread>
 
 #include <cxxabi.h>
+#include <unistd.h>
 
+using platform::localized;
 using platform::System;
 
 namespace
@@ -41,6 +47,7 @@ std::vector<QWApplicationCategory> &registeredCategories()
 /// What must be set before QApplication's constructor runs.
 int &prepared(int &argc)
 {
+    platform::useDesktopProxies();                              // while there is one thread
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts); // web views share their contexts with the windows
     return argc;
 }
@@ -71,6 +78,20 @@ QString schemeOf(const QString &argument)
 {
     static const QRegularExpression form("^([A-Za-z][A-Za-z0-9+.-]+):.");
     return form.match(argument).captured(1).toLower();
+}
+
+/// Those of @p texts that are URLs of the host's own schemes. A host that claims none gets whatever looks like one with
+/// an authority ("scheme://…").
+QStringList urlsForHost(QStringList texts)
+{
+    texts.removeIf([](const QString &text) { return schemeOf(text).isEmpty(); });
+    if (texts.isEmpty())
+        return texts;
+    const QStringList schemes = hostSchemes();
+    texts.removeIf([&](const QString &text) {
+        return schemes.isEmpty() ? !text.contains("://") : !schemes.contains(schemeOf(text));
+    });
+    return texts;
 }
 
 QString textOfCurrentException()
@@ -104,6 +125,7 @@ QWApplication::QWApplication(int &argc, char **argv)
 QWApplication::~QWApplication()
 {
     System::current().releaseShared();
+    System::current().endWork();
     theApplication = nullptr;
 }
 
@@ -159,8 +181,13 @@ QString QWApplication::supportDirectory() const
 QString QWApplication::tempDirectory() const
 {
     if (!m_tempDirectory || !QFileInfo(m_tempDirectory->path()).isDir())
-        m_tempDirectory = std::make_unique<QTemporaryDir>(QDir::tempPath() + '/' + _folderName() + ".XXXXXX");
-    return m_tempDirectory->isValid() ? m_tempDirectory->path() : QString();
+        m_tempDirectory = std::make_unique<qw::InstanceFolder>(_tempDirectoryBase());
+    const std::error_code &failure = m_tempDirectory->failure();
+    if (failure && !std::exchange(m_toldOfTempDirectory, true))
+        QWError(localized("A folder for temporary files could not be made."),
+                QString::fromLocal8Bit(failure.message().c_str()))
+            .alert();
+    return m_tempDirectory->path();
 }
 
 bool QWApplication::usesSplashScreen() const
@@ -209,12 +236,16 @@ void QWApplication::_launch()
 {
     if (usesSingleInstance() && _isSecondInstance())
         return quit();
-    _receiveUrls(_urlsOfCommandLine());
+    _receiveUrls(arguments().mid(1));
     const auto launched = qScopeGuard([this] {
         m_launched = true;
         _deliverUrls();
     });
     finishLaunching();
+    System::current().backgroundWork().start([base = _tempDirectoryBase()]() -> std::function<void()> {
+        qw::InstanceFolder::removeDead(base);
+        return {};
+    });
 }
 
 /// Listening comes first: of two instances that start together only one gets the name.
@@ -223,7 +254,7 @@ bool QWApplication::_isSecondInstance()
     const QString identifier = System::current().mainBundle().identifier();
     auto &link = System::current().instanceLink();
     return !link.listen(identifier, [this](const QString &url) { _receiveUrls({url}); }) &&
-           link.handOver(identifier, _urlsOfCommandLine());
+           link.handOver(identifier, urlsForHost(arguments().mid(1)));
 }
 
 void QWApplication::_finishLaunchingInside(std::span<const QWApplicationCategory> categories)
@@ -247,9 +278,10 @@ void QWApplication::_didFinishLaunching(const QWApplicationCategory &category) n
     }
 }
 
-void QWApplication::_receiveUrls(const QStringList &urls)
+/// Anyone on the bus may call itself another instance, so what comes from there is chosen as the command line's are.
+void QWApplication::_receiveUrls(const QStringList &texts)
 {
-    m_urls += urls;
+    m_urls += urlsForHost(texts);
     if (m_launched)
         _deliverUrls();
 }
@@ -265,25 +297,18 @@ void QWApplication::_deliverUrls()
             this, [this, url] { getUrlWithReplyEvent(url); }, Qt::QueuedConnection);
 }
 
-/// A host that claims no schemes gets whatever looks like one with an authority ("scheme://…").
-QStringList QWApplication::_urlsOfCommandLine() const
-{
-    QStringList candidates = arguments().mid(1);
-    candidates.removeIf([](const QString &argument) { return schemeOf(argument).isEmpty(); });
-    if (candidates.isEmpty())
-        return candidates;
-    const QStringList schemes = hostSchemes();
-    candidates.removeIf([&](const QString &argument) {
-        return schemes.isEmpty() ? !argument.contains("://") : !schemes.contains(schemeOf(argument));
-    });
-    return candidates;
-}
-
 /// The name as a file name.
 QString QWApplication::_folderName() const
 {
     const QString folder = name().replace('/', ':');
     return folder.startsWith('.') ? '_' + folder.mid(1) : folder;
+}
+
+QString QWApplication::_tempDirectoryBase() const
+{
+    const QString place = QDir::tempPath(); // "" when what the environment names is not there
+    const QString name = _folderName() + '.' + QString::number(::geteuid());
+    return place.isEmpty() ? name : place + '/' + name;
 }
 
 bool QWApplication::_notify(QObject *receiver, QEvent *event)

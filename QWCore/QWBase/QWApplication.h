@@ -12,7 +12,11 @@
 #include <vector>
 
 class QKeyEvent;
-class QTemporaryDir;
+
+namespace qw
+{
+class InstanceFolder;
+}
 
 /// The application object of a host. It stays when the last window closes, survives exceptions that leave a slot, and
 /// does next to nothing before its event loop runs. Main thread, except handlesExceptions().
@@ -53,8 +57,9 @@ public:
     /// The application's own folder below "~/Library/Application Support/Quorwell/", tilde expanded. Not made here.
     virtual QString supportDirectory() const;
 
-    /// A folder of this process that nobody else can read, made when first asked for and removed at the end; "" when
-    /// none can be made.
+    /// A folder of this process that nobody else can read, made when first asked for (or when it has gone meanwhile)
+    /// and removed at the end; what an instance left that could not do so, the next one removes. "" when none can be
+    /// made: an alert has then said so, once, and nothing must be written. Main thread.
     virtual QString tempDirectory() const;
 
     /// Whether a splash screen shows during the launch; a host says yes by overriding.
@@ -89,10 +94,10 @@ private:
     bool _isSecondInstance();
     void _finishLaunchingInside(std::span<const QWApplicationCategory> categories);
     void _didFinishLaunching(const QWApplicationCategory &category) noexcept;
-    void _receiveUrls(const QStringList &urls);
+    void _receiveUrls(const QStringList &texts);
     void _deliverUrls();
-    QStringList _urlsOfCommandLine() const;
     QString _folderName() const;
+    QString _tempDirectoryBase() const;
     bool _notify(QObject *receiver, QEvent *event);
     bool _notifyKeyPress(QObject *receiver, QKeyEvent *event);
     bool _performKeyEquivalent(QKeyEvent &event);
@@ -105,5 +110,6 @@ private:
     bool m_launched = false;      ///< Set when the launch has ended, in whatever way.
     int m_keyPressLevel = -1;     ///< Level of the event loop that delivers a key press; -1: none does.
     QStringList m_urls;           ///< Arrived before the launch was over.
-    mutable std::unique_ptr<QTemporaryDir> m_tempDirectory;
+    mutable std::unique_ptr<qw::InstanceFolder> m_tempDirectory;
+    mutable bool m_toldOfTempDirectory = false; ///< That there is none.
 };

@@ -150,6 +150,11 @@ bool QWFile::emptyDirectoryAtPath(const QString &path, QWError *error)
     return succeeded(qw::emptyFolder(nativePath(path)), "The folder “%@” could not be emptied.", path, error);
 }
 
+void QWFile::makeAccessibleAtPath(const QString &path)
+{
+    qw::makeTreeAccessible(nativePath(path));
+}
+
 bool QWFile::deleteFileAtPath(const QString &path, QWError *error)
 {
     return succeeded(qw::removeTree(nativePath(path)), "“%@” could not be deleted.", path, error);

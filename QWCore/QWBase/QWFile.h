@@ -41,6 +41,10 @@ public:
     /// inside are removed, never followed.
     static bool emptyDirectoryAtPath(const QString &path, QWError *error = nullptr);
 
+    /// Gives the user back what permissions he lacks to read, change and remove the folder and all it holds, as far as
+    /// they are his to give. Links inside are not followed.
+    static void makeAccessibleAtPath(const QString &path);
+
     /// Removes a file, a link (not what it leads to), or a folder with all it holds. Nothing there is a failure.
     static bool deleteFileAtPath(const QString &path, QWError *error = nullptr);
 

@@ -17,6 +17,13 @@ std::error_code lastError()
     return {errno, std::generic_category()};
 }
 
+void giveToOwner(const fs::path &path, mode_t permissions)
+{
+    struct stat status;
+    if (::stat(path.c_str(), &status) == 0 && (status.st_mode & permissions) != permissions)
+        (void)::chmod(path.c_str(), (status.st_mode & 07777) | permissions); // what is another's stays as it is
+}
+
 /// After the content: a folder may be one that cannot be written to, and writing changes the date.
 std::error_code copyAttributes(const struct stat &source, const fs::path &to)
 {
@@ -76,6 +83,22 @@ std::error_code emptyFolder(const fs::path &folder)
         if (const std::error_code failed = removeTree(entry->path()); failed && !first)
             first = failed;
     return first ? first : error;
+}
+
+void makeTreeAccessible(const fs::path &folder)
+{
+    giveToOwner(folder, S_IRWXU);
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        struct stat status;
+        if (::lstat(entry->path().c_str(), &status) != 0)
+            continue;
+        if (S_ISDIR(status.st_mode))
+            makeTreeAccessible(entry->path());
+        else if (S_ISREG(status.st_mode))
+            giveToOwner(entry->path(), S_IRUSR | S_IWUSR);
+    }
 }
 
 std::error_code copyTree(const fs::path &from, const fs::path &to)

@@ -50,8 +50,14 @@ System::~System()
 {
     Scope scope(*this); // destructors of shared objects ask for the current System
     releaseShared();
+    endWork();
+}
+
+void System::endWork()
+{
     m_services.urlLoader->cancelAll();
-    m_backgroundWork.reset();
+    m_services.urlDownloads->cancelAll();
+    m_backgroundWork->end();
 }
 
 void System::releaseShared()

@@ -70,7 +70,7 @@ public:
     System(const System &) = delete;
     System &operator=(const System &) = delete;
 
-    /// Releases the shared objects, last made first, then waits for the background work.
+    /// Releases the shared objects, last made first, then ends the work.
     virtual ~System();
 
     Locations &locations() const { return *m_services.locations; }
@@ -122,6 +122,11 @@ public:
 
     /// Destroys all shared objects, last made first. The application object does so before it goes.
     void releaseShared();
+
+    /// Makes all loads and downloads fail, then waits for the background work, whose results are dropped; from then on
+    /// none begins. The application object does so before it goes: afterwards Qt delivers nothing any more, neither
+    /// what would end a load nor its time-out, and whoever waited for one would wait for ever. Shared objects go first.
+    void endWork();
 
     /// Makes a System current for the scope's life. Scopes nest; main thread only.
     class QWPLATFORM_EXPORT Scope

@@ -44,12 +44,14 @@ HttpServer::HttpServer(Handler handler, QObject *parent)
     , m_server(new QTcpServer(this))
 {
     connect(m_server, &QTcpServer::newConnection, this, [this] {
-        while (QTcpSocket *socket = m_server->nextPendingConnection())
+        while (QTcpSocket *socket = m_server->nextPendingConnection()) {
+            ++m_connections;
             new HttpConnection(*socket, [this](const HttpRequest &request) {
                 m_requests.push_back(request);
                 Q_EMIT requestReceived(request.path);
                 return _replyTo(request);
             });
+        }
     });
 }
 

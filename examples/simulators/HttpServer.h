@@ -69,6 +69,9 @@ public:
     /// What was asked so far, in order.
     const std::vector<HttpRequest> &requests() const { return m_requests; }
 
+    /// How many connections were made so far, whether anything was asked over them or not.
+    int connections() const { return m_connections; }
+
 Q_SIGNALS:
     void requestReceived(const QString &path);
 
@@ -79,4 +82,5 @@ private:
     QTcpServer *m_server;
     QHash<QString, HttpReply> m_answers;
     std::vector<HttpRequest> m_requests;
+    int m_connections = 0;
 };

@@ -1,14 +1,18 @@
 #include "HostMachine.h"
 
 #include <QWPlatform/appkit/ResponderChain.h>
+#include <QWPlatform/foundation/BackgroundWork.h>
 
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
 #include <QThread>
 
+#include <atomic>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <semaphore>
 
 /// How a host launches, what it is called, and what is its own.
 class tst_QWApplication : public QObject
@@ -30,8 +34,42 @@ private Q_SLOTS:
     void identityComesFromTheInfoPlist();
     void supportDirectoryIsBelowTheHomeFolder();
     void tempDirectoryIsPrivateAndGoesWithTheApplication();
+    void eachInstanceHasATempDirectoryOfItsOwn();
+    void tempDirectoryOfADeadInstanceGoesAtTheNextStart();
+    void withoutATempDirectoryAnAlertSaysSoOnce();
     void sharedObjectsGoBeforeTheApplication();
+    void workEndsBeforeTheApplication();
 };
+
+namespace
+{
+/// Another instance of the host, which has asked for its folder.
+class OtherInstance
+{
+public:
+    OtherInstance()
+    {
+        m_process.start(QFileInfo("/proc/self/exe").symLinkTarget(),
+                        {"--use-temp-directory", "-platform", "offscreen"});
+        if (!m_process.waitForReadyRead()) // there may be no application object, and so no loop
+            qFatal("The other instance says nothing");
+        tempDirectory = QString::fromUtf8(m_process.readLine()).trimmed();
+    }
+
+    ~OtherInstance() { die(); }
+
+    void die()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    QString tempDirectory;
+
+private:
+    QProcess m_process;
+};
+} // namespace
 
 void tst_QWApplication::categoriesWrapTheLaunchOfTheHostInTheirOrder()
 {
@@ -209,6 +247,49 @@ void tst_QWApplication::tempDirectoryIsPrivateAndGoesWithTheApplication()
     QVERIFY(!QFileInfo::exists(path));
 }
 
+void tst_QWApplication::eachInstanceHasATempDirectoryOfItsOwn()
+{
+    const OtherInstance other;
+    QVERIFY(QFileInfo(other.tempDirectory).isDir());
+    HostMachine machine;
+    RecordingHost host(machine.argc, machine.argv.data());
+    QVERIFY(host.tempDirectory() != other.tempDirectory);
+}
+
+void tst_QWApplication::tempDirectoryOfADeadInstanceGoesAtTheNextStart()
+{
+    const OtherInstance living;
+    OtherInstance dead;
+    QVERIFY(QFile(dead.tempDirectory + "/leftover").open(QIODevice::WriteOnly));
+    QVERIFY(QDir(dead.tempDirectory).mkdir("folder"));
+    QVERIFY(QFile::setPermissions(dead.tempDirectory + "/folder", {}));
+    dead.die();
+    const QString alike = QFileInfo(dead.tempDirectory).path() + "/Test Host.backup";
+    QVERIFY(QDir().mkpath(alike));
+
+    HostMachine machine;
+    RecordingHost host(machine.argc, machine.argv.data());
+    quitSoon();
+    QWApplication::exec();
+    QTRY_VERIFY(!QFileInfo::exists(dead.tempDirectory));
+    QVERIFY(QFileInfo(living.tempDirectory).isDir());
+    QVERIFY(QFileInfo(alike).isDir()); // somebody else's
+    QVERIFY(QDir(alike).removeRecursively());
+}
+
+void tst_QWApplication::withoutATempDirectoryAnAlertSaysSoOnce()
+{
+    const QByteArray before = qgetenv("TMPDIR");
+    HostMachine machine;
+    RecordingHost host(machine.argc, machine.argv.data());
+    qputenv("TMPDIR", QFile::encodeName(machine.system.real("~/none")));
+    QCOMPARE(host.tempDirectory(), QString());
+    QCOMPARE(host.tempDirectory(), QString());
+    before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+    QCOMPARE(machine.system.alerts.shown, QStringList("A folder for temporary files could not be made."));
+    QVERIFY(QFileInfo(host.tempDirectory()).isDir()); // now there is a place
+}
+
 struct Witness
 {
     ~Witness() { *seen += QWApplication::sharedApplication() ? "with application" : "alone"; }
@@ -229,8 +310,41 @@ void tst_QWApplication::sharedObjectsGoBeforeTheApplication()
     QVERIFY(!QWApplication::sharedApplication());
 }
 
+void tst_QWApplication::workEndsBeforeTheApplication()
+{
+    HostMachine machine;
+    std::atomic<bool> hadApplication = false;
+    std::binary_semaphore begun(0);
+    {
+        RecordingHost host(machine.argc, machine.argv.data());
+        QVERIFY(machine.system.backgroundWork().start([&]() -> std::function<void()> {
+            begun.release();
+            QThread::yieldCurrentThread();
+            hadApplication = QCoreApplication::instance() != nullptr;
+            return {};
+        }));
+        begun.acquire();
+    }
+    QVERIFY(hadApplication);
+    QCOMPARE(machine.system.backgroundWork().running(), 0);
+    QTest::ignoreMessage(QtWarningMsg, "Background work cannot be started any more");
+    QVERIFY(!machine.system.backgroundWork().start([]() -> std::function<void()> { return {}; }));
+    machine.system.urlLoader.answer("http://support.test/", "late");
+    QVERIFY(
+        !machine.system.urlLoader.load({.url = QUrl("http://support.test/"), .headers = {}, .body = {}}).succeeded());
+}
+
 namespace
 {
+int useTempDirectory(int argc, char **argv)
+{
+    HostMachine machine;
+    RecordingHost host(argc, argv);
+    std::puts(qPrintable(host.tempDirectory()));
+    std::fflush(stdout);
+    return std::getchar(); // until it is killed
+}
+
 void registerLate(int argc, char **argv)
 {
     HostMachine machine;
@@ -244,6 +358,8 @@ int main(int argc, char **argv)
     registerRecordingCategories();
     if (argc > 1 && std::strcmp(argv[1], "--register-late") == 0)
         return registerLate(argc, argv), 0;
+    if (argc > 1 && std::strcmp(argv[1], "--use-temp-directory") == 0)
+        return useTempDirectory(argc, argv);
     tst_QWApplication test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -25,6 +25,8 @@ private Q_SLOTS:
     void urlsOfTheCommandLineComeAfterTheLaunch();
     void urlOfARealCommandLineArrives();
     void urlsHandedOverComeAfterTheLaunchOneByOne();
+    void urlsHandedOverAreThoseOfTheHostsSchemes_data();
+    void urlsHandedOverAreThoseOfTheHostsSchemes();
     void secondInstanceHandsItsUrlsOverAndEnds();
     void hostOfManyInstancesStaysOffTheBus();
 };
@@ -82,6 +84,31 @@ void tst_QWApplicationUrls::urlsHandedOverComeAfterTheLaunchOneByOne()
     QWApplication::exec();
     QCOMPARE(machine.system.instanceLink.listening, QString("com.quorwell.test"));
     QCOMPARE(journal().entries, wholeLaunch + QStringList({"tone://early", "tone://later"}));
+}
+
+void tst_QWApplicationUrls::urlsHandedOverAreThoseOfTheHostsSchemes_data()
+{
+    QTest::addColumn<QVariantMap>("info");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("schemes of its own") << withScheme << QStringList{"QWHOST:open?a=%20b", "qwhost://x"};
+    QTest::newRow("none of its own") << QVariantMap() << QStringList{"qwhost://x", "file:///etc/passwd"};
+}
+
+void tst_QWApplicationUrls::urlsHandedOverAreThoseOfTheHostsSchemes()
+{
+    QFETCH(QVariantMap, info);
+    info.insert(singleInstance);
+    HostMachine machine(info);
+    RecordingHost host(machine.argc, machine.argv.data());
+    journal().whileLaunching = [&] {
+        for (const char *const text :
+             {"QWHOST:open?a=%20b", "qwhost://x", "file:///etc/passwd", "javascript:x", "--site=http://x", "", ":"})
+            machine.system.instanceLink.deliver(text);
+        quitSoon();
+    };
+    QWApplication::exec();
+    QFETCH(const QStringList, expected);
+    QCOMPARE(journal().entries, wholeLaunch + expected);
 }
 
 void tst_QWApplicationUrls::secondInstanceHandsItsUrlsOverAndEnds()

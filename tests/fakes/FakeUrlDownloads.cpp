@@ -31,6 +31,12 @@ std::unique_ptr<platform::UrlDownload> FakeUrlDownloads::start(const QUrl &url, 
     return std::make_unique<FakeUrlDownload>(started.back());
 }
 
+void FakeUrlDownloads::cancelAll()
+{
+    for (const auto &download : started)
+        download->cancelled = !download->ended;
+}
+
 void FakeUrlDownloads::respond(qint64 expectedLength)
 {
     if (auto *observer = _running())

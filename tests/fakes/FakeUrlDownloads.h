@@ -21,6 +21,7 @@ public:
 
     std::unique_ptr<platform::UrlDownload> start(const QUrl &url, const QString &destination,
                                                  platform::UrlDownloadObserver &observer) override;
+    void cancelAll() override;
 
     /// Each of these acts on the download started last.
     void respond(qint64 expectedLength);

@@ -37,7 +37,17 @@ void FakeWebView::printToPdf(const QString &path, std::function<void(bool)> done
 
 bool FakeWebView::click(const QUrl &url)
 {
-    return _navigate(url);
+    return _navigate(url, Navigation::Cause::User);
+}
+
+bool FakeWebView::refresh(const QUrl &url)
+{
+    return this->url().scheme() != u"data" && _navigate(url, Navigation::Cause::Page);
+}
+
+bool FakeWebView::showFrame(const QUrl &url)
+{
+    return !m_policy || m_policy({.url = url, .cause = Navigation::Cause::Page, .isMainFrame = false});
 }
 
 QUrl FakeWebView::url() const
@@ -45,9 +55,9 @@ QUrl FakeWebView::url() const
     return m_position < 0 ? QUrl() : m_history.at(static_cast<std::size_t>(m_position));
 }
 
-bool FakeWebView::_navigate(const QUrl &url)
+bool FakeWebView::_navigate(const QUrl &url, Navigation::Cause cause)
 {
-    if (m_policy && !m_policy(url))
+    if (m_policy && !m_policy({.url = url, .cause = cause}))
         return false;
     m_history.resize(static_cast<std::size_t>(m_position + 1));
     m_history.push_back(url);

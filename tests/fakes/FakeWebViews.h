@@ -26,19 +26,25 @@ public:
     void print() override { ++prints; }
     void printToPdf(const QString &path, std::function<void(bool)> done) override;
     void setPolicy(Policy policy) override { m_policy = std::move(policy); }
+    void setAllowsRemoteParts(bool allows) override { allowsRemoteParts = allows; }
 
     /// Plays the user's click on a link; false when the policy refused.
     bool click(const QUrl &url);
 
+    /// Plays a page that goes on by itself, as by a refresh, and one with a frame; false when the policy refused.
+    bool refresh(const QUrl &url);
+    bool showFrame(const QUrl &url);
+
     QUrl url() const; ///< Of the page shown; empty before the first one.
     QString html;     ///< Of the last loadHtml().
     QUrl baseUrl;
+    bool allowsRemoteParts = false;
     int prints = 0;
     QStringList pdfs; ///< Paths printed to.
     bool writesPdfs = true;
 
 private:
-    bool _navigate(const QUrl &url);
+    bool _navigate(const QUrl &url, Navigation::Cause cause = Navigation::Cause::Owner);
     void _move(int steps);
 
     QPointer<QWidget> m_widget;

@@ -3,6 +3,8 @@
 #include <QWPlatform/linux/LinuxInstanceLink.h>
 
 #include <QDir>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QTest>
 
@@ -47,6 +49,8 @@ private Q_SLOTS:
     void withoutBusNothingHappens();
     void initBus() { QVERIFY(m_bus.start()); }
     void nobodyListening();
+    void busThatDoesNotAnswerIsGivenUp_data();
+    void busThatDoesNotAnswerIsGivenUp();
     void urlsReachTheOtherProcess();
     void onlyOneListens();
     void nameIsFreeAgainAfterTheEnd();
@@ -72,6 +76,36 @@ void tst_LinuxInstanceLink::nobodyListening()
 {
     LinuxInstanceLink link;
     QVERIFY(!link.handOver(identifier, {"x:1"}));
+}
+
+void tst_LinuxInstanceLink::busThatDoesNotAnswerIsGivenUp_data()
+{
+    QTest::addColumn<QByteArrayList>("answers");
+    QTest::newRow("takes the connection") << QByteArrayList{};
+    QTest::newRow("signs in") << QByteArrayList{"OK 0123456789abcdef0123456789abcdef\r\n"};
+    QTest::newRow("refuses") << QByteArrayList{"REJECTED\r\n"};
+}
+
+/// The bus library waits for more than a minute: the other process would not print a line in time.
+void tst_LinuxInstanceLink::busThatDoesNotAnswerIsGivenUp()
+{
+    QFETCH(const QByteArrayList, answers);
+    const QTemporaryDir folder;
+    QLocalServer bus;
+    QVERIFY(bus.listen(folder.filePath("bus")));
+    connect(&bus, &QLocalServer::newConnection, &bus, [&] {
+        QLocalSocket *const client = bus.nextPendingConnection();
+        connect(client, &QLocalSocket::readyRead, client, [client, left = answers]() mutable {
+            client->readAll();
+            if (!left.isEmpty())
+                client->write(left.takeFirst());
+        });
+    });
+    const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + QFile::encodeName(bus.fullServerName()));
+    OtherInstance other(identifier);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", before);
+    QCOMPARE(other.nextLine(), QString("refused"));
 }
 
 void tst_LinuxInstanceLink::urlsReachTheOtherProcess()

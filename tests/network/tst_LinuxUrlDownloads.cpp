@@ -5,7 +5,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <sys/resource.h>
 
 using namespace platform;
@@ -88,6 +90,8 @@ private Q_SLOTS:
     void unwritableDestinationFails_data();
     void unwritableDestinationFails();
     void fullDiskFails();
+    void tooLargeFilesFail_data();
+    void tooLargeFilesFail();
     void cancelIsSilentAndLeavesNothing();
     void observerMayDropTheDownload_data();
     void observerMayDropTheDownload();
@@ -239,7 +243,7 @@ void tst_LinuxUrlDownloads::silenceFails()
     reply.cutAfter = 4;
     reply.stayAfterPieces = true;
     m_server.answer("/silent", reply);
-    LinuxUrlDownloads impatient(200ms);
+    LinuxUrlDownloads impatient({.inactivity = 200ms});
     m_listener = std::make_unique<Listener>();
     m_listener->download = impatient.start(m_server.url("/silent"), _destination(), *m_listener);
     QTRY_VERIFY(m_listener->ended());
@@ -296,8 +300,34 @@ void tst_LinuxUrlDownloads::fullDiskFails()
     ::signal(SIGXFSZ, handler);
 
     QCOMPARE(m_listener->calls.back(), QString("fail"));
-    QVERIFY(!m_listener->failure.isEmpty());
+    QCOMPARE(m_listener->failure, QString::fromLocal8Bit(std::strerror(EFBIG))); // and not "Unknown error"
     QCOMPARE(_entries(), QStringList());
+}
+
+void tst_LinuxUrlDownloads::tooLargeFilesFail_data()
+{
+    QTest::addColumn<qsizetype>("size");
+    QTest::addColumn<bool>("withLength");
+    QTest::addColumn<bool>("fits");
+    QTest::newRow("at the limit") << qsizetype(5000) << true << true;
+    QTest::newRow("above, announced") << qsizetype(5001) << true << false;
+    QTest::newRow("above, not announced") << qsizetype(5001) << false << false;
+}
+
+void tst_LinuxUrlDownloads::tooLargeFilesFail()
+{
+    QFETCH(const qsizetype, size);
+    QFETCH(const bool, withLength);
+    QFETCH(const bool, fits);
+    HttpReply reply = HttpReply::text(QByteArray(size, 'x'));
+    reply.sendLength = withLength;
+    m_server.answer("/large", reply);
+    LinuxUrlDownloads modest({.fileSize = 5000});
+    m_listener = std::make_unique<Listener>();
+    m_listener->download = modest.start(m_server.url("/large"), _destination(), *m_listener);
+    QTRY_VERIFY(m_listener->ended());
+    QCOMPARE(m_listener->failure, fits ? QString() : QString("The file is too large."));
+    QCOMPARE(_entries(), fits ? QStringList("Manual.zip") : QStringList());
 }
 
 void tst_LinuxUrlDownloads::cancelIsSilentAndLeavesNothing()

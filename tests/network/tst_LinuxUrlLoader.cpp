@@ -2,9 +2,13 @@
 #include <simulators/HttpServer.h>
 
 #include <QElapsedTimer>
+#include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cstdio>
+#include <cstring>
 #include <future>
 
 using namespace platform;
@@ -70,7 +74,10 @@ private Q_SLOTS:
     void slowAnswerThatKeepsComingArrives();
     void tooLargeAnswersFail_data();
     void tooLargeAnswersFail();
+    void endlessAnswersFailWithoutTakingMemory_data();
+    void endlessAnswersFailWithoutTakingMemory();
     void nobodyListeningFails();
+    void unknownNameFails();
     void filesAreRead();
     void missingFileFails();
     void otherSchemesAreRefused_data();
@@ -217,7 +224,7 @@ void tst_LinuxUrlLoader::silenceTimesOut()
 {
     QFETCH(HttpReply, reply);
     m_server.answer("/silent", reply);
-    LinuxUrlLoader impatient({.inactivity = 200ms});
+    LinuxUrlLoader impatient(200ms);
     const UrlResponse response = loaded(impatient, m_server.url("/silent"));
     QCOMPARE(response.error, QString("The request timed out."));
     QVERIFY(!response.succeeded());
@@ -229,7 +236,7 @@ void tst_LinuxUrlLoader::slowAnswerThatKeepsComingArrives()
     drip.pieceSize = 1;
     drip.pieceDelay = 40ms;
     m_server.answer("/drip", drip);
-    LinuxUrlLoader patient({.inactivity = 800ms}); // less than the whole takes, more than any one piece
+    LinuxUrlLoader patient(800ms); // less than the whole takes, more than any one piece
     const UrlResponse response = loaded(patient, m_server.url("/drip"));
     QCOMPARE(response.error, QString());
     QCOMPARE(response.body.size(), 30);
@@ -253,10 +260,31 @@ void tst_LinuxUrlLoader::tooLargeAnswersFail()
     HttpReply reply = HttpReply::text(QByteArray(size, 'x'));
     reply.sendLength = withLength;
     m_server.answer("/large", reply);
-    LinuxUrlLoader small({.bodySize = 5000});
-    const UrlResponse response = loaded(small, m_server.url("/large"));
+    const UrlRequest request{
+        .url = m_server.url("/large"), .method = "GET", .headers = {}, .body = {}, .largestBody = 5000};
+    const UrlResponse response = Load(m_loader, request).response();
+    QVERIFY(response.body.size() <= 5001);
     QCOMPARE(response.error, fits ? QString() : QString("The answer is too large."));
     QCOMPARE(response.succeeded(), fits);
+}
+
+void tst_LinuxUrlLoader::endlessAnswersFailWithoutTakingMemory_data()
+{
+    QTest::addColumn<QUrl>("url");
+    HttpReply endless = HttpReply::text(QByteArray(200 * 1024 * 1024, 'x'));
+    endless.sendLength = false;
+    m_server.answer("/endless", endless);
+    QTest::newRow("server") << m_server.url("/endless");
+    QTest::newRow("large file") << QUrl::fromLocalFile("/proc/kcore");
+    QTest::newRow("device") << QUrl::fromLocalFile("/dev/zero");
+}
+
+void tst_LinuxUrlLoader::endlessAnswersFailWithoutTakingMemory()
+{
+    QFETCH(const QUrl, url);
+    const UrlResponse response = loaded(m_loader, url);
+    QVERIFY(!response.error.isEmpty());
+    QVERIFY(response.body.size() <= 4 * 1024 * 1024 + 1);
 }
 
 void tst_LinuxUrlLoader::nobodyListeningFails()
@@ -270,6 +298,17 @@ void tst_LinuxUrlLoader::nobodyListeningFails()
     const UrlResponse response = loaded(m_loader, QUrl(QString("http://127.0.0.1:%1/").arg(port)));
     QCOMPARE(response.status, 0);
     QVERIFY(!response.error.isEmpty());
+}
+
+/// On a machine without any network, so that the resolver knows no name and no question leaves this one.
+void tst_LinuxUrlLoader::unknownNameFails()
+{
+    if (QProcess::execute("unshare", {"-n", "true"}) != 0)
+        QSKIP("There are no namespaces");
+    QProcess child;
+    child.start("unshare", {"-n", QFileInfo("/proc/self/exe").symLinkTarget(), "--load", "http://support.test/"});
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(child.readAllStandardOutput(), QByteArray("0 The server “support.test” was not found.\n"));
 }
 
 void tst_LinuxUrlLoader::filesAreRead()
@@ -360,5 +399,16 @@ void tst_LinuxUrlLoader::mainThreadDeliversNoEventsWhileItLoads()
     QTRY_VERIFY(delivered);
 }
 
-QTEST_GUILESS_MAIN(tst_LinuxUrlLoader)
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], "--load") == 0) {
+        const UrlRequest request{.url = QUrl(argv[2]), .method = "GET", .headers = {}, .body = {}};
+        const UrlResponse response = LinuxUrlLoader().load(request);
+        return std::printf("%d %s\n", response.status, response.error.toUtf8().constData()) < 0;
+    }
+    tst_LinuxUrlLoader test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_LinuxUrlLoader.moc"

@@ -56,6 +56,10 @@ private Q_SLOTS:
     void policyIsAskedForClicks();
     void policyIsAskedForLinksToNewWindows();
     void policyIsAskedForFrames();
+    void partsFromTheNetworkAreTheOwnersChoice_data();
+    void partsFromTheNetworkAreTheOwnersChoice();
+    void textOfTheOwnerGoesNowhereByItself();
+    void policyHearsWhoWantsANavigation();
     void historyGoesBackAndForward();
     void scriptIsOff();
     void pdfIsWritten();
@@ -271,6 +275,95 @@ void tst_WebView::policyIsAskedForFrames()
     QTRY_VERIFY_WITH_TIMEOUT(_wasAsked(server.url("/frame")), patience);
     _loadHtml("<p>next");
     QVERIFY(server.requests().empty());
+}
+
+namespace
+{
+/// A page that wants all it can have of the server.
+QString greedyPage(const HttpServer &server)
+{
+    return QString("<html><head><link rel='preconnect' href='%1'><link rel='dns-prefetch' href='%1'>"
+                   "<link rel='prefetch' href='%1/prefetch'><link rel='icon' href='%1/icon.png'>"
+                   "<link rel='stylesheet' href='%1/style.css'>"
+                   "<style>@import '%1/import.css'; @font-face { font-family: f; src: url('%1/font.woff') } "
+                   "p { font-family: f; background: url('%1/background.png') }</style></head><body>"
+                   "<img src='%1/image.png'><iframe src='%1/frame'></iframe><object data='%1/object'></object>"
+                   "<video src='%1/video' autoplay></video><p>text</body></html>")
+        .arg(server.address());
+}
+} // namespace
+
+void tst_WebView::partsFromTheNetworkAreTheOwnersChoice_data()
+{
+    QTest::addColumn<bool>("asText");
+    QTest::addColumn<bool>("allows");
+    QTest::newRow("text") << true << false;
+    QTest::newRow("file") << false << false;
+    QTest::newRow("text, allowed") << true << true;
+}
+
+void tst_WebView::partsFromTheNetworkAreTheOwnersChoice()
+{
+    QFETCH(const bool, asText);
+    QFETCH(const bool, allows);
+    HttpServer server;
+    QVERIFY(server.listen());
+    m_view->setAllowsRemoteParts(allows);
+    _write("greedy.html", greedyPage(server).toUtf8());
+    if (asText)
+        _loadHtml(greedyPage(server));
+    else
+        m_view->load(_url("greedy.html"));
+    if (allows)
+        QTRY_VERIFY_WITH_TIMEOUT(!server.requests().empty(), patience);
+    m_view->setAllowsRemoteParts(false);
+    _loadHtml("<p>next");
+    QCOMPARE(!server.requests().empty(), allows);
+    QCOMPARE(server.connections() > 0, allows);
+}
+
+void tst_WebView::textOfTheOwnerGoesNowhereByItself()
+{
+    _write("second.html", "<body style='background:#203040'>");
+    m_view->loadHtml("<head><meta http-equiv='refresh' content='0;url=" + _url("second.html").toString() + "'></head>" +
+                         linkPage("https://example.test/clicked", "#334455"),
+                     {});
+    m_allows = [](const QUrl &url) { return url.scheme() != u"https"; };
+    _clickUntilAsked(QUrl("https://example.test/clicked"));
+    QVERIFY(!_wasAsked(_url("second.html")));
+}
+
+void tst_WebView::policyHearsWhoWantsANavigation()
+{
+    using Cause = WebView::Navigation::Cause;
+    std::vector<WebView::Navigation> asked;
+    m_view->setPolicy([&](const WebView::Navigation &navigation) {
+        asked.push_back(navigation);
+        return navigation.url.scheme() != u"https";
+    });
+    const auto wasAsked = [&](const QString &url, Cause cause, bool isMainFrame) {
+        return std::any_of(asked.begin(), asked.end(), [&](const WebView::Navigation &one) {
+            return one.url == QUrl(url) && one.cause == cause && one.isMainFrame == isMainFrame;
+        });
+    };
+    _write("refresh.html", "<head><meta http-equiv='refresh' content='0;url=https://example.test/refresh'></head>");
+    m_view->load(_url("refresh.html"));
+    QTRY_VERIFY_WITH_TIMEOUT(wasAsked("https://example.test/refresh", Cause::Page, true), patience);
+    _write("page.html", "<iframe src='https://example.test/frame'></iframe>"
+                        "<iframe srcdoc=\"<meta http-equiv='refresh' content='0;url=https://example.test/inner'>\">"
+                        "</iframe>");
+    m_view->load(_url("page.html"));
+    QTRY_VERIFY_WITH_TIMEOUT(wasAsked("https://example.test/frame", Cause::Page, false), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(wasAsked("https://example.test/inner", Cause::Page, false), patience);
+    QVERIFY(wasAsked(_url("page.html").toString(), Cause::Owner, true));
+
+    _write("link.html", linkPage("https://example.test/clicked", "#334455", "target='_blank'").toUtf8());
+    m_view->load(_url("link.html"));
+    const auto click = [&] {
+        QTest::mouseClick(m_view->widget()->focusProxy(), Qt::LeftButton, {}, QPoint(100, 100));
+        return QTest::qWaitFor([&] { return wasAsked("https://example.test/clicked", Cause::User, true); }, 500);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(click(), patience);
 }
 
 void tst_WebView::historyGoesBackAndForward()

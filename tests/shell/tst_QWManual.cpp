@@ -45,6 +45,7 @@ private Q_SLOTS:
     void windowIsCentredNormalAndOnlyHiddenByClosing();
     void linksToTheWebOpenOutside_data();
     void linksToTheWebOpenOutside();
+    void whatAPageWantsByItselfOpensOneWindow();
     void legalTextNamesTheApplication();
     void legalTextCarriesThePageStyle();
     void acknowledgementsAreAPageOfTheManual();
@@ -227,6 +228,29 @@ void tst_QWManual::linksToTheWebOpenOutside()
     QCOMPARE(host.view().click(url), !outside);
     QCOMPARE(host.view().url(), outside ? host.indexUrl() : url);
     QCOMPARE(host.system.workspace.openedUrls, outside ? QStringList(url.toString()) : QStringList());
+}
+
+void tst_QWManual::whatAPageWantsByItselfOpensOneWindow()
+{
+    const ManualFixture host;
+    host.install("page");
+    host.open();
+    for (int i = 0; i < 50; ++i) {
+        const QUrl url(QString("https://example.com/%1").arg(i));
+        QVERIFY(!host.view().showFrame(url));
+        QVERIFY(!host.view().refresh(url));
+    }
+    QCOMPARE(host.system.workspace.openedUrls, QStringList("https://example.com/0"));
+    QVERIFY(host.view().showFrame(QUrl("file:///tmp/frame.html")));
+    QVERIFY(host.view().refresh(QUrl("file:///tmp/next.html")));
+    QVERIFY(!host.view().refresh(QUrl("https://example.com/again"))); // nobody has asked for anything meanwhile
+    QVERIFY(!host.view().click(QUrl("https://example.com/clicked")));
+    QVERIFY(!host.view().click(QUrl("https://example.com/clicked")));
+    QVERIFY(!host.view().refresh(QUrl("https://example.com/after")));
+    QCOMPARE(host.system.workspace.openedUrls,
+             QStringList({"https://example.com/0", "https://example.com/clicked", "https://example.com/clicked",
+                          "https://example.com/after"}));
+    QVERIFY(!host.view().allowsRemoteParts);
 }
 
 void tst_QWManual::legalTextNamesTheApplication()

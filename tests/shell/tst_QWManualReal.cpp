@@ -1,6 +1,7 @@
 // The manual on the real machine: the real unzip, a real server on the loopback interface, the real browser view. This
 // program lies in an application bundle of its own, whose archive each test writes before it opens the manual.
 #include "fakes/QWTestMain.h"
+#include "plugins/OrdinaryUser.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/AlertResponder.h>
@@ -103,6 +104,7 @@ private Q_SLOTS:
     void failedDownloadKeepsTheManual();
     void downloadWithoutLengthIsInstalled();
     void slowDownloadCanBeStopped();
+    void foldersWithoutPermissionsAreReplaced();
     void brokenUpdateLeavesAWorkingWindow();
     void pdfHoldsThePage();
     void escapeInThePageClosesTheWindow();
@@ -333,6 +335,26 @@ void tst_QWManualReal::slowDownloadCanBeStopped()
     QCOMPARE(contentsOf(index()), pageWithVersion("2.1"));
     QTRY_VERIFY(!QFile::exists(QWApplication::sharedApplication()->tempDirectory() + "/Manual.zip"));
     QCOMPARE(m_alerts.size(), 1);
+}
+
+/// An archive may forbid what it holds; the manual must be read all the same, and replaced.
+void tst_QWManualReal::foldersWithoutPermissionsAreReplaced()
+{
+    const OrdinaryUser user;
+    hostCarries(archiveOf("z.writestr('index.html','''" + pageWithVersion("2.1") +
+                          "''')\n"
+                          "i=zipfile.ZipInfo('shut/'); i.create_system=3; i.external_attr=(0o040000<<16)|0x10; "
+                          "z.writestr(i,'')\n"
+                          "i=zipfile.ZipInfo('shut/b.html'); i.create_system=3; i.external_attr=0o100000<<16; "
+                          "z.writestr(i,'b')"));
+    m_site->setManualVersion("2.2");
+    m_site->setManualArchive(goodArchive("2.2"));
+    QWManual::openManual();
+    QCOMPARE(contentsOf(supportFolder() + "/Manual/shut/b.html"), "b");
+    QVERIFY(QFile::setPermissions(supportFolder() + "/Manual/shut", {})); // as an older version left it
+    QTRY_COMPARE(contentsOf(index()), pageWithVersion("2.2"));
+    QVERIFY(!QFile::exists(supportFolder() + "/Manual/shut"));
+    QCOMPARE(m_alerts, QStringList("A newer version of the manual is available"));
 }
 
 void tst_QWManualReal::brokenUpdateLeavesAWorkingWindow()

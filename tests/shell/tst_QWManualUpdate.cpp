@@ -25,6 +25,7 @@ private Q_SLOTS:
     void offerStandsAboveTheManual();
     void laterDownloadsNothing();
     void downloadGoesToTheTemporaryFolder();
+    void withoutATemporaryFolderNothingIsDownloaded();
     void progressShowsTheFraction_data();
     void progressShowsTheFraction();
     void finishedDownloadReplacesTheManual();
@@ -184,6 +185,22 @@ void tst_QWManualUpdate::downloadGoesToTheTemporaryFolder()
     QCOMPARE(host.child<QLabel>("progressText")->text(), "Downloading update...");
     for (const char *name : {"progressText", "progressBar", "progressStopButton"})
         QVERIFY2(host.child<QWidget>(name)->isVisible(), name);
+}
+
+void tst_QWManualUpdate::withoutATemporaryFolderNothingIsDownloaded()
+{
+    const QByteArray before = qgetenv("TMPDIR");
+    QVERIFY(QDir(QWApplication::sharedApplication()->tempDirectory()).removeRecursively());
+    const ManualFixture host;
+    qputenv("TMPDIR", QFile::encodeName(host.system.real("~/none")));
+    host.install(ManualFixture::pageWithVersion("2.1"));
+    host.siteOffers("2.2");
+    host.open();
+    before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+    QVERIFY(host.system.urlDownloads.started.empty());
+    QCOMPARE(host.system.alerts.shown, QStringList({"A newer version of the manual is available",
+                                                    "A folder for temporary files could not be made."}));
+    QVERIFY(!host.child<QLabel>("progressText")->isVisible());
 }
 
 void tst_QWManualUpdate::progressShowsTheFraction_data()

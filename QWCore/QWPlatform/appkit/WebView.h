@@ -13,15 +13,33 @@ class QWidget;
 namespace platform
 {
 
-/// A browser view. Script is off, page script reaches neither local files nor the network, and navigation is decided
-/// by the policy alone. Main thread.
+/// A browser view. Script is off, page script reaches neither local files nor the network, pages bring no parts from
+/// the network unless the owner allows it, and navigation is decided by the policy. Main thread.
 class QWPLATFORM_EXPORT WebView : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Asked before each navigation (loads asked for by the owner too), with the address; false: it does not happen.
-    using Policy = std::function<bool(const QUrl &url)>;
+    /// Where the view, or a frame of its page, is about to go.
+    struct Navigation
+    {
+        enum class Cause
+        {
+            Owner, ///< load(), loadHtml(), goBack(), goForward(), or a button of the view's own.
+            User,  ///< A click on a link of the page.
+            Page,  ///< The page itself: a refresh, a redirection, what a frame holds.
+        };
+
+        QUrl url;
+        Cause cause = Cause::Owner;
+        bool isMainFrame = true; ///< False: it concerns a frame within the page, whatever the cause.
+
+        operator const QUrl &() const { return url; } // most policies look at nothing else
+    };
+
+    /// Asked before each navigation; false: it does not happen. Of a page shown by loadHtml() only the user's clicks
+    /// are asked about: it goes nowhere by itself.
+    using Policy = std::function<bool(const Navigation &navigation)>;
 
     ~WebView() override;
 
@@ -46,6 +64,10 @@ public:
     virtual void printToPdf(const QString &path, std::function<void(bool ok)> done) = 0;
 
     virtual void setPolicy(Policy policy) = 0;
+
+    /// Whether pages may bring images, frames, styles and the like from the network: off at first. Remote pages, too,
+    /// then come without them.
+    virtual void setAllowsRemoteParts(bool allows) = 0;
 
 Q_SIGNALS:
     /// A load ended; @p ok is false when the page could not be shown.

@@ -16,7 +16,8 @@ WebViewWithoutEngine::WebViewWithoutEngine(QWidget *parent)
 {
     m_browser->setOpenLinks(false);
     m_browser->setFrameShape(QFrame::NoFrame);
-    connect(m_browser, &QTextBrowser::anchorClicked, this, &WebViewWithoutEngine::load);
+    connect(m_browser, &QTextBrowser::anchorClicked, this,
+            [this](const QUrl &url) { _show(url, Navigation::Cause::User); });
     connect(m_browser, &QTextBrowser::historyChanged, this, &WebView::historyChanged);
 }
 
@@ -32,7 +33,12 @@ QWidget *WebViewWithoutEngine::widget()
 
 void WebViewWithoutEngine::load(const QUrl &url)
 {
-    if (!_allows(url) || !m_browser)
+    _show(url, Navigation::Cause::Owner);
+}
+
+void WebViewWithoutEngine::_show(const QUrl &url, Navigation::Cause cause)
+{
+    if (!_allows(url, cause) || !m_browser)
         return _finish(false);
     if (!QFileInfo(url.toLocalFile()).isFile())
         return _finish(false);
@@ -101,9 +107,9 @@ void WebViewWithoutEngine::setPolicy(Policy policy)
     m_policy = std::move(policy);
 }
 
-bool WebViewWithoutEngine::_allows(const QUrl &url) const
+bool WebViewWithoutEngine::_allows(const QUrl &url, Navigation::Cause cause) const
 {
-    return !m_policy || m_policy(url);
+    return !m_policy || m_policy({.url = url, .cause = cause});
 }
 
 void WebViewWithoutEngine::_finish(bool ok)

@@ -29,9 +29,11 @@ public:
     void print() override;
     void printToPdf(const QString &path, std::function<void(bool ok)> done) override;
     void setPolicy(Policy policy) override;
+    void setAllowsRemoteParts(bool) override {} // it has no network at all
 
 private:
-    bool _allows(const QUrl &url) const;
+    void _show(const QUrl &url, Navigation::Cause cause);
+    bool _allows(const QUrl &url, Navigation::Cause cause = Navigation::Cause::Owner) const;
     void _finish(bool ok);
 
     QPointer<QTextBrowser> m_browser;

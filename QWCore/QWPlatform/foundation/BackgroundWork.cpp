@@ -1,5 +1,6 @@
 #include "BackgroundWork.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QMetaObject>
 #include <QObject>
@@ -19,8 +20,10 @@ struct BackgroundWork::State
         std::thread thread;
     };
 
-    std::list<Piece> pieces; ///< Main thread only.
-    QObject receiver;        ///< Posted results die with it.
+    // Main thread only.
+    std::list<Piece> pieces;
+    bool hasEnded = false;
+    QObject receiver; ///< Posted results die with it.
 };
 
 namespace
@@ -45,13 +48,25 @@ BackgroundWork::BackgroundWork()
 
 BackgroundWork::~BackgroundWork()
 {
+    end();
+}
+
+void BackgroundWork::end()
+{
+    m_state->hasEnded = true;
     for (State::Piece &piece : m_state->pieces)
         if (piece.thread.joinable())
             piece.thread.join();
+    QCoreApplication::removePostedEvents(&m_state->receiver);
+    m_state->pieces.clear();
 }
 
 bool BackgroundWork::start(std::function<std::function<void()>()> work)
 {
+    if (m_state->hasEnded) {
+        qWarning("Background work cannot be started any more");
+        return false;
+    }
     State *state = m_state.get(); // outlives the threads: the destructor joins them
     state->pieces.emplace_back();
     const auto piece = std::prev(state->pieces.end());

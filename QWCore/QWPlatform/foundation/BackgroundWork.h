@@ -14,13 +14,16 @@ class QWPLATFORM_EXPORT BackgroundWork
 public:
     BackgroundWork();
 
-    /// Waits for all threads; results that were not delivered by then are dropped.
-    ~BackgroundWork();
+    ~BackgroundWork(); ///< As end().
 
     /// Main thread. Runs @p work on a thread of its own, which returns what is then run on the main thread (an empty
     /// function: nothing). @p work must not touch System::current(); an exception that leaves it is logged.
-    /// False, and logged, when there is no thread to be had: @p work is then dropped.
+    /// False, and logged, when there is no thread to be had or all has ended: @p work is then dropped.
     bool start(std::function<std::function<void()>()> work);
+
+    /// Waits for all threads; results that were not delivered by then are dropped, and nothing can be started any more.
+    /// Main thread.
+    void end();
 
     /// Number of pieces whose thread has not ended or whose result was not delivered. Main thread.
     int running() const;

@@ -1,12 +1,14 @@
 #include "LinuxInstanceLink.h"
 
 #include "ApplicationService.h"
+#include "BusProbe.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -19,20 +21,15 @@ constexpr auto connectionName = "QWInstanceLink";
 constexpr auto applicationInterface = "org.freedesktop.Application";
 constexpr int answerMilliseconds = 3000;
 
-/// True when the environment names a bus. Without one the library would try to start a bus, which takes seconds.
-bool busIsAnnounced()
-{
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus");
-}
+constexpr std::chrono::seconds patienceWithBus(2);
 
-/// The session bus, connected to on first use; not connected when there is none.
-QDBusConnection sessionBus()
+/// As the environment names it; "" without one: the library would try to start a bus, which takes seconds.
+QByteArray busAddress()
 {
-    const QDBusConnection existing(connectionName);
-    if (existing.isConnected() || !busIsAnnounced())
-        return existing;
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
+    if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"))
+        return qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    const QByteArray path = qgetenv("XDG_RUNTIME_DIR") + "/bus";
+    return QFileInfo::exists(QFile::decodeName(path)) ? QByteArray("unix:path=" + path) : QByteArray();
 }
 
 /// Path of the application object, as the convention derives it from the name.
@@ -94,10 +91,28 @@ private:
 LinuxInstanceLink::LinuxInstanceLink() = default;
 LinuxInstanceLink::~LinuxInstanceLink() = default;
 
+/// The session bus, connected to on first use; not connected when there is none, or one that lets nobody in.
+QDBusConnection LinuxInstanceLink::_sessionBus()
+{
+    const QDBusConnection existing(connectionName);
+    const QByteArray address = busAddress();
+    if (existing.isConnected() || address.isEmpty() || address == m_silentBus)
+        return existing;
+    if (!busAnswers(address, patienceWithBus)) {
+        qWarning("The session bus does not answer; this instance is on its own");
+        m_silentBus = address;
+        return existing;
+    }
+    const auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
+    if (bus.isConnected())
+        bus.interface()->setTimeout(static_cast<int>(std::chrono::milliseconds(patienceWithBus).count()));
+    return bus;
+}
+
 bool LinuxInstanceLink::listen(const QString &bundleIdentifier, std::function<void(const QString &url)> received)
 {
     m_service.reset();
-    const QDBusConnection bus = sessionBus();
+    const QDBusConnection bus = _sessionBus();
     if (!bus.isConnected())
         return false;
     auto service = std::make_unique<Service>(bus, serviceName(bundleIdentifier), std::move(received));
@@ -109,7 +124,7 @@ bool LinuxInstanceLink::listen(const QString &bundleIdentifier, std::function<vo
 
 bool LinuxInstanceLink::handOver(const QString &bundleIdentifier, const QStringList &urls)
 {
-    const QDBusConnection bus = sessionBus();
+    const QDBusConnection bus = _sessionBus();
     if (!bus.isConnected())
         return false;
     const QString service = serviceName(bundleIdentifier);

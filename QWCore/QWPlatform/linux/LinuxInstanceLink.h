@@ -2,7 +2,11 @@
 
 #include "../appkit/InstanceLink.h"
 
+#include <QByteArray>
+
 #include <memory>
+
+class QDBusConnection;
 
 namespace platform
 {
@@ -25,6 +29,9 @@ public:
 private:
     class Service;
 
+    QDBusConnection _sessionBus();
+
+    QByteArray m_silentBus;             ///< Address of a bus that did not answer, which is not asked again.
     std::unique_ptr<Service> m_service; ///< Set while this is the instance that URLs are handed to.
 };
 

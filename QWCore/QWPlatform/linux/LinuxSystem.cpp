@@ -34,6 +34,7 @@
 #include "LinuxWebViews.h"
 #include "LinuxWorkspace.h"
 
+#include <QCoreApplication>
 #include <QDir>
 
 namespace platform
@@ -86,6 +87,8 @@ System &linuxSystem()
 {
     ignoreFileSizeSignal();
     static System machine(makeServices());
+    // Also where the application object is a plain QApplication: the machine outlives it.
+    [[maybe_unused]] static const bool ends = (qAddPostRoutine([] { machine.endWork(); }), true);
     return machine;
 }
 

@@ -4,8 +4,7 @@
 #include "LinuxUrlTransfer.h"
 #include "NetworkRequests.h"
 
-#include <QCoreApplication>
-#include <QNetworkAccessManager>
+#include <utility>
 
 namespace platform
 {
@@ -35,37 +34,39 @@ private:
 } // namespace
 
 LinuxUrlDownloads::LinuxUrlDownloads()
-    : LinuxUrlDownloads(std::chrono::seconds(30))
+    : LinuxUrlDownloads(Limits{})
 {
 }
 
-LinuxUrlDownloads::LinuxUrlDownloads(std::chrono::milliseconds inactivity)
-    : m_inactivity(inactivity)
+LinuxUrlDownloads::LinuxUrlDownloads(const Limits &limits)
+    : m_limits(limits)
 {
 }
 
 LinuxUrlDownloads::~LinuxUrlDownloads()
 {
-    delete m_network;
+    LinuxUrlDownloads::cancelAll();
 }
 
 std::unique_ptr<UrlDownload> LinuxUrlDownloads::start(const QUrl &url, const QString &destination,
                                                       UrlDownloadObserver &observer)
 {
-    auto *transfer = new LinuxUrlTransfer(destination, m_inactivity, observer);
+    auto *transfer = new LinuxUrlTransfer(destination, m_limits, observer);
     auto download = std::make_unique<LinuxUrlDownload>(transfer);
-    if (isLoadable(url))
-        transfer->start(_manager(), url);
-    else
+    std::erase_if(m_transfers, [](const auto &one) { return one.isNull(); });
+    m_transfers.emplace_back(transfer);
+    if (m_cancelled || !isLoadable(url))
         transfer->failLater(localized("The address cannot be loaded."));
+    else
+        transfer->start(url);
     return download;
 }
 
-QNetworkAccessManager &LinuxUrlDownloads::_manager()
+void LinuxUrlDownloads::cancelAll()
 {
-    if (!m_network)
-        m_network = new QNetworkAccessManager(QCoreApplication::instance());
-    return *m_network;
+    m_cancelled = true;
+    for (const QPointer<LinuxUrlTransfer> &transfer : std::exchange(m_transfers, {}))
+        delete transfer.data();
 }
 
 } // namespace platform

@@ -5,30 +5,36 @@
 #include <QPointer>
 
 #include <chrono>
-
-class QNetworkAccessManager;
+#include <vector>
 
 namespace platform
 {
+
+class LinuxUrlTransfer;
 
 /// Streams answers to files. A file appears at its destination, in one step, once it is whole.
 class QWPLATFORM_EXPORT LinuxUrlDownloads : public UrlDownloads
 {
 public:
-    LinuxUrlDownloads();
+    /// Beyond which a download fails.
+    struct Limits
+    {
+        std::chrono::milliseconds inactivity = std::chrono::seconds(30); ///< Without a byte.
+        qint64 fileSize = largestFile;                                   ///< In bytes.
+    };
 
-    /// A download fails after @p inactivity without a byte.
-    explicit LinuxUrlDownloads(std::chrono::milliseconds inactivity);
+    LinuxUrlDownloads();
+    explicit LinuxUrlDownloads(const Limits &limits);
     ~LinuxUrlDownloads() override;
 
     std::unique_ptr<UrlDownload> start(const QUrl &url, const QString &destination,
                                        UrlDownloadObserver &observer) override;
+    void cancelAll() override;
 
 private:
-    QNetworkAccessManager &_manager();
-
-    const std::chrono::milliseconds m_inactivity;
-    QPointer<QNetworkAccessManager> m_network; ///< Made on first use; goes with the application object.
+    const Limits m_limits;
+    std::vector<QPointer<LinuxUrlTransfer>> m_transfers; ///< Those that have gone are null.
+    bool m_cancelled = false;
 };
 
 } // namespace platform

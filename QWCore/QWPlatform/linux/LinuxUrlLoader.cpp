@@ -1,16 +1,13 @@
 #include "LinuxUrlLoader.h"
 
 #include "NetworkRequests.h"
+#include "UrlExchange.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QThread>
-#include <QTimer>
 
 #include <algorithm>
-#include <memory>
 #include <thread>
 
 namespace platform
@@ -24,99 +21,70 @@ QString translated(const char *text)
     return QCoreApplication::translate("platform::UrlLoader", text);
 }
 
-QNetworkReply *send(QNetworkAccessManager &manager, const UrlRequest &request)
+UrlResponse refusal(const char *reason)
 {
-    const QNetworkRequest network = networkRequest(request);
-    if (request.url.isLocalFile()) // these know no methods
-        return manager.get(network);
-    return manager.sendCustomRequest(network, request.method, request.body);
+    return {.status = 0, .body = {}, .error = translated(reason)};
 }
 
-struct DeleteReply
-{
-    void operator()(QNetworkReply *reply) const
-    {
-        reply->disconnect();
-        reply->abort();
-        delete reply;
-    }
-};
-
-/// One reply that is read into memory until it ends or breaks a limit.
+/// One answer that is read into memory until it ends or breaks its limit.
 class Load
 {
 public:
-    Load(QNetworkAccessManager &manager, const UrlRequest &request, const LinuxUrlLoader::Limits &limits,
-         QEventLoop &loop)
-        : m_limits(limits)
+    Load(const UrlRequest &request, std::chrono::milliseconds inactivity, QEventLoop &loop)
+        : m_largestBody(request.largestBody)
         , m_loop(loop)
-        , m_reply(send(manager, request))
+        , m_exchange(request, inactivity)
     {
-        m_idle.setSingleShot(true);
-        QObject::connect(&m_idle, &QTimer::timeout, &loop, [this] { _fail(translated("The request timed out.")); });
-        QObject::connect(m_reply.get(), &QNetworkReply::readyRead, &loop, [this] { _read(); });
-        QObject::connect(m_reply.get(), &QNetworkReply::uploadProgress, &loop, [this] { _restartClock(); });
-        QObject::connect(m_reply.get(), &QNetworkReply::metaDataChanged, &loop, [this] { _checkLength(); });
-        QObject::connect(m_reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-        _restartClock();
+        if (request.method != "HEAD") // which tells a length and brings nothing
+            QObject::connect(&m_exchange, &UrlExchange::responded, &loop, [this] { _checkLength(); });
+        QObject::connect(&m_exchange, &UrlExchange::readyRead, &loop, [this] { _read(); });
+        QObject::connect(&m_exchange, &UrlExchange::finished, &loop, [this] { _finish(); });
+        m_exchange.start();
     }
 
     /// What came, once the loop has ended.
     UrlResponse response()
     {
-        if (!m_reply->isFinished() && m_response.error.isEmpty())
+        if (!m_hasEnded)
             m_response.error = translated("The request was cancelled.");
-        if (m_response.error.isEmpty())
-            _takeResult();
         return m_response;
     }
 
-    bool isRunning() const { return !m_reply->isFinished(); }
-
 private:
-    void _restartClock() { m_idle.start(m_limits.inactivity); }
-
     void _checkLength()
     {
-        _restartClock();
-        if (expectedLength(*m_reply) > m_limits.bodySize)
-            _fail(translated("The answer is too large."));
+        if (m_exchange.expectedLength() > m_largestBody)
+            _end(translated("The answer is too large."));
     }
 
     void _read()
     {
-        _restartClock();
-        m_response.body += m_reply->readAll();
-        if (m_response.body.size() > m_limits.bodySize)
-            _fail(translated("The answer is too large."));
+        // One byte more than may come shows that too much did.
+        m_response.body += m_exchange.read(m_largestBody + 1 - m_response.body.size());
+        if (m_response.body.size() > m_largestBody)
+            _end(translated("The answer is too large."));
     }
 
-    void _takeResult()
+    void _finish()
     {
-        m_response.body += m_reply->readAll();
-        const qint64 expected = expectedLength(*m_reply);
-        m_response.status = statusOf(*m_reply);
-        if (failedOnTheWay(*m_reply))
-            m_response.error = m_reply->errorString();
-        else if (m_response.body.size() > m_limits.bodySize)
-            m_response.error = translated("The answer is too large.");
-        else if (expected >= 0 && m_response.body.size() < expected && !isHead())
-            m_response.error = translated("The connection was lost before the whole answer arrived.");
+        _read();
+        m_response.status = m_exchange.status();
+        if (!m_hasEnded)
+            _end(m_exchange.failure());
     }
 
-    bool isHead() const { return m_reply->operation() == QNetworkAccessManager::HeadOperation; }
-
-    void _fail(const QString &description)
+    void _end(const QString &error)
     {
-        m_response.error = description;
+        m_hasEnded = true;
+        m_response.error = error;
         m_loop.quit();
     }
 
-    const LinuxUrlLoader::Limits m_limits;
+    const qint64 m_largestBody;
     QEventLoop &m_loop;
-    QTimer m_idle;
     UrlResponse m_response;
-    std::unique_ptr<QNetworkReply, DeleteReply> m_reply;
+    bool m_hasEnded = false;
+    UrlExchange m_exchange;
 };
 } // namespace
 
@@ -129,26 +97,32 @@ public:
         , m_loop(loop)
     {
         const std::lock_guard lock(m_loader.m_mutex);
+        m_mayLoad = !m_loader.m_cancelled;
         m_loader.m_loops.push_back(&m_loop);
-        if (m_loader.m_cancelled)
-            QMetaObject::invokeMethod(&m_loop, &QEventLoop::quit, Qt::QueuedConnection);
     }
 
     ~Running()
     {
         const std::lock_guard lock(m_loader.m_mutex);
         std::erase(m_loader.m_loops, &m_loop);
+        m_loader.m_ended.notify_all();
     }
+
+    bool mayLoad() const { return m_mayLoad; }
 
 private:
     LinuxUrlLoader &m_loader;
     QEventLoop &m_loop;
+    bool m_mayLoad;
 };
 
-LinuxUrlLoader::LinuxUrlLoader() = default;
+LinuxUrlLoader::LinuxUrlLoader()
+    : LinuxUrlLoader(std::chrono::seconds(30))
+{
+}
 
-LinuxUrlLoader::LinuxUrlLoader(Limits limits)
-    : m_limits(limits)
+LinuxUrlLoader::LinuxUrlLoader(std::chrono::milliseconds inactivity)
+    : m_inactivity(inactivity)
 {
 }
 
@@ -165,22 +139,23 @@ UrlResponse LinuxUrlLoader::load(const UrlRequest &request)
 UrlResponse LinuxUrlLoader::_loadHere(const UrlRequest &request)
 {
     if (!isLoadable(request.url))
-        return {.status = 0, .body = {}, .error = translated("The address cannot be loaded.")};
+        return refusal("The address cannot be loaded.");
     QEventLoop loop;
     const Running running(*this, loop);
-    QNetworkAccessManager manager;
-    Load load(manager, request, m_limits, loop);
-    if (load.isRunning())
-        loop.exec();
+    if (!running.mayLoad())
+        return refusal("The request was cancelled.");
+    Load load(request, m_inactivity, loop);
+    loop.exec();
     return load.response();
 }
 
 void LinuxUrlLoader::cancelAll()
 {
-    const std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex);
     m_cancelled = true;
     for (QEventLoop *loop : m_loops)
         QMetaObject::invokeMethod(loop, &QEventLoop::quit, Qt::QueuedConnection);
+    m_ended.wait(lock, [this] { return m_loops.empty(); });
 }
 
 } // namespace platform

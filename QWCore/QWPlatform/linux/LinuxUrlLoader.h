@@ -3,6 +3,7 @@
 #include "../network/UrlLoader.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <vector>
 
@@ -15,14 +16,10 @@ namespace platform
 class QWPLATFORM_EXPORT LinuxUrlLoader : public UrlLoader
 {
 public:
-    struct Limits
-    {
-        std::chrono::milliseconds inactivity = std::chrono::seconds(30);
-        qint64 bodySize = 64 * 1024 * 1024;
-    };
-
     LinuxUrlLoader();
-    explicit LinuxUrlLoader(Limits limits);
+
+    /// A load fails after @p inactivity without a byte.
+    explicit LinuxUrlLoader(std::chrono::milliseconds inactivity);
 
     UrlResponse load(const UrlRequest &request) override;
     void cancelAll() override;
@@ -32,8 +29,9 @@ private:
 
     UrlResponse _loadHere(const UrlRequest &request);
 
-    const Limits m_limits;
+    const std::chrono::milliseconds m_inactivity;
     std::mutex m_mutex;                ///< Guards all below.
+    std::condition_variable m_ended;   ///< A call has ended.
     std::vector<QEventLoop *> m_loops; ///< Of the running calls, each on its own thread.
     bool m_cancelled = false;          ///< Once set, never cleared.
 };

@@ -1,13 +1,10 @@
 #include "LinuxUrlTransfer.h"
 
 #include "../foundation/Localization.h"
-#include "../network/UrlLoader.h"
-#include "NetworkRequests.h"
+#include "WholeWrite.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 
 #include <utility>
 
@@ -17,16 +14,15 @@ namespace platform
 namespace
 {
 constexpr int firstStatusWithoutFile = 300; ///< Redirections are followed; one that is left leads nowhere.
-}
+constexpr qint64 pieceSize = 256 * 1024;
+} // namespace
 
-LinuxUrlTransfer::LinuxUrlTransfer(const QString &destination, std::chrono::milliseconds inactivity,
+LinuxUrlTransfer::LinuxUrlTransfer(const QString &destination, const LinuxUrlDownloads::Limits &limits,
                                    UrlDownloadObserver &observer)
     : m_file(destination)
     , m_observer(&observer)
-    , m_inactivity(inactivity)
+    , m_limits(limits)
 {
-    m_idle.setSingleShot(true);
-    connect(&m_idle, &QTimer::timeout, this, [this] { _fail(localized("The request timed out.")); });
 }
 
 LinuxUrlTransfer::~LinuxUrlTransfer()
@@ -34,18 +30,17 @@ LinuxUrlTransfer::~LinuxUrlTransfer()
     cancel();
 }
 
-void LinuxUrlTransfer::start(QNetworkAccessManager &network, const QUrl &url)
+void LinuxUrlTransfer::start(const QUrl &url)
 {
     QDir().mkpath(QFileInfo(m_file.fileName()).path());
-    if (!m_file.open(QIODevice::WriteOnly))
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return failLater(m_file.errorString());
-    m_reply = network.get(networkRequest({.url = url, .method = "GET", .headers = {}, .body = {}}));
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, &LinuxUrlTransfer::_metaDataChanged, Qt::QueuedConnection);
-    connect(m_reply, &QNetworkReply::readyRead, this, &LinuxUrlTransfer::_readyRead, Qt::QueuedConnection);
-    connect(m_reply, &QNetworkReply::finished, this, &LinuxUrlTransfer::_finished, Qt::QueuedConnection);
-    if (m_reply->isFinished())
-        QMetaObject::invokeMethod(this, &LinuxUrlTransfer::_finished, Qt::QueuedConnection);
-    m_idle.start(m_inactivity);
+    m_exchange = new UrlExchange({.url = url, .method = "GET", .headers = {}, .body = {}}, m_limits.inactivity);
+    m_exchange->setParent(this);
+    connect(m_exchange, &UrlExchange::responded, this, &LinuxUrlTransfer::_responded);
+    connect(m_exchange, &UrlExchange::readyRead, this, &LinuxUrlTransfer::_readyRead);
+    connect(m_exchange, &UrlExchange::finished, this, &LinuxUrlTransfer::_finished);
+    m_exchange->start();
 }
 
 void LinuxUrlTransfer::failLater(const QString &description)
@@ -59,44 +54,49 @@ void LinuxUrlTransfer::cancel()
     _end();
 }
 
-void LinuxUrlTransfer::_metaDataChanged()
+bool LinuxUrlTransfer::_bringsFile() const
 {
-    if (!m_observer)
+    return m_observer && m_exchange->status() >= 200 && m_exchange->status() < firstStatusWithoutFile;
+}
+
+void LinuxUrlTransfer::_responded()
+{
+    if (!_bringsFile())
         return;
-    m_idle.start(m_inactivity);
-    const int status = statusOf(*m_reply);
-    if (status >= 200 && status < firstStatusWithoutFile)
+    if (m_exchange->expectedLength() > m_limits.fileSize)
+        _fail(localized("The file is too large."));
+    else
         _respond();
 }
 
 void LinuxUrlTransfer::_respond()
 {
-    if (std::exchange(m_responded, true))
-        return;
-    m_observer->downloadDidReceiveResponse(expectedLength(*m_reply));
+    if (!std::exchange(m_responded, true))
+        m_observer->downloadDidReceiveResponse(m_exchange->expectedLength());
 }
 
 void LinuxUrlTransfer::_readyRead()
 {
-    if (!m_observer || statusOf(*m_reply) >= firstStatusWithoutFile)
-        return;
-    m_idle.start(m_inactivity);
-    const QByteArray data = m_reply->readAll();
-    if (data.isEmpty())
-        return;
-    _respond();
-    if (m_observer && _store(data))
-        m_observer->downloadDidReceiveDataOfLength(data.size());
+    while (m_observer) {
+        const QByteArray data = m_exchange->read(pieceSize);
+        if (data.isEmpty())
+            return;
+        m_received += data.size();
+        if (m_received > m_limits.fileSize)
+            return _fail(localized("The file is too large."));
+        if (_bringsFile()) // not so the page that goes with an error
+            _take(data);
+    }
 }
 
-bool LinuxUrlTransfer::_store(const QByteArray &data)
+void LinuxUrlTransfer::_take(const QByteArray &data)
 {
-    if (m_file.write(data) != data.size() || !m_file.flush()) {
-        _fail(m_file.errorString());
-        return false;
-    }
-    m_received += data.size();
-    return true;
+    _respond();
+    if (!m_observer)
+        return;
+    if (const QString reason = writeWhole(m_file, data); !reason.isEmpty())
+        return _fail(reason);
+    m_observer->downloadDidReceiveDataOfLength(data.size());
 }
 
 void LinuxUrlTransfer::_finished()
@@ -114,14 +114,11 @@ void LinuxUrlTransfer::_finished()
 
 QString LinuxUrlTransfer::_failure() const
 {
-    if (failedOnTheWay(*m_reply))
-        return m_reply->errorString();
-    const int status = statusOf(*m_reply);
-    if (status >= firstStatusWithoutFile)
+    const QString failure = m_exchange->failure();
+    const int status = m_exchange->status();
+    if (failure.isEmpty() && status >= firstStatusWithoutFile)
         return formatted(localized("The server answered with status %d."), {QString::number(status)});
-    if (m_received < expectedLength(*m_reply))
-        return localized("The connection was lost before the whole file arrived.");
-    return {};
+    return failure;
 }
 
 void LinuxUrlTransfer::_complete()
@@ -140,16 +137,12 @@ void LinuxUrlTransfer::_fail(const QString &description)
 
 UrlDownloadObserver *LinuxUrlTransfer::_end()
 {
-    m_idle.stop();
     if (m_file.isOpen()) {
         m_file.cancelWriting();
         m_file.commit(); // closes and removes what was written
     }
-    if (QNetworkReply *reply = std::exchange(m_reply, nullptr)) {
-        reply->disconnect(this);
-        reply->abort();
-        reply->deleteLater();
-    }
+    if (m_exchange)
+        m_exchange->disconnect(this);
     if (m_observer)
         deleteLater();
     return std::exchange(m_observer, nullptr);

@@ -1,16 +1,10 @@
 #pragma once
 
-#include "../network/UrlDownload.h"
+#include "LinuxUrlDownloads.h"
+#include "UrlExchange.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QSaveFile>
-#include <QTimer>
-
-#include <chrono>
-
-class QNetworkAccessManager;
-class QNetworkReply;
 
 namespace platform
 {
@@ -20,10 +14,11 @@ namespace platform
 class LinuxUrlTransfer : public QObject
 {
 public:
-    LinuxUrlTransfer(const QString &destination, std::chrono::milliseconds inactivity, UrlDownloadObserver &observer);
+    LinuxUrlTransfer(const QString &destination, const LinuxUrlDownloads::Limits &limits,
+                     UrlDownloadObserver &observer);
     ~LinuxUrlTransfer() override;
 
-    void start(QNetworkAccessManager &network, const QUrl &url);
+    void start(const QUrl &url);
 
     /// Fails from the event loop.
     void failLater(const QString &description);
@@ -31,21 +26,21 @@ public:
     void cancel();
 
 private:
-    void _metaDataChanged();
-    void _readyRead();
-    void _finished();
+    bool _bringsFile() const;
+    void _responded();
     void _respond();
-    bool _store(const QByteArray &data);
-    QString _failure() const; ///< Why the ended reply is no success; "" when it is one.
+    void _readyRead();
+    void _take(const QByteArray &data);
+    void _finished();
+    QString _failure() const; ///< Why the ended exchange is no success; "" when it is one.
     void _complete();
     void _fail(const QString &description);
     UrlDownloadObserver *_end(); ///< Lets go of everything; the observer, for its last call, or null.
 
     QSaveFile m_file;
     UrlDownloadObserver *m_observer; ///< Null once it has heard the last call or the download was cancelled.
-    QPointer<QNetworkReply> m_reply;
-    QTimer m_idle;
-    const std::chrono::milliseconds m_inactivity;
+    const LinuxUrlDownloads::Limits m_limits;
+    UrlExchange *m_exchange = nullptr; ///< A child; null before the start.
     qint64 m_received = 0;
     bool m_responded = false;
 };

@@ -17,7 +17,7 @@ bool isLoadable(const QUrl &url)
 QNetworkRequest networkRequest(const UrlRequest &request)
 {
     QNetworkRequest network(request.url);
-    network.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    network.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     network.setRawHeader("Accept-Encoding", "identity");
     for (const auto &[name, value] : request.headers)
         network.setRawHeader(name, value);

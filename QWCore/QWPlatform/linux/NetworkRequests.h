@@ -14,7 +14,8 @@ struct UrlRequest;
 /// True for the schemes that are loaded: http, https and file.
 bool isLoadable(const QUrl &url);
 
-/// The request as Qt takes it. Compressed answers are declined, so that lengths are those of what arrives.
+/// The request as Qt takes it. Compressed answers are declined, so that lengths are those of what arrives. Redirections
+/// are answers like others.
 QNetworkRequest networkRequest(const UrlRequest &request);
 
 /// HTTP status; 200 for a file that was read, 0 when no answer came.

@@ -25,8 +25,8 @@ public:
     /// The file is whole, closed and at its destination. The last call.
     virtual void downloadDidFinish();
 
-    /// Connection failed, cut short, any status but success (redirections are followed), or the file could not be
-    /// written; the partial file is gone. The last call.
+    /// Connection failed, cut short, any status but success (redirections are followed), a file that is too large or
+    /// could not be written (a full disk is named as such); the partial file is gone. The last call.
     virtual void downloadDidFailWithError(const QString &localizedDescription);
 };
 
@@ -44,12 +44,18 @@ public:
 class QWPLATFORM_EXPORT UrlDownloads
 {
 public:
+    /// In bytes; a server that never ends must not fill the user's disk.
+    static constexpr qint64 largestFile = qint64(16) << 30;
+
     virtual ~UrlDownloads();
 
     /// Downloads @p url to the file @p destination, which is overwritten. @p observer is not owned and must outlive
     /// the download.
     virtual std::unique_ptr<UrlDownload> start(const QUrl &url, const QString &destination,
                                                UrlDownloadObserver &observer) = 0;
+
+    /// Cancels all downloads; later ones never begin. While the application object lives: see System::endWork().
+    virtual void cancelAll() = 0;
 };
 
 } // namespace platform

@@ -16,6 +16,7 @@ struct UrlRequest
     QByteArray method = "GET";
     QList<QPair<QByteArray, QByteArray>> headers;
     QByteArray body;
+    qint64 largestBody = 4 * 1024 * 1024; ///< Bytes of the answer beyond which the load fails; enough for any list.
 };
 
 struct UrlResponse
@@ -33,10 +34,12 @@ class QWPLATFORM_EXPORT UrlLoader
 public:
     virtual ~UrlLoader();
 
-    /// Follows redirections; gives up 30 s after the last byte, and above 64 MiB.
+    /// Follows redirections; gives up 30 s after the last byte, and on an answer that is larger than the request
+    /// allows.
     virtual UrlResponse load(const UrlRequest &request) = 0;
 
-    /// Makes all running and later loads fail at once. Main thread, at the System's end.
+    /// Makes all running and later loads fail, and returns when none is running. Main thread, while the application
+    /// object lives: see System::endWork().
     virtual void cancelAll() = 0;
 };
 

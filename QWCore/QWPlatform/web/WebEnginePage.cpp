@@ -41,6 +41,24 @@ constexpr Setting safeSettings[] = {
     {QWebEngineSettings::FocusOnNavigationEnabled, false},
 };
 
+using Navigation = WebView::Navigation;
+
+/// The engine takes whatever a frame begins with for "other", and a refresh for a redirection.
+Navigation::Cause causeOf(QWebEnginePage::NavigationType type)
+{
+    switch (type) {
+    case QWebEnginePage::NavigationTypeTyped:
+    case QWebEnginePage::NavigationTypeBackForward:
+    case QWebEnginePage::NavigationTypeReload:
+        return Navigation::Cause::Owner;
+    case QWebEnginePage::NavigationTypeLinkClicked:
+    case QWebEnginePage::NavigationTypeFormSubmitted:
+        return Navigation::Cause::User;
+    default:
+        return Navigation::Cause::Page;
+    }
+}
+
 QByteArray withBase(const QByteArray &html, const QUrl &baseUrl)
 {
     if (baseUrl.isEmpty())
@@ -57,8 +75,7 @@ WebEnginePage::WebEnginePage(QWebEngineProfile *profile)
 {
     for (const Setting &setting : safeSettings)
         settings()->setAttribute(setting.attribute, setting.on);
-    connect(this, &QWebEnginePage::newWindowRequested, this,
-            [this](const QWebEngineNewWindowRequest &request) { load(request.requestedUrl()); });
+    connect(this, &QWebEnginePage::newWindowRequested, this, &WebEnginePage::_openNewWindow);
 }
 
 WebEnginePage::~WebEnginePage() = default;
@@ -88,10 +105,31 @@ void WebEnginePage::_showLongHtml(const QByteArray &html, const QUrl &baseUrl)
     load(QUrl::fromLocalFile(m_longHtml->fileName()));
 }
 
-bool WebEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType, bool)
+void WebEnginePage::_openNewWindow(const QWebEngineNewWindowRequest &request)
 {
-    const bool isOwnText = m_longHtml && url == QUrl::fromLocalFile(m_longHtml->fileName());
-    return !m_policy || m_policy(isOwnText ? QUrl("data:text/html;charset=UTF-8,") : url);
+    if (!request.isUserInitiated())
+        return;
+    m_followsClick = true; // load() asks the policy before it returns
+    load(request.requestedUrl());
+    m_followsClick = false;
+}
+
+bool WebEnginePage::_isOwnText(const QUrl &url) const
+{
+    return url.scheme() == u"data" || (m_longHtml && url == QUrl::fromLocalFile(m_longHtml->fileName()));
+}
+
+bool WebEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
+{
+    const Navigation::Cause cause = m_followsClick ? Navigation::Cause::User : causeOf(type);
+    if (m_showsOwnText && isMainFrame && cause == Navigation::Cause::Page)
+        return false;
+    const bool isOwnText = isMainFrame && cause == Navigation::Cause::Owner && _isOwnText(url);
+    const QUrl told = isOwnText ? QUrl("data:text/html;charset=UTF-8,") : url;
+    const bool accepted = !m_policy || m_policy({.url = told, .cause = cause, .isMainFrame = isMainFrame});
+    if (accepted && isMainFrame)
+        m_showsOwnText = isOwnText;
+    return accepted;
 }
 
 } // namespace platform

@@ -7,12 +7,13 @@
 #include <memory>
 
 class QTemporaryFile;
+class QWebEngineNewWindowRequest;
 
 namespace platform
 {
 
 /// A page that asks the policy before it goes anywhere, in its frames too. Links that want a window of their own open
-/// in this one.
+/// in this one, and what the owner gave as text goes nowhere by itself.
 class WebEnginePage : public QWebEnginePage
 {
     Q_OBJECT
@@ -31,8 +32,12 @@ protected:
 
 private:
     void _showLongHtml(const QByteArray &html, const QUrl &baseUrl);
+    void _openNewWindow(const QWebEngineNewWindowRequest &request);
+    bool _isOwnText(const QUrl &url) const;
 
     WebView::Policy m_policy;
+    bool m_showsOwnText = false;                ///< The page, or the one on its way, is the owner's text.
+    bool m_followsClick = false;                ///< While a click on a link that wants a window of its own is followed.
     std::unique_ptr<QTemporaryFile> m_longHtml; ///< What is shown, when the engine does not take it as text.
 };
 

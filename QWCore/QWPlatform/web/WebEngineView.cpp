@@ -33,6 +33,7 @@ WebEngineView::WebEngineView(QWidget *parent)
 {
     m_widget->setPage(m_page.get());
     m_page->setBackgroundColor(m_widget->palette().color(QPalette::Base)); // no flash of white before the first page
+    WebEngineView::setAllowsRemoteParts(false);
     _connectPage();
 }
 
@@ -114,6 +115,11 @@ void WebEngineView::printToPdf(const QString &path, std::function<void(bool ok)>
 void WebEngineView::setPolicy(Policy policy)
 {
     m_page->setPolicy(std::move(policy));
+}
+
+void WebEngineView::setAllowsRemoteParts(bool allows)
+{
+    m_profile->setUrlRequestInterceptor(allows ? nullptr : &m_localPartsOnly);
 }
 
 void WebEngineView::_loadingChanged(const QWebEngineLoadingInfo &info)

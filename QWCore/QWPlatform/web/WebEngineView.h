@@ -1,5 +1,7 @@
 #pragma once
 
+#include "LocalPartsOnly.h"
+
 #include <QWPlatform/appkit/WebView.h>
 
 #include <QPointer>
@@ -36,6 +38,7 @@ public:
     void print() override;
     void printToPdf(const QString &path, std::function<void(bool ok)> done) override;
     void setPolicy(Policy policy) override;
+    void setAllowsRemoteParts(bool allows) override;
 
 private:
     void _connectPage();
@@ -44,6 +47,8 @@ private:
     void _showMessage(const QString &text, const QUrl &url);
 
     std::shared_ptr<QPrinter> m_printer; ///< While a page is being printed.
+
+    LocalPartsOnly m_localPartsOnly;
 
     // Destroyed from below: the widget shows the page, the page lives in the profile.
     std::unique_ptr<QWebEngineProfile> m_profile;

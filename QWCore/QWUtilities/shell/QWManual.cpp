@@ -62,9 +62,11 @@ void tell(const QString &what, const QString &why)
     platform::runAlert({.messageText = what, .informativeText = why, .buttons = {}});
 }
 
+/// "" without a folder for it, of which the user was told.
 QString downloadPath()
 {
-    return QWApplication::sharedApplication()->tempDirectory() + "/Manual.zip";
+    const QString folder = QWApplication::sharedApplication()->tempDirectory();
+    return folder.isEmpty() ? QString() : folder + "/Manual.zip";
 }
 } // namespace
 
@@ -155,6 +157,7 @@ bool QWManual::_prepareManual()
     m_manualIndexPath = m_manualPath + "/index.html";
     if (QWFile::fileExistsAtPath(m_manualIndexPath))
         return true;
+    QWFile::makeAccessibleAtPath(m_manualPath);
     if (!QWFile::emptyDirectoryAtPath(m_manualPath, &error)) {
         error.alert();
         return false;
@@ -168,6 +171,7 @@ void QWManual::_unzipToDirectory(const QString &archive, const QString &director
 {
     System::current().childProcesses().run(
         {.launchPath = "/usr/bin/unzip", .arguments = {"-q", mapped(archive), "-d", mapped(directory)}});
+    QWFile::makeAccessibleAtPath(directory); // what an archive forbids could be neither read nor replaced
 }
 
 void QWManual::checkVersion()
@@ -197,9 +201,12 @@ void QWManual::newVersionAvailable()
         QApplication::setActiveWindow(m_window);
     if (platform::runAlert(offer) != 0)
         return;
+    const QString archive = downloadPath();
+    if (archive.isEmpty())
+        return;
     const QUrl url(System::current().locations().supportSite() + "/support/manuals/" + applicationCode().toLower() +
                    "/" + majorVersion() + "/Manual.zip");
-    m_downloader = System::current().urlDownloads().start(url, mapped(downloadPath()), *this);
+    m_downloader = System::current().urlDownloads().start(url, mapped(archive), *this);
     m_progressText->setText(localized("Downloading update..."));
     m_progressBar->setRange(0, barSteps);
     m_progressBar->setValue(0);
@@ -227,8 +234,10 @@ void QWManual::downloadDidFinish()
     m_progressBar->setRange(0, 0);
     m_progressText->repaint(); // Unpacking keeps the main thread.
     QWError error;
+    QWFile::makeAccessibleAtPath(m_manualPath);
     const bool isEmptied = QWFile::emptyDirectoryAtPath(m_manualPath, &error);
-    _unzipToDirectory(downloadPath(), m_manualPath);
+    if (const QString archive = downloadPath(); !archive.isEmpty())
+        _unzipToDirectory(archive, m_manualPath);
     _showProgress(false);
     home();
     if (!isEmptied)

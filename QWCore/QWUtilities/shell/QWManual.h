@@ -2,6 +2,7 @@
 
 #include <QWUtilities/qwutilities_export.h>
 
+#include <QWPlatform/appkit/BrowserLinks.h>
 #include <QWPlatform/appkit/ToolbarDelegate.h>
 #include <QWPlatform/network/UrlDownload.h>
 
@@ -76,7 +77,6 @@ private:
     void _makeShortcuts();
     bool _prepareManual();
     bool _mayUse(const QString &identifier) const;
-    bool _decidePolicy(const QUrl &url) const;
     void _unzipToDirectory(const QString &archive, const QString &directory) const;
     void checkVersion();
     void newVersionAvailable();
@@ -89,6 +89,7 @@ private:
     bool m_found = false; ///< The index page was there when the window was first opened; not asked again.
     std::unique_ptr<QWidget> m_nib;
     platform::Panel *m_window = nullptr;
+    platform::BrowserLinks m_browserLinks;
     std::unique_ptr<platform::WebView> m_contentView;
     std::unique_ptr<platform::UrlDownload> m_downloader;
     QLabel *m_progressText = nullptr;

@@ -8,12 +8,10 @@
 #include <QWPlatform/appkit/Toolbar.h>
 #include <QWPlatform/appkit/ToolbarItem.h>
 #include <QWPlatform/appkit/WebView.h>
-#include <QWPlatform/appkit/Workspace.h>
 #include <QWPlatform/foundation/Localization.h>
 
 #include <QBoxLayout>
 #include <QShortcut>
-#include <QUrl>
 
 #include <algorithm>
 #include <iterator>
@@ -116,16 +114,9 @@ void QWManual::_makeContentView(QWidget &place)
     m_contentView = platform::System::current().webViews().make(&place);
     column->addWidget(m_contentView->widget());
     connect(m_contentView.get(), &platform::WebView::printFinished, this, &QWManual::printDidFinish);
-    m_contentView->setPolicy([this](const QUrl &url) { return _decidePolicy(url); });
-}
-
-/// Pages of the web belong into the user's browser; everything else stays in the panel.
-bool QWManual::_decidePolicy(const QUrl &url) const
-{
-    if (url.scheme() != "http" && url.scheme() != "https")
-        return true;
-    platform::openUrlOrTell(url);
-    return false;
+    // Pages of the web belong into the user's browser; everything else stays in the panel.
+    m_contentView->setPolicy(
+        [this](const platform::WebView::Navigation &navigation) { return !m_browserLinks.take(navigation); });
 }
 
 QStringList QWManual::toolbarAllowedItemIdentifiers(Toolbar &)

@@ -1,0 +1,63 @@
+#include "DesktopProxies.h"
+
+#include "../network/Proxies.h"
+
+#include <QHostAddress>
+#include <QNetworkProxy>
+#include <QNetworkProxyFactory>
+#include <QUrl>
+
+#include <algorithm>
+#include <iterator>
+
+namespace platform
+{
+
+namespace
+{
+constexpr const char *proxyVariables[] = {"http_proxy", "https_proxy", "ftp_proxy", "socks_proxy", "all_proxy"};
+constexpr auto thisMachine = "localhost,127.0.0.0/8,127.0.0.1,::1";
+
+bool isThisMachine(const QString &host)
+{
+    return host == u"localhost" || host.endsWith(u".localhost") || QHostAddress(host).isLoopback();
+}
+
+bool namesProxies()
+{
+    return std::any_of(std::begin(proxyVariables), std::end(proxyVariables), [](const char *name) {
+        return !qEnvironmentVariableIsEmpty(name) ||
+               !qEnvironmentVariableIsEmpty(QByteArray(name).toUpper().constData());
+    });
+}
+
+/// In the environment nobody writes what goes without saying. Without a proxy the variable stays unset: set alone, it
+/// counts as the user's wish for none.
+void exceptThisMachine()
+{
+    for (const char *const name : {"no_proxy", "NO_PROXY"})
+        if (const QByteArray exceptions = qgetenv(name); !exceptions.contains(thisMachine))
+            qputenv(name, exceptions.isEmpty() ? QByteArray(thisMachine) : exceptions + ',' + thisMachine);
+}
+} // namespace
+
+void useDesktopProxies()
+{
+    if (namesProxies())
+        exceptThisMachine();
+    QNetworkProxyFactory::setUseSystemConfiguration(true);
+}
+
+QNetworkProxy proxyFor(const QUrl &url)
+{
+    if (isThisMachine(url.host()))
+        return QNetworkProxy::NoProxy;
+    const QNetworkProxyQuery query(url);
+    // Not through Qt's own door, which holds a lock that the whole process needs while the desktop is asked.
+    const QList<QNetworkProxy> proxies = QNetworkProxyFactory::usesSystemConfiguration()
+                                             ? QNetworkProxyFactory::systemProxyForQuery(query)
+                                             : QNetworkProxyFactory::proxyForQuery(query);
+    return proxies.isEmpty() ? QNetworkProxy(QNetworkProxy::NoProxy) : proxies.front();
+}
+
+} // namespace platform
