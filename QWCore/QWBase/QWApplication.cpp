@@ -47,7 +47,8 @@ std::vector<QWApplicationCategory> &registeredCategories()
 /// What must be set before QApplication's constructor runs.
 int &prepared(int &argc)
 {
-    platform::useDesktopProxies();                              // while there is one thread
+    platform::useDesktopProxies(); // while there is one thread
+    platform::giveUpSilentBus();
     QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts); // web views share their contexts with the windows
     return argc;
 }

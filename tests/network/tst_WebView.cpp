@@ -83,6 +83,7 @@ private:
     std::unique_ptr<QWidget> m_window;
     std::unique_ptr<WebView> m_view;
     QList<QUrl> m_asked;
+    std::vector<WebView::Navigation> m_navigations; ///< Where a test wants to know all of them.
     std::function<bool(const QUrl &)> m_allows;
 };
 
@@ -98,6 +99,7 @@ void tst_WebView::init()
     m_window = std::make_unique<QWidget>();
     m_window->resize(400, 300);
     m_asked.clear();
+    m_navigations.clear();
     m_allows = [](const QUrl &) { return true; };
     if (qstrcmp(QTest::currentTestFunction(), "engineIsNotMappedBeforeTheFirstView") == 0)
         return;
@@ -336,13 +338,12 @@ void tst_WebView::textOfTheOwnerGoesNowhereByItself()
 void tst_WebView::policyHearsWhoWantsANavigation()
 {
     using Cause = WebView::Navigation::Cause;
-    std::vector<WebView::Navigation> asked;
-    m_view->setPolicy([&](const WebView::Navigation &navigation) {
-        asked.push_back(navigation);
+    m_view->setPolicy([this](const WebView::Navigation &navigation) {
+        m_navigations.push_back(navigation);
         return navigation.url.scheme() != u"https";
     });
     const auto wasAsked = [&](const QString &url, Cause cause, bool isMainFrame) {
-        return std::any_of(asked.begin(), asked.end(), [&](const WebView::Navigation &one) {
+        return std::any_of(m_navigations.begin(), m_navigations.end(), [&](const WebView::Navigation &one) {
             return one.url == QUrl(url) && one.cause == cause && one.isMainFrame == isMainFrame;
         });
     };

@@ -9,6 +9,10 @@
 namespace platform
 {
 
+/// Gives up a session bus that lets nobody in within 2 s: this process and its children are then without one. Qt would
+/// wait for it, at the start, for minutes. Before the application object is made.
+QWPLATFORM_EXPORT void giveUpSilentBus();
+
 /// Reaches a running instance of the same host over the session bus. Main thread.
 class QWPLATFORM_EXPORT InstanceLink
 {

@@ -88,6 +88,15 @@ private:
     bool m_owned = false;
 };
 
+void giveUpSilentBus()
+{
+    const QByteArray address = busAddress();
+    if (address.isEmpty() || busAnswers(address, patienceWithBus))
+        return;
+    qWarning("The session bus does not answer and is given up");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}
+
 LinuxInstanceLink::LinuxInstanceLink() = default;
 LinuxInstanceLink::~LinuxInstanceLink() = default;
 

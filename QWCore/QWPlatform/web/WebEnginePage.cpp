@@ -7,6 +7,8 @@
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 
+#include <utility>
+
 namespace platform
 {
 
@@ -109,9 +111,15 @@ void WebEnginePage::_openNewWindow(const QWebEngineNewWindowRequest &request)
 {
     if (!request.isUserInitiated())
         return;
-    m_followsClick = true; // load() asks the policy before it returns
-    load(request.requestedUrl());
-    m_followsClick = false;
+    m_clicked = request.requestedUrl();
+    load(m_clicked);
+}
+
+WebView::Navigation::Cause WebEnginePage::_causeOf(const QUrl &url, NavigationType type)
+{
+    const QUrl clicked = std::exchange(m_clicked, {});
+    const bool isFollowed = type == NavigationTypeTyped && !clicked.isEmpty() && clicked == url;
+    return isFollowed ? Navigation::Cause::User : causeOf(type);
 }
 
 bool WebEnginePage::_isOwnText(const QUrl &url) const
@@ -121,7 +129,7 @@ bool WebEnginePage::_isOwnText(const QUrl &url) const
 
 bool WebEnginePage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
 {
-    const Navigation::Cause cause = m_followsClick ? Navigation::Cause::User : causeOf(type);
+    const Navigation::Cause cause = isMainFrame ? _causeOf(url, type) : causeOf(type);
     if (m_showsOwnText && isMainFrame && cause == Navigation::Cause::Page)
         return false;
     const bool isOwnText = isMainFrame && cause == Navigation::Cause::Owner && _isOwnText(url);

@@ -33,11 +33,12 @@ protected:
 private:
     void _showLongHtml(const QByteArray &html, const QUrl &baseUrl);
     void _openNewWindow(const QWebEngineNewWindowRequest &request);
+    WebView::Navigation::Cause _causeOf(const QUrl &url, NavigationType type);
     bool _isOwnText(const QUrl &url) const;
 
     WebView::Policy m_policy;
-    bool m_showsOwnText = false;                ///< The page, or the one on its way, is the owner's text.
-    bool m_followsClick = false;                ///< While a click on a link that wants a window of its own is followed.
+    bool m_showsOwnText = false; ///< The page, or the one on its way, is the owner's text.
+    QUrl m_clicked;              ///< The target of a link that wants a window of its own, until the policy is asked.
     std::unique_ptr<QTemporaryFile> m_longHtml; ///< What is shown, when the engine does not take it as text.
 };
 
