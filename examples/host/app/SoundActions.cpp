@@ -275,7 +275,7 @@ void SoundActions::_takeSaved(const QString &path, bool wasClipped)
     const char *status = wasClipped ? "Saved %@; peaks above 0 dB were clipped" : "Saved %@";
     m_window.transport().showStatus(formatted(localized(status), {name}));
     if (HostSettings::isOn(HostSettings::showSavedKey))
-        platform::System::current().workspace().openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));
+        platform::openUrlOrTell(QUrl::fromLocalFile(QFileInfo(path).path()));
     if (m_closeWhenSaved)
         m_window.close();
 }
