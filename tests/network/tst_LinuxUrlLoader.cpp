@@ -1,7 +1,6 @@
 #include <QWPlatform/linux/LinuxUrlLoader.h>
 #include <simulators/HttpServer.h>
 
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -232,14 +231,14 @@ void tst_LinuxUrlLoader::silenceTimesOut()
 
 void tst_LinuxUrlLoader::slowAnswerThatKeepsComingArrives()
 {
-    HttpReply drip = HttpReply::text(QByteArray(30, 'x'));
+    HttpReply drip = HttpReply::text(QByteArray(60, 'x'));
     drip.pieceSize = 1;
     drip.pieceDelay = 40ms;
     m_server.answer("/drip", drip);
-    LinuxUrlLoader patient(800ms); // less than the whole takes, more than any one piece
+    LinuxUrlLoader patient(2s); // less than the whole takes, more than any one piece
     const UrlResponse response = loaded(patient, m_server.url("/drip"));
     QCOMPARE(response.error, QString());
-    QCOMPARE(response.body.size(), 30);
+    QCOMPARE(response.body.size(), 60);
 }
 
 void tst_LinuxUrlLoader::tooLargeAnswersFail_data()
@@ -357,19 +356,15 @@ void tst_LinuxUrlLoader::cancelAllEndsRunningAndLaterLoads()
     never.neverAnswer = true;
     m_server.answer("/never", never);
     const auto before = m_server.requests().size();
-    LinuxUrlLoader loader;
+    LinuxUrlLoader loader(1h); // nothing else ends them
     Load first(loader, m_server.url("/never"));
     Load second(loader, m_server.url("/never"));
     QTRY_COMPARE(m_server.requests().size(), before + 2);
-
-    QElapsedTimer clock;
-    clock.start();
     loader.cancelAll();
     const UrlResponse response = first.response();
     QCOMPARE(response.error, QString("The request was cancelled."));
     QVERIFY(!second.response().succeeded());
     QVERIFY(!loaded(loader, m_server.url("/never")).succeeded());
-    QVERIFY2(clock.elapsed() < 5000, "far below the 30 s of silence that would end them");
 }
 
 void tst_LinuxUrlLoader::loadsRunSideBySide()
