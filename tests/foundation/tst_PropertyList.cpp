@@ -163,6 +163,13 @@ private slots:
         QCOMPARE(PropertyList::fromData(xml), std::optional(list));
     }
 
+    /// Each of them taking as long as the whole text would take hours.
+    void millionsOfSuchCharactersComeBack()
+    {
+        const QString text(2'000'000, QChar(1));
+        QCOMPARE(PropertyList::fromData(PropertyList::toXml(text)), std::optional<QVariant>(text));
+    }
+
     void markThatStandsForNothingStaysAsItIs_data()
     {
         QTest::addColumn<QString>("text");

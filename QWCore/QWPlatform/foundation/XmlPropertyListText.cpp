@@ -35,13 +35,23 @@ QString encoded(const QString &text)
     return result;
 }
 
+/// Piece by piece: taking the codes out of the whole text one by one would move its rest for each.
 QString decoded(QByteArrayView utf8)
 {
-    QString text = textOfUtf8(utf8);
-    for (qsizetype at = text.indexOf(mark); at >= 0; at = text.indexOf(mark, at + 1))
-        if (const QChar character = characterOf(QStringView(text).sliced(at + 1)); !character.isNull())
-            text.replace(at, 1 + digits, character);
-    return text;
+    const QString text = textOfUtf8(utf8);
+    qsizetype at = text.indexOf(mark);
+    if (at < 0)
+        return text;
+    QString result;
+    qsizetype copied = 0;
+    for (; at >= 0; at = text.indexOf(mark, at + 1)) {
+        const QChar character = characterOf(QStringView(text).sliced(at + 1));
+        if (character.isNull())
+            continue;
+        result.append(QStringView(text).sliced(copied, at - copied)).append(character);
+        copied = at + 1 + digits;
+    }
+    return result.append(QStringView(text).sliced(copied));
 }
 
 } // namespace platform::XmlPropertyListText
