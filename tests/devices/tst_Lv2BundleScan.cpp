@@ -91,6 +91,15 @@ private slots:
         QCOMPARE(reader.runs, (QList<QStringList>{{"a", "b", "c", "d"}, {"c"}, {"d"}}));
     }
 
+    void readerThatOthersEndedIsTakenForNoBundlesFault()
+    {
+        ScriptedReader reader;
+        reader.signal = SIGKILL;
+        reader.dies = [&](auto &&...) { return reader.runs.size() == 1; }; // with the first bundle, too
+        QCOMPARE(found(reader, {"a", "b"}), QStringList({"a", "b"}));
+        QCOMPARE(reader.runs, (QList<QStringList>{{"a", "b"}, {"a"}, {"b"}}));
+    }
+
     void bundleThatTakesForEverIsNotWaitedForTwice()
     {
         ScriptedReader reader;

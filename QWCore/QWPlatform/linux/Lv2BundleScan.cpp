@@ -49,10 +49,10 @@ private:
             _take(contents);
         if (_done() == std::min(first + count, m_paths.size()))
             return mostAtOnce;
-        const bool isToBlame = _done() == first || hasRunOutOfTime(run);
+        const bool isToBlame = count == 1 || hasRunOutOfTime(run);
         if (isToBlame)
             _giveUpNext(run);
-        return isToBlame ? mostAtOnce : 1; // by itself, since what was read before it may be to blame
+        return isToBlame ? mostAtOnce : 1; // by itself: what was read before it, or others, may have ended the reader
     }
 
     ChildProcessResult _run(const QStringList &paths)
