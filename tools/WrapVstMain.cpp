@@ -6,13 +6,12 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/ChildProcesses.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/foundation/LockFile.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QFileInfo>
-#include <QLockFile>
 
 #include <chrono>
 #include <cstdio>
@@ -24,8 +23,8 @@ namespace
 constexpr auto description = "Wraps the VST libraries of the usual folders (VST_PATH, ~/.vst, ~/.lxvst, /usr/lib/vst, "
                              "…) as bundles in \"~/Library/Audio/Plug-Ins/VST\", and keeps these up to date: a changed "
                              "library is validated again, and the bundle of a library that is gone is removed.";
-constexpr int moreToDo = 3;          // exit status
-constexpr int lockPatience = 30'000; // milliseconds; another one is at work meanwhile
+constexpr int moreToDo = 3; // exit status
+constexpr platform::LockFile::Patience lockPatience{std::chrono::seconds(30), std::chrono::seconds(30)};
 constexpr auto wrongArgument = "qw-wrap-vst: \"%s\" is no option; folders follow --folder.\n";
 
 void print(const char *what, const QStringList &paths)
@@ -56,11 +55,9 @@ QString askForName(const QString &library)
 }
 
 /// Two at a time would make two bundles of one library.
-bool lockFolder(QLockFile &lock)
+bool lockFolder(platform::LockFile &lock)
 {
-    QDir().mkpath(QFileInfo(lock.fileName()).path());
-    lock.setStaleLockTime(0); // as long as its process lives
-    return lock.tryLock(lockPatience) || lock.error() != QLockFile::LockFailedError;
+    return lock.acquire(lockPatience) || !lock.isHeldByOthers();
 }
 
 /// What the command line asks for.
@@ -123,7 +120,9 @@ int main(int argc, char **argv)
     if (!wishes)
         return 1;
     const platform::Locations &locations = platform::System::current().locations();
-    QLockFile lock(locations.mapped("~/Library/Application Support/Quorwell/vst_wrappers.lock"));
+    const QString support = locations.mapped("~/Library/Application Support/Quorwell/");
+    QDir().mkpath(support);
+    platform::LockFile lock(support + "vst_wrappers.lock");
     if (!wishes->isDryRun && !lockFolder(lock)) {
         std::fprintf(stderr, "qw-wrap-vst: another one is at work.\n");
         return 1;

@@ -317,6 +317,18 @@ private slots:
         QVERIFY(disk.run(QW_WRAP_VST, {"--help"}).output.contains("--dry-run"));
     }
 
+    void lockThatACrashLeftEmptyHoldsNothingUp()
+    {
+        const PluginDisk disk;
+        const Folders folders;
+        folders.addLibrary("Echo.so");
+        const QString lock = disk.support("vst_wrappers.lock");
+        PluginDisk::write(lock, "");
+        setModified(lock, 1000);
+        const auto run = disk.run(QW_WRAP_VST, {"--folder", folders.libraries()});
+        QVERIFY2(run.status == 0, run.errors.constData());
+    }
+
     void programStopsWhenItsTimeIsUp()
     {
         const Folders folders;

@@ -62,7 +62,7 @@ bool LockFile::acquire(Patience patience, const std::atomic<bool> *hurry)
             withOne.setRemainingTime(patience.withOne);
         }
         const bool isOver = withOne.hasExpired() || altogether.hasExpired() || (hurry && *hurry);
-        if (isOver || m_lock.error() != QLockFile::LockFailedError)
+        if (isOver || !isHeldByOthers())
             return false;
         QThread::msleep(pause); // QLockFile itself pauses ever longer, so that a busy neighbour would starve us
     }

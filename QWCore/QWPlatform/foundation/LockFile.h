@@ -14,7 +14,7 @@ namespace platform
 /// A lock among programs that write the same file, for the moment that this takes. One that nobody can have written
 /// (a file without content, as a crash or a full disk leaves it) is taken over after a second, and whatever else stands
 /// in its place is moved aside. Any thread, one at a time.
-class LockFile
+class QWPLATFORM_EXPORT LockFile
 {
 public:
     /// How long to wait for others.
@@ -33,6 +33,9 @@ public:
     /// Takes the lock until the object goes. False when others would not let go of it, or @p hurry became true while
     /// they held it, or when there can be no lock.
     bool acquire(Patience patience, const std::atomic<bool> *hurry = nullptr);
+
+    /// Why acquire() failed: true when others have the lock, false when there can be none.
+    bool isHeldByOthers() const { return m_lock.error() == QLockFile::LockFailedError; }
 
 private:
     bool _clearPlace() const;
