@@ -3,7 +3,9 @@
 #include <QWPlatform/foundation/Clock.h>
 #include <QWUtilities/plugins/TrialLock.h>
 
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -73,9 +75,11 @@ private slots:
         m_clock.whileSleeping = [&] {
             if (m_clock.elapsed < 10min && m_clock.elapsed - since > 1min) {
                 since = m_clock.elapsed;
-                other.reset();
-                QTest::qWait(5); // a file's time moves on in steps of some milliseconds
-                other.emplace(path(), m_unwatchedClock);
+                const QDateTime before = lastTaken();
+                do { // a file's time moves on in steps of some milliseconds
+                    other.reset();
+                    other.emplace(path(), m_unwatchedClock);
+                } while (lastTaken() == before);
             } else if (m_clock.elapsed >= 10min) {
                 other.reset();
             }
@@ -131,6 +135,7 @@ private slots:
 
 private:
     QString path() const { return m_folder->filePath("lock"); }
+    QDateTime lastTaken() const { return QFileInfo(path()).lastModified(); }
 
     std::optional<QTemporaryDir> m_folder;
     ScriptedClock m_clock;
