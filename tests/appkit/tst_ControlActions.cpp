@@ -1,5 +1,6 @@
 #include <QWPlatform/appkit/ControlActions.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QCompleter>
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void typedAndTakenBackIsUnchanged();
     void programsOwnTextIsNotSent();
     void programsOwnTextEndsTheEdit();
+    void textThatTheClearButtonTookIsSent();
     void refusedTextIsNotSent();
     void actionThatTakesTheKeyboardSendsOnce();
     void fieldThatIsNeverShownIsSentAtTheEnd();
@@ -161,6 +163,18 @@ void tst_ControlActions::programsOwnTextEndsTheEdit()
     field().setText("as stored");
     QTest::keyClick(&field(), Qt::Key_Tab);
     QCOMPARE(m_receiver->texts, QStringList());
+}
+
+void tst_ControlActions::textThatTheClearButtonTookIsSent()
+{
+    field().setText("as stored");
+    field().setClearButtonEnabled(true);
+    auto *const button = field().findChild<QAbstractButton *>();
+    QVERIFY(button);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(field().text(), QString());
+    other().setFocus();
+    QCOMPARE(m_receiver->texts, QStringList{""});
 }
 
 void tst_ControlActions::refusedTextIsNotSent()

@@ -15,6 +15,8 @@ EditEnd::EditEnd(QLineEdit &field, std::function<void()> ended)
     , m_field(field)
     , m_ended(std::move(ended))
     , m_before(field.text())
+    , m_beforeOther(field.text())
+    , m_typed(field.text())
 {
     connect(&field, &QLineEdit::textEdited, this, &EditEnd::_textEdited);
     connect(&field, &QLineEdit::textChanged, this, &EditEnd::_textChanged);
@@ -35,17 +37,22 @@ bool EditEnd::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-/// Comes before textChanged.
+/// Comes before textChanged, but after it from the button that clears a field, whose change looked like the program's.
 void EditEnd::_textEdited(const QString &text)
 {
+    const bool wasCleared = text.isEmpty() && m_typed.isEmpty();
+    if (wasCleared)
+        m_before = m_beforeOther;
     m_typed = text;
 }
 
 void EditEnd::_textChanged(const QString &text)
 {
     const bool isCompletion = m_field.completer() && m_field.hasFocus();
-    if (text != m_typed && !isCompletion)
-        m_before = m_typed = text; // the program's own
+    if (text == m_typed || isCompletion)
+        return;
+    m_beforeOther = m_before;
+    m_before = m_typed = text; // the program's own
 }
 
 /// Remembered first: the action may show an alert, which takes the keyboard away once more.

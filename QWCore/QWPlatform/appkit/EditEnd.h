@@ -32,7 +32,8 @@ private:
 
     QLineEdit &m_field;
     std::function<void()> m_ended;
-    QString m_before; ///< The edit.
+    QString m_before;      ///< The edit.
+    QString m_beforeOther; ///< What m_before was until the program last set a text.
     QString m_typed;
 };
 
