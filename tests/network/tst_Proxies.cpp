@@ -22,6 +22,8 @@ private Q_SLOTS:
     void init();
     void serversOfTheNetAreReachedThroughTheProxy_data();
     void serversOfTheNetAreReachedThroughTheProxy();
+    void serversThatTheUserExceptsAreReachedDirectly_data();
+    void serversThatTheUserExceptsAreReachedDirectly();
     void thisMachineIsReachedDirectly_data();
     void thisMachineIsReachedDirectly();
     void environmentIsLeftAloneWithoutAProxy();
@@ -29,6 +31,7 @@ private Q_SLOTS:
 private:
     bool _fetches(const QString &how, const QUrl &url, const QString &variable);
 
+    QProcessEnvironment m_environment; ///< Of the process.
     std::unique_ptr<HttpServer> m_proxy;
     std::unique_ptr<HttpServer> m_server;
 };
@@ -52,6 +55,7 @@ QProcessEnvironment environmentWithoutProxies()
 
 void tst_Proxies::init()
 {
+    m_environment = environmentWithoutProxies();
     m_proxy = std::make_unique<HttpServer>(page);
     m_server = std::make_unique<HttpServer>(page);
     QVERIFY(m_proxy->listen());
@@ -61,7 +65,7 @@ void tst_Proxies::init()
 /// Whether a process that has the proxy in @p variable gets @p url.
 bool tst_Proxies::_fetches(const QString &how, const QUrl &url, const QString &variable)
 {
-    QProcessEnvironment environment = environmentWithoutProxies();
+    QProcessEnvironment environment = m_environment;
     environment.insert(variable, m_proxy->address());
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -87,6 +91,28 @@ void tst_Proxies::serversOfTheNetAreReachedThroughTheProxy()
     QVERIFY(_fetches(how, QUrl("http://support.test/list"), variable));
     QVERIFY(!m_proxy->requests().empty());
     QCOMPARE(m_proxy->requests().front().headers.value("host"), QByteArray("support.test"));
+}
+
+void tst_Proxies::serversThatTheUserExceptsAreReachedDirectly_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<QString>("exceptions");
+    for (const char *const how : {"--load", "--show"})
+        for (const char *const exceptions : {"no_proxy", "NO_PROXY"})
+            QTest::addRow("%s %s", how, exceptions) << QString(how) << QString(exceptions);
+}
+
+/// An address that leads to this machine and that nobody takes for it.
+void tst_Proxies::serversThatTheUserExceptsAreReachedDirectly()
+{
+    QFETCH(const QString, how);
+    QFETCH(const QString, exceptions);
+    QUrl url = m_server->url("/list");
+    url.setHost("0.0.0.0");
+    m_environment.insert(exceptions, url.host());
+    QVERIFY(_fetches(how, url, "http_proxy"));
+    QVERIFY(m_proxy->requests().empty());
+    QVERIFY(!m_server->requests().empty());
 }
 
 void tst_Proxies::thisMachineIsReachedDirectly_data()

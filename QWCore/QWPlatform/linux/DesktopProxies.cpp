@@ -32,12 +32,17 @@ bool namesProxies()
 }
 
 /// In the environment nobody writes what goes without saying. Without a proxy the variable stays unset: set alone, it
-/// counts as the user's wish for none.
+/// counts as the user's wish for none. Either spelling may be the user's, and readers look no further than the first.
 void exceptThisMachine()
 {
-    for (const char *const name : {"no_proxy", "NO_PROXY"})
-        if (const QByteArray exceptions = qgetenv(name); !exceptions.contains(thisMachine))
+    const QByteArray lower = qgetenv("no_proxy");
+    const QByteArray upper = qgetenv("NO_PROXY");
+    const auto set = [](const char *name, const QByteArray &exceptions) {
+        if (!exceptions.contains(thisMachine))
             qputenv(name, exceptions.isEmpty() ? QByteArray(thisMachine) : exceptions + ',' + thisMachine);
+    };
+    set("no_proxy", lower.isEmpty() ? upper : lower);
+    set("NO_PROXY", upper.isEmpty() ? lower : upper);
 }
 } // namespace
 
