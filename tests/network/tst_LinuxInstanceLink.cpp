@@ -1,5 +1,6 @@
 #include "PrivateBus.h"
 
+#include <QWPlatform/foundation/FileDescriptor.h>
 #include <QWPlatform/linux/LinuxInstanceLink.h>
 
 #include <QDir>
@@ -7,6 +8,10 @@
 #include <QLocalSocket>
 #include <QProcess>
 #include <QTest>
+
+#include <cerrno>
+#include <sys/socket.h>
+#include <sys/un.h>
 
 using namespace platform;
 
@@ -51,6 +56,7 @@ private Q_SLOTS:
     void nobodyListening();
     void busThatDoesNotAnswerIsGivenUp_data();
     void busThatDoesNotAnswerIsGivenUp();
+    void busThatTakesNoConnectionIsGivenUp();
     void urlsReachTheOtherProcess();
     void onlyOneListens();
     void nameIsFreeAgainAfterTheEnd();
@@ -61,6 +67,8 @@ private Q_SLOTS:
     void serviceNames();
 
 private:
+    static QString _lineOfOther(const QString &bus);
+
     PrivateBus m_bus;
 };
 
@@ -101,11 +109,39 @@ void tst_LinuxInstanceLink::busThatDoesNotAnswerIsGivenUp()
                 client->write(left.takeFirst());
         });
     });
+    QCOMPARE(_lineOfOther(bus.fullServerName()), QString("refused"));
+}
+
+/// As one that was stopped, and that others wait for.
+void tst_LinuxInstanceLink::busThatTakesNoConnectionIsGivenUp()
+{
+    const QTemporaryDir folder;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(folder.filePath("bus")).constData(), sizeof address.sun_path);
+    const auto *const name = reinterpret_cast<const sockaddr *>(&address);
+    const FileDescriptor bus(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    QCOMPARE(::bind(bus.number(), name, sizeof address), 0);
+    QCOMPARE(::listen(bus.number(), 0), 0);
+    std::vector<std::unique_ptr<FileDescriptor>> waiting;
+    int connected = 0;
+    while (connected == 0) {
+        waiting.push_back(
+            std::make_unique<FileDescriptor>(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)));
+        connected = ::connect(waiting.back()->number(), name, sizeof address);
+    }
+    QCOMPARE(errno, EAGAIN);
+    QCOMPARE(_lineOfOther(address.sun_path), QString("refused"));
+}
+
+/// What another instance says that has the bus at that path.
+QString tst_LinuxInstanceLink::_lineOfOther(const QString &bus)
+{
     const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + QFile::encodeName(bus.fullServerName()));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + QFile::encodeName(bus));
     OtherInstance other(identifier);
     qputenv("DBUS_SESSION_BUS_ADDRESS", before);
-    QCOMPARE(other.nextLine(), QString("refused"));
+    return other.nextLine();
 }
 
 void tst_LinuxInstanceLink::urlsReachTheOtherProcess()

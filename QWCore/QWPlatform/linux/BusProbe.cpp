@@ -12,6 +12,7 @@
 #include <cstring>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -43,7 +44,7 @@ class Conversation
 {
 public:
     Conversation(const QByteArray &name, QDeadlineTimer deadline)
-        : m_socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
+        : m_socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
         , m_deadline(deadline)
     {
         sockaddr_un address{};
@@ -53,12 +54,15 @@ public:
         std::memcpy(address.sun_path, name.constData(), static_cast<std::size_t>(name.size()));
         const auto size =
             static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + static_cast<std::size_t>(name.size()));
-        isOpen = ::connect(m_socket.number(), reinterpret_cast<sockaddr *>(&address), size) == 0;
+        _limitWaiting();
+        const int connected = ::connect(m_socket.number(), reinterpret_cast<sockaddr *>(&address), size);
+        isOpen = connected == 0 || errno == EAGAIN; // nobody took it, but somebody is there
     }
 
     void say(const QByteArray &text) const
     {
-        (void)::send(m_socket.number(), text.constData(), static_cast<std::size_t>(text.size()), MSG_NOSIGNAL);
+        (void)::send(m_socket.number(), text.constData(), static_cast<std::size_t>(text.size()),
+                     MSG_NOSIGNAL | MSG_DONTWAIT);
     }
 
     /// What comes next; "" when nothing does.
@@ -68,13 +72,21 @@ public:
         while (::poll(&waiting, 1, static_cast<int>(m_deadline.remainingTime())) < 0 && errno == EINTR)
             ;
         QByteArray text(512, Qt::Uninitialized);
-        const auto size = ::recv(m_socket.number(), text.data(), static_cast<std::size_t>(text.size()), 0);
+        const auto size = ::recv(m_socket.number(), text.data(), static_cast<std::size_t>(text.size()), MSG_DONTWAIT);
         return text.left(std::max<qsizetype>(size, 0));
     }
 
     bool isOpen = false;
 
 private:
+    /// A connection waits where too many others wait to be taken.
+    void _limitWaiting() const
+    {
+        const qint64 left = std::max<qint64>(m_deadline.remainingTime(), 1);
+        const timeval limit{.tv_sec = left / 1000, .tv_usec = left % 1000 * 1000};
+        ::setsockopt(m_socket.number(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    }
+
     FileDescriptor m_socket;
     QDeadlineTimer m_deadline;
 };
