@@ -32,6 +32,7 @@ private Q_SLOTS:
     void whatNothingOpensIsTold_data();
     void whatNothingOpensIsTold();
     void whatIsOpenedIsNotTold();
+    void whatFailsHoursLaterIsNotTold();
 
 private:
     void _install(const QByteArray &script) const;
@@ -167,6 +168,27 @@ void tst_LinuxWorkspace::whatIsOpenedIsNotTold()
     QTRY_COMPARE(_opened(), "done");
     _install("exit 3");
     QVERIFY(LinuxWorkspace().openUrl(QUrl("https://second.test/"))); // which is told after the first has ended
+    QTRY_COMPARE(system.alerts.shown, QStringList("“https://second.test/” could not be opened."));
+}
+
+/// The opener may have become the browser.
+void tst_LinuxWorkspace::whatFailsHoursLaterIsNotTold()
+{
+    FakeSystem system;
+    const System::Scope current(system);
+    const QString fifo = m_folder->filePath("fifo");
+    _install("echo $$ > '" + m_folder->filePath("opened").toUtf8() + "'; /usr/bin/mkfifo '" + fifo.toUtf8() +
+             "'; read line < '" + fifo.toUtf8() + "'; exit 4");
+    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/")));
+    QTRY_VERIFY(QFile::exists(fifo));
+    system.clock.advance(std::chrono::hours(2));
+    {
+        QFile end(fifo);
+        QVERIFY(end.open(QIODevice::WriteOnly));
+    }
+    QTRY_VERIFY(::kill(_opened().trimmed().toInt(), 0) != 0); // its end was heard of
+    _install("exit 3");
+    QVERIFY(LinuxWorkspace().openUrl(QUrl("https://second.test/")));
     QTRY_COMPARE(system.alerts.shown, QStringList("“https://second.test/” could not be opened."));
 }
 

@@ -1,6 +1,8 @@
 #include "LinuxWorkspace.h"
 
+#include "../System.h"
 #include "../appkit/UnopenedAlert.h"
+#include "../foundation/Clock.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -16,6 +18,13 @@ namespace platform
 
 namespace
 {
+constexpr qint64 longestOpening = 60'000'000'000; ///< Nanoseconds; what fails later was open before.
+
+qint64 now()
+{
+    return System::current().clock().monotonicNanoseconds();
+}
+
 /// A browser may run as the opener itself, for hours. Destroyed, its process object would take the browser along, so
 /// that those which still run are kept past the end of this application.
 QSet<QProcess *> &openers()
@@ -45,9 +54,11 @@ bool startOpener(const QUrl &url)
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    QObject::connect(process, &QProcess::finished, process, [process, url](int code, QProcess::ExitStatus status) {
-        didEnd(process, url, status == QProcess::NormalExit && code != 0);
-    });
+    QObject::connect(process, &QProcess::finished, process,
+                     [process, url, start = now()](int code, QProcess::ExitStatus status) {
+                         const bool hasFailed = status == QProcess::NormalExit && code != 0;
+                         didEnd(process, url, hasFailed && now() - start < longestOpening);
+                     });
     process->start(opener, {url.toString(QUrl::FullyEncoded)});
     const bool hasStarted = process->waitForStarted();
     if (!hasStarted)
