@@ -13,11 +13,15 @@
 #include <QWBase/QWComponentDescription.h>
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/appkit/MenuItem.h>
+#include <QWPlatform/foundation/FileDescriptor.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QLabel>
 #include <QRegularExpression>
 #include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 using platform::System;
 
@@ -36,6 +40,7 @@ private Q_SLOTS:
     void effectOfAVSTIsApplied();
     void effectWithoutASoundUsesTheTestTone();
     void effectIsAppliedToTheSelectionOnly();
+    void stepIsOfWhatWasSelectedWhenItBegan();
     void selectionBehindTheEndIsTold();
     void undoKeepsWhatWasChangedOnly();
     void plugInThatRefusesIsTold();
@@ -49,6 +54,7 @@ private Q_SLOTS:
     void closingAsksForAnUnsavedResult();
     void closingAsksForASoundThatWasLeftBehind();
     void closingEndsWorkBeforeItSaves();
+    void cancelledSaveClosesNothingLater();
     void menuItemsFollowTheDocument();
 
 private:
@@ -156,6 +162,23 @@ void tst_SoundActions::effectIsAppliedToTheSelectionOnly()
     for (size_t frame = 0; frame < after[0].size(); ++frame)
         QCOMPARE(after[0][frame], frame >= 1300 && frame < 2400 ? 0.75f : 0.5f);
     QCOMPARE(m_window->viewport().selection(), (demo::TimeRange{0.025, 0.05}));
+}
+
+void tst_SoundActions::stepIsOfWhatWasSelectedWhenItBegan()
+{
+    _open();
+    platform::MenuItem item("Echo");
+    item.setRepresentedObject(QVariant::fromValue(unit));
+    m_actions->applyEffect(&item);
+    m_window->viewport().setSelection({0.025, 0.05});
+    _waitForWork();
+    QCOMPARE(m_document->steps().back().vendor, "Tests");
+    platform::MenuItem invert;
+    invert.setRepresentedObject("invert");
+    m_actions->applyEdit(&invert);
+    m_window->viewport().setSelection({});
+    _waitForWork();
+    QCOMPARE(m_document->steps().back().vendor, "Selection");
 }
 
 /// Of an earlier, longer state of the sound.
@@ -345,6 +368,29 @@ void tst_SoundActions::closingEndsWorkBeforeItSaves()
     m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
     QTRY_VERIFY_WITH_TIMEOUT(!m_window->isVisible(), patience);
     QCOMPARE(m_document->sourceTitle(), "in.wav");
+}
+
+void tst_SoundActions::cancelledSaveClosesNothingLater()
+{
+    _open();
+    _apply(QVariant::fromValue(unit));
+    m_window->show();
+    m_system->alerts.answerWith({"Save As…"});
+    QVERIFY(!m_window->close());
+    const QByteArray part = QFile::encodeName(m_system->real("~/out.wav.part"));
+    QCOMPARE(::mkfifo(part.constData(), 0600), 0); // it waits there until somebody reads
+    m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
+    m_actions->cancelWork(nullptr);
+    {
+        const platform::FileDescriptor reader(::open(part.constData(), O_RDONLY | O_NONBLOCK));
+        _waitForWork();
+    }
+    QVERIFY(m_document->isModified());
+    m_actions->saveDocumentAs(nullptr);
+    m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
+    _waitForWork();
+    QVERIFY(!m_document->isModified());
+    QVERIFY(m_window->isVisible());
 }
 
 void tst_SoundActions::menuItemsFollowTheDocument()

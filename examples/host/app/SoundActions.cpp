@@ -30,6 +30,14 @@ namespace
 {
 const QStringList readableTypes{"wav",  "aif", "aiff", "aifc", "flac", "ogg", "oga",
                                 "opus", "mp3", "caf",  "au",   "snd",  "w64", "rf64"};
+
+/// For the chain: who did it, and to what ("": all of it).
+QString stationText(const QString &vendor, const QString &extent)
+{
+    QStringList parts{vendor, extent};
+    parts.removeAll(QString());
+    return parts.isEmpty() ? localized("Whole sound") : parts.join(" · ");
+}
 } // namespace
 
 SoundActions::SoundActions(AudioDocument &document, MainWindow &window)
@@ -133,9 +141,9 @@ void SoundActions::_applyEffect(const PlugInChoice &choice)
         [open = choice.open, source = m_document.result(), part = *part](WorkProgress &progress) {
             return SoundTasks::apply(open, source, part, progress);
         },
-        [this, name = choice.name](const WorkResult &result) {
+        [this, name = choice.name, extent = _extent()](const WorkResult &result) {
             if (result.clip)
-                m_document.addStep({name, _extent(result.vendor), result.clip});
+                m_document.addStep({name, stationText(result.vendor, extent), result.clip});
             else
                 _fail(formatted(localized("“%@” could not be applied."), {name}), result);
         });
@@ -182,13 +190,10 @@ std::optional<FrameRange> SoundActions::_part() const
     return std::nullopt;
 }
 
-/// For the chain: who did it, and to what.
-QString SoundActions::_extent(const QString &vendor) const
+/// What the next change is made to; asked when it begins, since one may select something else meanwhile.
+QString SoundActions::_extent() const
 {
-    const bool ofPart = !m_window.viewport().selection().isEmpty();
-    if (vendor.isEmpty())
-        return localized(ofPart ? "Selection" : "Whole sound");
-    return ofPart ? vendor + " · " + localized("Selection") : vendor;
+    return m_window.viewport().selection().isEmpty() ? QString() : localized("Selection");
 }
 
 void SoundActions::_edit(const QString &title, Edit edit)
@@ -201,17 +206,17 @@ void SoundActions::_edit(const QString &title, Edit edit)
         [edit = std::move(edit), part = *part, source = m_document.result()](WorkProgress &) {
             return SoundTasks::edit(source, part, edit);
         },
-        [this, title](const WorkResult &result) { _takeEdited(title, result); });
+        [this, title, extent = _extent()](const WorkResult &result) { _takeEdited(title, extent, result); });
 }
 
-void SoundActions::_takeEdited(const QString &title, const WorkResult &result)
+void SoundActions::_takeEdited(const QString &title, const QString &extent, const WorkResult &result)
 {
     if (!result.error.isEmpty())
         return _fail(formatted(localized("“%@” could not be applied."), {title}), result);
     if (!result.clip)
         return m_window.transport().showStatus(localized("Nothing would be left of the sound"));
     const bool isOtherLength = result.clip->store.frames() != m_document.result()->store.frames();
-    m_document.addStep({title, _extent({}), result.clip});
+    m_document.addStep({title, stationText({}, extent), result.clip});
     if (isOtherLength)
         m_window.viewport().setSelection({});
 }
@@ -241,8 +246,14 @@ void SoundActions::chooseSaveFormat(QObject *sender)
 
 void SoundActions::saveDocumentAs(QObject *)
 {
+    _saveAs(false);
+}
+
+void SoundActions::_saveAs(bool thenCloses)
+{
     if (m_document.isEmpty() || m_work.isRunning())
         return;
+    m_closeWhenSaved = thenCloses;
     platform::SavePanelRequest request = SaveRequest::make(m_document);
     request.window = &m_window;
     platform::System::current().filePanels().beginSavePanel(request, [this](int code, const QString &path) {
@@ -298,8 +309,7 @@ void SoundActions::_saveAndClose()
         connect(&m_work, &SoundWork::ended, this, &SoundActions::_saveAndClose, once); // however often it is asked for
         return m_work.cancel();
     }
-    m_closeWhenSaved = true;
-    saveDocumentAs(nullptr);
+    _saveAs(true);
 }
 
 bool SoundActions::_mayClose()

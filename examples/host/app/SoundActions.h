@@ -53,10 +53,11 @@ private:
     void _makeTestTone(const std::function<void()> &whenMade);
     void _applyEffect(const PlugInChoice &choice);
     std::optional<FrameRange> _part() const;
-    QString _extent(const QString &vendor) const;
+    QString _extent() const;
     void _edit(const QString &title, Edit edit);
-    void _takeEdited(const QString &title, const WorkResult &result);
+    void _takeEdited(const QString &title, const QString &extent, const WorkResult &result);
     bool _validateEdit(const platform::MenuItem &item) const;
+    void _saveAs(bool thenCloses);
     void _save(const QString &path);
     void _takeSaved(const QString &path, bool wasClipped);
     void _fail(const QString &message, const WorkResult &result);
