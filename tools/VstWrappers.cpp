@@ -126,7 +126,8 @@ void VstWrappers::_updateOne(const QString &library, Summary &summary)
     const auto found = m_wrappers.constFind(library);
     const Wrapper *wrapper = found == m_wrappers.constEnd() ? nullptr : &*found;
     const bool isUnchanged = wrapper && wrapper->stamp == stampOf(library) && (wrapper->wasAsked || !m_namer);
-    const bool isForLater = !isUnchanged && !(summary.added + summary.updated).isEmpty() && m_isTimeUp();
+    const bool wasAnyTried = !(summary.added + summary.updated + summary.failed).isEmpty();
+    const bool isForLater = !isUnchanged && wasAnyTried && m_isTimeUp();
     if (!isUnchanged && !isForLater)
         return _wrap(library, wrapper, summary);
     ++(isUnchanged ? summary.unchanged : summary.left);

@@ -34,7 +34,7 @@ public:
     /// the library's file, which is also what they all are without a namer.
     VstWrappers(QString folder, Mode mode, Namer namer = {});
 
-    /// From now on update() leaves what is new or changed for another time when @p isTimeUp and something was done.
+    /// From now on update() leaves what is new or changed for another time when @p isTimeUp and something was tried.
     void setTimeLimit(std::function<bool()> isTimeUp) { m_isTimeUp = std::move(isTimeUp); }
 
     /// Wraps @p libraries (candidates; what is no VST library is passed over). Wrappers of libraries that lie elsewhere

@@ -104,9 +104,11 @@ VstWrappers::Summary wrap(const platform::Locations &locations, const Wishes &wi
         wishes.folders.isEmpty() ? VstLibraryFinder::usualFolders(locations.home()) : wishes.folders));
 }
 
+/// Where nothing could be done, as in a folder that takes no files, another run would do no more.
 int exitStatus(const VstWrappers::Summary &summary)
 {
-    return summary.left > 0 ? moreToDo : summary.failed.isEmpty() ? 0 : 1;
+    const bool wasAnyDone = !(summary.added + summary.updated).isEmpty();
+    return summary.left > 0 && wasAnyDone ? moreToDo : summary.failed.isEmpty() ? 0 : 1;
 }
 } // namespace
 

@@ -342,6 +342,19 @@ private slots:
         QCOMPARE(disk.run(QW_WRAP_VST, arguments).status, 0);
     }
 
+    /// Each plug-in would be asked for its name in vain, while a host waits.
+    void programStopsWhereNothingCanBeDone()
+    {
+        const Folders folders;
+        folders.addLibrary("a.so");
+        folders.addLibrary("b.so");
+        const PluginDisk disk;
+        PluginDisk::write(disk.home() + "/Library/Audio/Plug-Ins/VST", "no folder");
+        const auto run = disk.run(QW_WRAP_VST, {"--quiet", "--seconds", "0", "--folder", folders.libraries()});
+        QCOMPARE(run.output, QByteArray("0 added, 0 updated, 0 removed, 0 unchanged, 1 failed, 1 left\n"));
+        QCOMPARE(run.status, 1);
+    }
+
     void pluginThatTellsNoNameIsNamedAfterItsFile_data()
     {
         QTest::addColumn<QString>("plugin");
