@@ -23,6 +23,8 @@ public:
     QString root() const { return m_disk.filePath("root"); }
     QString lv2Folder() const { return m_disk.filePath("lv2"); }
     QString support(const QString &name) const { return home() + "/Library/Application Support/Quorwell/" + name; }
+    QString auHandOff() const { return support("validated_au.plist"); }   ///< What a validator writes of a good unit.
+    QString vstHandOff() const { return support("validated_vst.plist"); } ///< Of a good VST.
     platform::Locations locations() const { return {home(), root()}; }
 
     /// Copies a built test bundle into @p folder; its files get the time of now.

@@ -1,4 +1,5 @@
 #include "PluginDisk.h"
+#include "ValidatorArguments.h"
 
 #include <QWBase/QWComponentDescription.h>
 #include <QWPlatform/foundation/PropertyList.h>
@@ -19,19 +20,6 @@ platform::AudioComponent installedUnit(const PluginDisk &disk)
         for (const platform::AudioComponent &component : registry.componentsOfType(type))
             return component;
     return {};
-}
-
-QStringList argumentsFor(const platform::AudioComponent &unit)
-{
-    QStringList arguments;
-    for (const quint32 code : {unit.type, unit.subtype, unit.manufacturer})
-        arguments += QString::asprintf("%d", static_cast<qint32>(code));
-    return arguments;
-}
-
-bool hasHandOff(const PluginDisk &disk)
-{
-    return QFile::exists(disk.support("validated_au.plist"));
 }
 } // namespace
 
@@ -57,7 +45,7 @@ private slots:
         const auto run = disk.run(validator, argumentsFor(unit));
         QVERIFY2(!run.crashed && run.status == 0, run.errors.constData());
         QCOMPARE(run.output, QByteArray());
-        const auto state = platform::PropertyList::dictionaryFromFile(disk.support("validated_au.plist"));
+        const auto state = platform::PropertyList::dictionaryFromFile(disk.auHandOff());
         QVERIFY(state);
         QCOMPARE(state->keys(), (QStringList{"componentDescription", "ignore"}));
         QCOMPARE(QWComponentDescription::descriptionWithState(state->value("componentDescription").toByteArray()),
@@ -81,7 +69,7 @@ private slots:
         const auto run = disk.run(validator, argumentsFor(installedUnit(disk)));
         QVERIFY(run.crashed || run.status != 0);
         QCOMPARE(run.output, QByteArray());
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.auHandOff()));
     }
 
     void hangingUnitIsGivenUp()
@@ -90,7 +78,7 @@ private slots:
         disk.installLv2("Hanging");
         const auto run = disk.run(validator, QStringList{"--watchdog", "0.2"} + argumentsFor(installedUnit(disk)));
         QCOMPARE(run.status, 3);
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.auHandOff()));
     }
 
     void componentBundles_data()
@@ -108,7 +96,7 @@ private slots:
         const PluginDisk disk;
         disk.installComponent(name);
         disk.run(validator, argumentsFor(installedUnit(disk)));
-        QCOMPARE(hasHandOff(disk), isGood);
+        QCOMPARE(QFile::exists(disk.auHandOff()), isGood);
     }
 
     void libraryCutShortLeavesNothing()
@@ -119,7 +107,7 @@ private slots:
         QVERIFY(library.resize(4096));
         const auto run = disk.run(validator, arguments);
         QVERIFY(run.crashed || run.status != 0);
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.auHandOff()));
     }
 
     void validatorFindsTheSameUnitWithoutTheHostsCache()
@@ -129,7 +117,7 @@ private slots:
         const QStringList arguments = argumentsFor(installedUnit(disk));
         QVERIFY(QFile::remove(disk.support("component_cache")));
         QCOMPARE(disk.run(validator, arguments).status, 0);
-        QVERIFY(hasHandOff(disk));
+        QVERIFY(QFile::exists(disk.auHandOff()));
         QVERIFY(!QFile::exists(disk.support("component_cache"))); // it only reads
     }
 
@@ -153,7 +141,7 @@ private slots:
         const auto run = disk.run(validator, arguments);
         QCOMPARE(run.status, status);
         QCOMPARE(run.output, QByteArray());
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.auHandOff()));
     }
 };
 

@@ -1,6 +1,7 @@
 // Both validators on plug-ins that are really installed here. Those of the packages that scripts/packages names are
 // judged; what else a machine happens to have is only told of.
 #include "PluginDisk.h"
+#include "ValidatorArguments.h"
 
 #include <QWPlatform/linux/LinuxComponentRegistry.h>
 
@@ -107,15 +108,12 @@ private:
 
     static QByteArray _faultOf(const PluginDisk &disk, const platform::AudioComponent &unit)
     {
-        QStringList arguments;
-        for (const quint32 code : {unit.type, unit.subtype, unit.manufacturer})
-            arguments += QString::number(static_cast<qint32>(code));
-        return _faultOf(disk, QW_AU_VALIDATOR, arguments, "validated_au.plist");
+        return _faultOf(disk, QW_AU_VALIDATOR, argumentsFor(unit), disk.auHandOff());
     }
 
     static QByteArray _faultOf(const PluginDisk &disk, const QString &library)
     {
-        return _faultOf(disk, QW_VST_VALIDATOR, {library}, "validated_vst.plist");
+        return _faultOf(disk, QW_VST_VALIDATOR, {library}, disk.vstHandOff());
     }
 
     /// "" when the validator passes it, hands over its record and prints nothing to standard output.
@@ -123,7 +121,7 @@ private:
                                const QString &record)
     {
         const auto run = disk.run(validator, arguments);
-        const bool hasPassed = QFile::remove(disk.support(record)) && run.status == 0;
+        const bool hasPassed = QFile::remove(record) && run.status == 0;
         return hasPassed && run.output.isEmpty()
                    ? QByteArray()
                    : run.errors + run.output + "\nstatus " + QByteArray::number(run.status);

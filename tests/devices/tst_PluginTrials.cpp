@@ -1,5 +1,6 @@
 // How a validator treats plug-ins that take their time, take too much, or leave something behind.
 #include "PluginDisk.h"
+#include "ValidatorArguments.h"
 
 #include <QWPlatform/linux/LinuxComponentRegistry.h>
 
@@ -10,11 +11,6 @@
 namespace
 {
 constexpr auto validator = QW_VST_VALIDATOR;
-
-bool hasHandOff(const PluginDisk &disk)
-{
-    return QFile::exists(disk.support("validated_vst.plist"));
-}
 
 /// Also when nobody has reaped it yet.
 bool hasEnded(const QByteArray &process)
@@ -65,7 +61,7 @@ private slots:
         QFETCH(QByteArray, said);
         const PluginDisk disk;
         const auto run = disk.run(validator, {disk.installVst(name)});
-        QVERIFY2(run.status == 0 && hasHandOff(disk), run.errors.constData());
+        QVERIFY2(run.status == 0 && QFile::exists(disk.vstHandOff()), run.errors.constData());
         QCOMPARE(run.errors.count('\n'), said.isEmpty() ? 0 : 1); // once is enough
         QVERIFY2(run.errors.contains(said), run.errors.constData());
     }
@@ -88,11 +84,8 @@ private slots:
         const platform::Locations locations = disk.locations();
         const auto units = platform::LinuxComponentRegistry(locations).componentsOfType(platform::fourCharCode("aumu"));
         QCOMPARE(units.size(), std::size_t(1));
-        QStringList arguments;
-        for (const quint32 code : {units[0].type, units[0].subtype, units[0].manufacturer})
-            arguments += QString::number(static_cast<qint32>(code));
         for (int attempt = 1; attempt <= 3; ++attempt) {
-            const auto run = disk.run(QW_AU_VALIDATOR, arguments);
+            const auto run = disk.run(QW_AU_VALIDATOR, argumentsFor(units[0]));
             QVERIFY2(run.status == 0, run.errors.constData());
         }
     }
@@ -120,14 +113,14 @@ private slots:
         QCOMPARE(run.status, 1);
         const QByteArray sentence = "VST Validator: " + path.toUtf8() + ": The plug-in " + reason + '\n';
         QVERIFY2(run.errors.endsWith(sentence), run.errors.constData());
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.vstHandOff()));
     }
 
     void processesOfThePluginEndWithItsTrial()
     {
         const PluginDisk disk;
         const auto run = disk.run(validator, {disk.installVst("Forking")});
-        QVERIFY2(run.status == 0 && hasHandOff(disk), run.errors.constData());
+        QVERIFY2(run.status == 0 && QFile::exists(disk.vstHandOff()), run.errors.constData());
         const auto processes = processesOfPlugin(disk);
         QCOMPARE(processes.size(), 2);
         for (const QByteArray &process : processes)
@@ -139,7 +132,7 @@ private slots:
         const PluginDisk disk;
         const auto run = disk.run("env", {"QW_HOST_PROCESS=1", validator, disk.installVst("Good")});
         QCOMPARE(run.status, 1);
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.vstHandOff()));
     }
 
     void allEndsWithTheHost()
@@ -155,7 +148,7 @@ private slots:
         const auto processes = processesOfPlugin(disk) + QList<QByteArray>{validatorId};
         for (const QByteArray &process : processes)
             QTRY_VERIFY2_WITH_TIMEOUT(hasEnded(process), process.constData(), 20000);
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.vstHandOff()));
     }
 };
 

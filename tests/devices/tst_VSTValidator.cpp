@@ -9,12 +9,7 @@ constexpr auto validator = QW_VST_VALIDATOR;
 /// The hand-off file's dictionary; empty when there is none.
 QVariantMap handOff(const PluginDisk &disk)
 {
-    return platform::PropertyList::dictionaryFromFile(disk.support("validated_vst.plist")).value_or(QVariantMap());
-}
-
-bool hasHandOff(const PluginDisk &disk)
-{
-    return QFile::exists(disk.support("validated_vst.plist"));
+    return platform::PropertyList::dictionaryFromFile(disk.vstHandOff()).value_or(QVariantMap());
 }
 } // namespace
 
@@ -67,7 +62,7 @@ private slots:
         const PluginDisk disk;
         const auto run = disk.run(validator, {disk.installVst(name)});
         QVERIFY(run.crashed || run.status != 0);
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.vstHandOff()));
         QCOMPARE(run.output, QByteArray());
     }
 
@@ -77,7 +72,7 @@ private slots:
         const auto run = disk.run(validator, {"--watchdog", "0.2", disk.installVst("Hanging")});
         QCOMPARE(run.status, 3);
         QVERIFY2(run.errors.endsWith(": The plug-in hangs (opening).\n"), run.errors.constData());
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.vstHandOff()));
     }
 
     void patienceCanBeADefault()
@@ -100,7 +95,7 @@ private slots:
         QFETCH(QString, seconds);
         const PluginDisk disk;
         const auto run = disk.run(validator, {"--watchdog", seconds, disk.installVst("Good")});
-        QVERIFY2(run.status == 0 && hasHandOff(disk), run.errors.constData());
+        QVERIFY2(run.status == 0 && QFile::exists(disk.vstHandOff()), run.errors.constData());
     }
 
     void failureNamesTheBundle()
@@ -120,7 +115,7 @@ private slots:
             QVERIFY(library.resize(size));
             const auto run = disk.run(validator, {path});
             QVERIFY(run.crashed || run.status != 0);
-            QVERIFY(!hasHandOff(disk));
+            QVERIFY(!QFile::exists(disk.vstHandOff()));
             hasCrashed |= run.errors.contains("The plug-in crashes") || run.errors.contains("AddressSanitizer");
         }
         QVERIFY(hasCrashed); // the bus error that this is about
@@ -154,15 +149,15 @@ private slots:
         QCOMPARE(run.status, status);
         QVERIFY2(run.errors.contains(text), run.errors.constData());
         QCOMPARE(run.output, QByteArray());
-        QVERIFY(!hasHandOff(disk));
+        QVERIFY(!QFile::exists(disk.vstHandOff()));
     }
 
     void olderHandOffStaysWhenThePluginFails()
     {
         const PluginDisk disk;
-        PluginDisk::write(disk.support("validated_vst.plist"), "older");
+        PluginDisk::write(disk.vstHandOff(), "older");
         disk.run(validator, {disk.installVst("CrashAtOpen")});
-        QFile file(disk.support("validated_vst.plist"));
+        QFile file(disk.vstHandOff());
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), QByteArray("older"));
     }

@@ -1,5 +1,6 @@
+#include "AnswersAroundLimit.h"
+
 #include <QWPlatform/linux/LinuxUrlDownloads.h>
-#include <simulators/HttpServer.h>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -306,21 +307,13 @@ void tst_LinuxUrlDownloads::fullDiskFails()
 
 void tst_LinuxUrlDownloads::tooLargeFilesFail_data()
 {
-    QTest::addColumn<qsizetype>("size");
-    QTest::addColumn<bool>("withLength");
-    QTest::addColumn<bool>("fits");
-    QTest::newRow("at the limit") << qsizetype(5000) << true << true;
-    QTest::newRow("above, announced") << qsizetype(5001) << true << false;
-    QTest::newRow("above, not announced") << qsizetype(5001) << false << false;
+    addAnswersAround(5000);
 }
 
 void tst_LinuxUrlDownloads::tooLargeFilesFail()
 {
-    QFETCH(const qsizetype, size);
-    QFETCH(const bool, withLength);
+    QFETCH(const HttpReply, reply);
     QFETCH(const bool, fits);
-    HttpReply reply = HttpReply::text(QByteArray(size, 'x'));
-    reply.sendLength = withLength;
     m_server.answer("/large", reply);
     LinuxUrlDownloads modest({.fileSize = 5000});
     m_listener = std::make_unique<Listener>();

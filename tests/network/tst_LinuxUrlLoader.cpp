@@ -1,54 +1,16 @@
-#include <QWPlatform/linux/LinuxUrlLoader.h>
+#include "Load.h"
+
 #include <simulators/HttpServer.h>
 
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <cstdio>
 #include <cstring>
-#include <future>
 
 using namespace platform;
 using namespace std::chrono_literals;
-
-Q_DECLARE_METATYPE(HttpReply)
-
-namespace
-{
-/// A load on a thread of its own, while the server answers from this one.
-class Load
-{
-public:
-    Load(LinuxUrlLoader &loader, const UrlRequest &request)
-        : m_future(std::async(std::launch::async, [&loader, request] { return loader.load(request); }))
-    {
-    }
-
-    Load(LinuxUrlLoader &loader, const QUrl &url)
-        : Load(loader, UrlRequest{.url = url, .method = "GET", .headers = {}, .body = {}})
-    {
-    }
-
-    bool isReady() const { return m_future.wait_for(0s) == std::future_status::ready; }
-
-    UrlResponse response()
-    {
-        if (!QTest::qWaitFor([this] { return isReady(); }, 20'000))
-            qFatal("The load does not end");
-        return m_future.get();
-    }
-
-private:
-    std::future<UrlResponse> m_future;
-};
-
-UrlResponse loaded(LinuxUrlLoader &loader, const QUrl &url)
-{
-    return Load(loader, url).response();
-}
-} // namespace
 
 class tst_LinuxUrlLoader : public QObject
 {
@@ -68,13 +30,6 @@ private Q_SLOTS:
     void answerCutShortFails_data();
     void answerCutShortFails();
     void garbageFails();
-    void silenceTimesOut_data();
-    void silenceTimesOut();
-    void slowAnswerThatKeepsComingArrives();
-    void tooLargeAnswersFail_data();
-    void tooLargeAnswersFail();
-    void endlessAnswersFailWithoutTakingMemory_data();
-    void endlessAnswersFailWithoutTakingMemory();
     void nobodyListeningFails();
     void unknownNameFails();
     void filesAreRead();
@@ -205,85 +160,6 @@ void tst_LinuxUrlLoader::garbageFails()
     const UrlResponse response = loaded(m_loader, m_server.url("/garbage"));
     QVERIFY(!response.error.isEmpty());
     QVERIFY(!response.succeeded());
-}
-
-void tst_LinuxUrlLoader::silenceTimesOut_data()
-{
-    QTest::addColumn<HttpReply>("reply");
-    HttpReply never;
-    never.neverAnswer = true;
-    QTest::newRow("from the start") << never;
-    HttpReply half = HttpReply::text(QByteArray(1000, 'x'));
-    half.cutAfter = 500;
-    half.stayAfterPieces = true;
-    QTest::newRow("in the middle") << half;
-}
-
-void tst_LinuxUrlLoader::silenceTimesOut()
-{
-    QFETCH(HttpReply, reply);
-    m_server.answer("/silent", reply);
-    LinuxUrlLoader impatient(200ms);
-    const UrlResponse response = loaded(impatient, m_server.url("/silent"));
-    QCOMPARE(response.error, QString("The request timed out."));
-    QVERIFY(!response.succeeded());
-}
-
-void tst_LinuxUrlLoader::slowAnswerThatKeepsComingArrives()
-{
-    HttpReply drip = HttpReply::text(QByteArray(60, 'x'));
-    drip.pieceSize = 1;
-    drip.pieceDelay = 40ms;
-    m_server.answer("/drip", drip);
-    LinuxUrlLoader patient(2s); // less than the whole takes, more than any one piece
-    const UrlResponse response = loaded(patient, m_server.url("/drip"));
-    QCOMPARE(response.error, QString());
-    QCOMPARE(response.body.size(), 60);
-}
-
-void tst_LinuxUrlLoader::tooLargeAnswersFail_data()
-{
-    QTest::addColumn<qsizetype>("size");
-    QTest::addColumn<bool>("withLength");
-    QTest::addColumn<bool>("fits");
-    QTest::newRow("at the limit") << qsizetype(5000) << true << true;
-    QTest::newRow("above, announced") << qsizetype(5001) << true << false;
-    QTest::newRow("above, not announced") << qsizetype(5001) << false << false;
-}
-
-void tst_LinuxUrlLoader::tooLargeAnswersFail()
-{
-    QFETCH(qsizetype, size);
-    QFETCH(bool, withLength);
-    QFETCH(bool, fits);
-    HttpReply reply = HttpReply::text(QByteArray(size, 'x'));
-    reply.sendLength = withLength;
-    m_server.answer("/large", reply);
-    const UrlRequest request{
-        .url = m_server.url("/large"), .method = "GET", .headers = {}, .body = {}, .largestBody = 5000};
-    const UrlResponse response = Load(m_loader, request).response();
-    QVERIFY(response.body.size() <= 5001);
-    QCOMPARE(response.error, fits ? QString() : QString("The answer is too large."));
-    QCOMPARE(response.succeeded(), fits);
-}
-
-void tst_LinuxUrlLoader::endlessAnswersFailWithoutTakingMemory_data()
-{
-    QTest::addColumn<QUrl>("url");
-    HttpReply endless = HttpReply::text(QByteArray(200 * 1024 * 1024, 'x'));
-    endless.sendLength = false;
-    m_server.answer("/endless", endless);
-    QTest::newRow("server") << m_server.url("/endless");
-    QTest::newRow("large file") << QUrl::fromLocalFile("/proc/kcore");
-    QTest::newRow("device") << QUrl::fromLocalFile("/dev/zero");
-}
-
-void tst_LinuxUrlLoader::endlessAnswersFailWithoutTakingMemory()
-{
-    QFETCH(const QUrl, url);
-    const UrlResponse response = loaded(m_loader, url);
-    QVERIFY(!response.error.isEmpty());
-    QVERIFY(response.body.size() <= 4 * 1024 * 1024 + 1);
 }
 
 void tst_LinuxUrlLoader::nobodyListeningFails()
