@@ -9,6 +9,7 @@
 #include <QtEndian>
 
 #include <limits>
+#include <sys/stat.h>
 
 using demo::Sound;
 using demo::WorkProgress;
@@ -32,6 +33,7 @@ private Q_SLOTS:
     void rateThatNoSoundHasIsRefused();
     void garbageIsRefusedInWords_data();
     void garbageIsRefusedInWords();
+    void pipeIsRefusedAtOnce();
     void fileCutShortGivesWhatIsThereOrASentence();
     void samplesThatAreNoNumbersAreReadAsSilence();
     void failedWritingLeavesTheOldFileAlone();
@@ -197,6 +199,15 @@ void tst_SoundFile::garbageIsRefusedInWords()
     QTEST(m_error, "sentence");
     QVERIFY(!_read(_path("nowhere.wav")));
     QCOMPARE(m_error, "The file is not there any more.");
+}
+
+/// Nobody writes into it, so that who opens it waits without end, and a host that quits waits for him.
+void tst_SoundFile::pipeIsRefusedAtOnce()
+{
+    const QString path = _path("pipe.wav");
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    QVERIFY(!_read(path));
+    QCOMPARE(m_error, "This is not a sound file that can be read here.");
 }
 
 void tst_SoundFile::fileCutShortGivesWhatIsThereOrASentence()

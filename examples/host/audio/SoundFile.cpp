@@ -26,8 +26,11 @@ struct CloseFile
 };
 using File = std::unique_ptr<SNDFILE, CloseFile>;
 
+/// A pipe may never have anything to say, and holds up who opens it.
 File openForReading(const QString &path, SF_INFO &info)
 {
+    if (!QFileInfo(path).isFile())
+        return nullptr;
     return File(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
 }
 
@@ -47,8 +50,8 @@ QString whyUnreadable(const QFileInfo &file)
         return QStringLiteral("The file is not there any more.");
     if (!file.isReadable())
         return QStringLiteral("You are not allowed to read the file.");
-    return file.size() == 0 ? QStringLiteral("The file is empty.")
-                            : QStringLiteral("This is not a sound file that can be read here.");
+    return file.isFile() && file.size() == 0 ? QStringLiteral("The file is empty.")
+                                             : QStringLiteral("This is not a sound file that can be read here.");
 }
 
 void append(Sound &sound, const std::vector<float> &interleaved, sf_count_t frames)
