@@ -17,6 +17,8 @@
 #include <QPushButton>
 #include <QRegularExpression>
 
+#include <sys/stat.h>
+
 using platform::Alert;
 using platform::System;
 
@@ -76,17 +78,40 @@ void savePresetTwice()
     host().registry().setEditor(nullptr);
 }
 
-void saveOverAFile()
+/// Types a name into the file panel, which adds the extension "pdf".
+void saveAs(const QString &name)
 {
-    host().system.writeFile("~/Notes.txt.pdf", "old");
     platform::LinuxFilePanels panels;
     panels.beginSavePanel({&host().window(), "Save", "Notes", "pdf"}, [](int, const QString &) {});
     auto *const panel = host().window().findChild<QFileDialog *>();
     QVERIFY(panel);
-    panel->findChild<QLineEdit *>()->setText("Notes.txt");
+    panel->findChild<QLineEdit *>()->setText(name);
     QTest::keyClick(panel->findChild<QLineEdit *>(), Qt::Key_Return);
     panel->reject();
     QTRY_VERIFY(!host().window().findChild<QFileDialog *>());
+}
+
+void saveOverAFile()
+{
+    host().system.writeFile("~/Notes.txt.pdf", "old");
+    saveAs("Notes.txt");
+}
+
+void saveOverAPipe()
+{
+    const QString pipe = host().system.real("~/Pipe.txt.pdf");
+    QVERIFY(QFileInfo::exists(pipe) || ::mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0);
+    saveAs("Pipe.txt");
+}
+
+void saveShortcutsWhereAFolderIs()
+{
+    const QString path = host().registry().currentShortcutsPath();
+    const QString aside = path + ".aside";
+    QVERIFY(QFile::rename(path, aside) && QDir().mkdir(path));
+    host().registry().setAlertsFailures(true);
+    host().registry().saveToDefaults();
+    QVERIFY(QDir().rmdir(path) && QFile::rename(aside, path));
 }
 
 void offerManual()
@@ -210,6 +235,8 @@ const QList<Row> &table()
          resetShortcuts},
         {"“Mine” already exists.", {"Replace", "Cancel"}, "Replace", "Cancel", savePresetTwice},
         {"“Notes.txt.pdf” already exists.", {"Replace", "Cancel"}, "Replace", "Cancel", saveOverAFile},
+        {"“Pipe.txt.pdf” cannot be used.", {}, "OK", "OK", saveOverAPipe},
+        {"The keyboard shortcuts could not be saved.", {}, "OK", "OK", saveShortcutsWhereAFolderIs},
         {"A newer version of the manual is available", {"Download", "Later"}, "Download", "", offerManual},
         {"The downloading of the manual failed", {}, "OK", "OK", failDownload},
         {"The manual could not be printed", {}, "OK", "OK", failPrint},
