@@ -1,41 +1,21 @@
-#include "ScriptedPlugin.h"
-#include "Sounds.h"
+#include "SoundActionsTest.h"
 
-#include <app/MainWindow.h>
-#include <app/SoundActions.h>
-#include <audio/SoundFile.h>
-#include <audio/WorkProgress.h>
-#include <fakes/FakeSystem.h>
 #include <fakes/QWTestMain.h>
 #include <foundation/NoThreads.h>
 #include <views/TransportLine.h>
 
-#include <QWBase/QWComponentDescription.h>
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/appkit/MenuItem.h>
-#include <QWPlatform/foundation/FileDescriptor.h>
-#include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QLabel>
 #include <QRegularExpression>
-#include <QTest>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
-using platform::System;
-
-/// Long for work of half a second at most, but machines that build meanwhile are slow.
-static constexpr int patience = 30'000; // milliseconds
-
-/// The host's actions on the fake machine.
-class tst_SoundActions : public QObject
+/// What is applied to the sound, and what takes its place.
+class tst_SoundActions : public SoundActionsTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
     void effectOfAnAudioUnitIsApplied();
     void effectOfAVSTIsApplied();
     void effectWithoutASoundUsesTheTestTone();
@@ -49,77 +29,13 @@ private Q_SLOTS:
     void fileThatIsNoSoundIsTold();
     void workForWhichThereIsNoThreadIsTold();
     void testToneThatCannotBeMadeIsTold();
-    void resultIsSavedInTheChosenFormat();
-    void savedSoundIsNamedAfterItsFile();
-    void closingAsksForAnUnsavedResult();
-    void closingAsksForASoundThatWasLeftBehind();
-    void closingEndsWorkBeforeItSaves();
-    void cancelledSaveClosesNothingLater();
     void menuItemsFollowTheDocument();
-
-private:
-    void _open(const QString &name = "in.wav");
-    void _apply(const QVariant &plugIn);
-    void _waitForWork() { QTRY_VERIFY_WITH_TIMEOUT(!m_actions->work().isRunning(), patience); }
-
-    std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<System::Scope> m_scope;
-    std::unique_ptr<demo::AudioDocument> m_document;
-    std::unique_ptr<demo::MainWindow> m_window;
-    std::unique_ptr<demo::SoundActions> m_actions;
-    ScriptedPlugin::Report m_report;
-    ScriptedPlugin::Script m_script;
 };
-
-static const QWComponentDescription unit(platform::fourCharCode("aufx"), 1, 2);
-
-void tst_SoundActions::init()
-{
-    m_report = {};
-    m_script = {};
-    m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<System::Scope>(*m_system);
-    m_document = std::make_unique<demo::AudioDocument>();
-    m_window = std::make_unique<demo::MainWindow>(*m_document);
-    m_actions = std::make_unique<demo::SoundActions>(*m_document, *m_window);
-    m_system->pluginLoader.makeComponent = [this](const platform::AudioComponent &component) {
-        return component == unit.component() ? std::make_unique<ScriptedPlugin>(m_script, m_report) : nullptr;
-    };
-}
-
-void tst_SoundActions::cleanup()
-{
-    m_actions.reset();
-    m_window.reset();
-    m_document.reset();
-    m_scope.reset();
-    m_system.reset();
-}
-
-void tst_SoundActions::_open(const QString &name)
-{
-    const QString path = m_system->real("~/" + name);
-    QString error;
-    demo::WorkProgress progress;
-    QVERIFY(demo::SoundFile::write(path, sounds::constant({0.5f, -0.5f}, 4800), demo::SoundFile::Format::WavFloat,
-                                   progress, &error));
-    m_actions->openFile(path);
-    _waitForWork();
-    QCOMPARE(m_document->title(), name);
-}
-
-void tst_SoundActions::_apply(const QVariant &plugIn)
-{
-    platform::MenuItem item("Echo & Co");
-    item.setRepresentedObject(plugIn);
-    m_actions->applyEffect(&item);
-    _waitForWork();
-}
 
 void tst_SoundActions::effectOfAnAudioUnitIsApplied()
 {
     _open();
-    _apply(QVariant::fromValue(unit));
+    _apply(QVariant::fromValue(unit()));
     QCOMPARE(m_document->steps().size(), size_t(1));
     QCOMPARE(m_document->steps()[0].name, "Echo & Co");
     QCOMPARE(m_document->steps()[0].vendor, "Tests");
@@ -143,7 +59,7 @@ void tst_SoundActions::effectOfAVSTIsApplied()
 
 void tst_SoundActions::effectWithoutASoundUsesTheTestTone()
 {
-    _apply(QVariant::fromValue(unit));
+    _apply(QVariant::fromValue(unit()));
     QTRY_COMPARE_WITH_TIMEOUT(m_document->steps().size(), size_t(1), patience);
     QCOMPARE(m_document->title(), "Test Tone");
 }
@@ -154,7 +70,7 @@ void tst_SoundActions::effectIsAppliedToTheSelectionOnly()
     _open(); // a tenth of a second at 48 kHz
     const auto before = m_document->source()->store.sound().channels;
     m_window->viewport().setSelection({0.025, 0.05});
-    _apply(QVariant::fromValue(unit));
+    _apply(QVariant::fromValue(unit()));
     QCOMPARE(m_document->steps().size(), size_t(1));
     QCOMPARE(m_document->steps()[0].vendor, "Tests · Selection");
     const auto after = m_document->result()->store.sound().channels;
@@ -168,7 +84,7 @@ void tst_SoundActions::stepIsOfWhatWasSelectedWhenItBegan()
 {
     _open();
     platform::MenuItem item("Echo");
-    item.setRepresentedObject(QVariant::fromValue(unit));
+    item.setRepresentedObject(QVariant::fromValue(unit()));
     m_actions->applyEffect(&item);
     m_window->viewport().setSelection({0.025, 0.05});
     _waitForWork();
@@ -191,7 +107,7 @@ void tst_SoundActions::selectionBehindTheEndIsTold()
     m_actions->applyEdit(&trim);
     _waitForWork();
     m_window->viewport().setSelection({0.06, 0.1}); // "before" still shows it
-    _apply(QVariant::fromValue(unit));
+    _apply(QVariant::fromValue(unit()));
     trim.setRepresentedObject("invert");
     m_actions->applyEdit(&trim);
     QVERIFY(!m_actions->work().isRunning());
@@ -212,7 +128,7 @@ void tst_SoundActions::undoKeepsWhatWasChangedOnly()
     m_actions->applyEdit(&invert);
     _waitForWork();
     QCOMPARE(m_document->result()->store.ownFrames(), 1200);
-    _apply(QVariant::fromValue(unit)); // which gives back what it is given
+    _apply(QVariant::fromValue(unit())); // which gives back what it is given
     QCOMPARE(m_document->result()->store.ownFrames(), 0);
     QCOMPARE(m_document->steps().size(), size_t(2));
 }
@@ -221,7 +137,7 @@ void tst_SoundActions::plugInThatRefusesIsTold()
 {
     _open();
     m_system->pluginLoader.makeComponent = nullptr;
-    _apply(QVariant::fromValue(unit));
+    _apply(QVariant::fromValue(unit()));
     QCOMPARE(m_system->alerts.shown, QStringList{"“Echo & Co” could not be applied."});
     QCOMPARE(m_system->alerts.alerts[0].informativeText, "The plug-in refused.");
     QVERIFY(m_document->steps().empty());
@@ -241,7 +157,7 @@ void tst_SoundActions::instrumentReplacesTheSound()
 {
     _open();
     platform::MenuItem item("Piano");
-    item.setRepresentedObject(QVariant::fromValue(unit));
+    item.setRepresentedObject(QVariant::fromValue(unit()));
     m_actions->playInstrument(&item);
     _waitForWork();
     QCOMPARE(m_document->title(), "Piano");
@@ -279,7 +195,7 @@ void tst_SoundActions::testToneThatCannotBeMadeIsTold()
         const NoThreads poverty;
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Background work cannot be started: "));
         platform::MenuItem item("Echo");
-        item.setRepresentedObject(QVariant::fromValue(unit));
+        item.setRepresentedObject(QVariant::fromValue(unit()));
         m_actions->applyEffect(&item);
     }
     _waitForWork();
@@ -287,110 +203,6 @@ void tst_SoundActions::testToneThatCannotBeMadeIsTold()
     QVERIFY(m_document->isEmpty());
     QVERIFY(!m_document->canUndo());
     QCOMPARE(m_report.opened, 0);
-}
-
-void tst_SoundActions::resultIsSavedInTheChosenFormat()
-{
-    _open();
-    _apply(QVariant::fromValue(unit));
-    platform::MenuItem format;
-    format.setTag(static_cast<qlonglong>(demo::SoundFile::Format::Aiff24));
-    m_actions->chooseSaveFormat(&format);
-    const QString path = m_system->real("~/out.aiff");
-    m_actions->saveDocumentAs(nullptr);
-    QCOMPARE(m_system->filePanels.saves.back().suggestedName, "in Echo & Co");
-    QCOMPARE(m_system->filePanels.saves.back().requiredFileType, "aiff");
-    m_system->filePanels.endSave(platform::FilePanels::OK, path);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_document->isModified(), patience);
-    demo::WorkProgress progress;
-    QString error;
-    const auto saved = demo::SoundFile::read(path, progress, &error);
-    QVERIFY(saved);
-    QCOMPARE(saved->frames(), 4800);
-    QVERIFY(m_system->readFile("~/out.aiff")->startsWith("FORM"));
-}
-
-void tst_SoundActions::savedSoundIsNamedAfterItsFile()
-{
-    _open();
-    _apply(QVariant::fromValue(unit));
-    platform::MenuItem format;
-    format.setTag(static_cast<qlonglong>(demo::SoundFile::Format::Wav16));
-    m_actions->chooseSaveFormat(&format);
-    m_actions->saveDocumentAs(nullptr);
-    QVERIFY(m_system->filePanels.saves.back().otherFileTypes.contains("aif"));
-    m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.aif"));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_document->isModified(), patience);
-    QCOMPARE(m_document->title(), "out.aif");
-    QVERIFY(m_system->readFile("~/out.aif")->startsWith("FORM"));
-    m_actions->saveDocumentAs(nullptr);
-    QCOMPARE(m_system->filePanels.saves.back().suggestedName, "out"); // "Echo & Co" is in it already
-    m_system->filePanels.endSave(platform::FilePanels::Cancel);
-    _apply(QVariant::fromValue(unit));
-    m_actions->saveDocumentAs(nullptr);
-    QCOMPARE(m_system->filePanels.saves.back().suggestedName, "out Echo & Co");
-    m_system->filePanels.endSave(platform::FilePanels::Cancel);
-}
-
-void tst_SoundActions::closingAsksForAnUnsavedResult()
-{
-    _open();
-    _apply(QVariant::fromValue(unit));
-    m_window->show();
-    m_system->alerts.answerWith({"Cancel", "Don’t Save"});
-    QVERIFY(!m_window->close());
-    QVERIFY(m_window->close());
-    QCOMPARE(m_system->alerts.shown.size(), 2);
-}
-
-void tst_SoundActions::closingAsksForASoundThatWasLeftBehind()
-{
-    _open();
-    _apply(QVariant::fromValue(unit));
-    _open("other.wav");
-    m_window->show();
-    m_system->alerts.answerWith({"Cancel", "Close Anyway"});
-    QVERIFY(!m_window->close());
-    QCOMPARE(m_system->alerts.shown.back(), "What was done to “in.wav” is not saved.");
-    QVERIFY(m_window->close());
-}
-
-void tst_SoundActions::closingEndsWorkBeforeItSaves()
-{
-    _open();
-    _apply(QVariant::fromValue(unit));
-    m_window->show();
-    m_actions->openTestTone(nullptr);
-    m_system->alerts.answerWith({"Save As…", "Save As…"});
-    QVERIFY(!m_window->close());
-    QVERIFY(!m_window->close()); // again, since it takes its time
-    QTRY_COMPARE_WITH_TIMEOUT(m_system->filePanels.saves.size(), 1, patience);
-    m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isVisible(), patience);
-    QCOMPARE(m_document->sourceTitle(), "in.wav");
-}
-
-void tst_SoundActions::cancelledSaveClosesNothingLater()
-{
-    _open();
-    _apply(QVariant::fromValue(unit));
-    m_window->show();
-    m_system->alerts.answerWith({"Save As…"});
-    QVERIFY(!m_window->close());
-    const QByteArray part = QFile::encodeName(m_system->real("~/out.wav.part"));
-    QCOMPARE(::mkfifo(part.constData(), 0600), 0); // it waits there until somebody reads
-    m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
-    m_actions->cancelWork(nullptr);
-    {
-        const platform::FileDescriptor reader(::open(part.constData(), O_RDONLY | O_NONBLOCK));
-        _waitForWork();
-    }
-    QVERIFY(m_document->isModified());
-    m_actions->saveDocumentAs(nullptr);
-    m_system->filePanels.endSave(platform::FilePanels::OK, m_system->real("~/out.wav"));
-    _waitForWork();
-    QVERIFY(!m_document->isModified());
-    QVERIFY(m_window->isVisible());
 }
 
 void tst_SoundActions::menuItemsFollowTheDocument()
@@ -401,7 +213,7 @@ void tst_SoundActions::menuItemsFollowTheDocument()
     QVERIFY(!m_actions->validateMenuItem(&undo));
     QVERIFY(!m_actions->validateMenuItem(&save));
     _open();
-    _apply(QVariant::fromValue(unit));
+    _apply(QVariant::fromValue(unit()));
     QVERIFY(m_actions->validateMenuItem(&undo));
     QCOMPARE(undo.title(), "Undo Echo & Co");
     QVERIFY(m_actions->validateMenuItem(&save));
