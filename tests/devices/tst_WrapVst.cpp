@@ -1,57 +1,14 @@
 #include "PluginDisk.h"
+#include "VstFolders.h"
 
 #include <ElfExports.h>
-#include <VstLibraryFinder.h>
-#include <VstWrappers.h>
 
 #include <QWPlatform/foundation/PropertyList.h>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 using platform::PropertyList::dictionaryFromFile;
 
 namespace
 {
-/// A folder with bare libraries and a VST folder.
-class Folders
-{
-public:
-    QString libraries() const { return m_folder.filePath("lib"); }
-    QString bundles() const { return m_folder.filePath("VST"); }
-    QString bundle(const QString &name) const { return bundles() + '/' + name; }
-
-    /// Puts the test plug-in @p plugin at @p name.
-    QString addLibrary(const QString &name, const QString &plugin = "Good") const
-    {
-        const QString path = libraries() + '/' + name;
-        QDir().mkpath(QFileInfo(path).path());
-        QFile::copy(QW_TEST_PLUGINS "/VST/" + plugin + ".vst/Contents/x86_64-linux/" + plugin + ".so", path);
-        return path;
-    }
-
-    VstWrappers::Summary update(VstWrappers::Mode mode = VstWrappers::Mode::Change) const
-    {
-        return VstWrappers(bundles(), mode).update(VstLibraryFinder::candidates({libraries()}));
-    }
-
-    /// The same with plug-ins that all call themselves @p name.
-    VstWrappers::Summary updateNamed(const QString &name) const
-    {
-        return VstWrappers(bundles(), VstWrappers::Mode::Change, [=](const QString &) { return name; })
-            .update(VstLibraryFinder::candidates({libraries()}));
-    }
-
-    QStringList bundleNames() const
-    {
-        return QDir(bundles()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                         QDir::Name);
-    }
-
-private:
-    QTemporaryDir m_folder;
-};
-
 qint64 modified(const QString &path)
 {
     struct stat status;
@@ -59,14 +16,9 @@ qint64 modified(const QString &path)
                ? status.st_mtim.tv_sec * 1'000'000'000LL + status.st_mtim.tv_nsec
                : 0;
 }
-
-void setModified(const QString &path, qint64 seconds)
-{
-    const timespec times[2] = {{seconds, 0}, {seconds, 0}};
-    QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
-}
 } // namespace
 
+/// Which bundles there are for which libraries.
 class tst_WrapVst : public QObject
 {
     Q_OBJECT
@@ -74,7 +26,7 @@ class tst_WrapVst : public QObject
 private slots:
     void librariesBecomeBundles()
     {
-        const Folders folders;
+        const VstFolders folders;
         const QString library = folders.addLibrary("Echo-vst.so");
         folders.addLibrary("Maker/Reverb.so");
         PluginDisk::write(folders.libraries() + "/readme.so", "no library");
@@ -90,7 +42,7 @@ private slots:
 
     void secondRunChangesNothing()
     {
-        const Folders folders;
+        const VstFolders folders;
         folders.addLibrary("Echo.so");
         folders.update();
         const qint64 before = modified(folders.bundle("Echo.vst"));
@@ -102,7 +54,7 @@ private slots:
 
     void changedLibraryChangesTheBundlesDate()
     {
-        const Folders folders;
+        const VstFolders folders;
         const QString library = folders.addLibrary("Echo.so");
         folders.update();
         setModified(folders.bundle("Echo.vst"), 1000);
@@ -114,7 +66,7 @@ private slots:
 
     void bundleOfAMissingLibraryGoes()
     {
-        const Folders folders;
+        const VstFolders folders;
         const QString gone = folders.addLibrary("Gone.so");
         const QString broken = folders.addLibrary("Broken.so");
         folders.update();
@@ -127,7 +79,7 @@ private slots:
 
     void bundlesOfLibrariesElsewhereAreLookedAfterToo()
     {
-        const Folders folders;
+        const VstFolders folders;
         const QString changed = folders.addLibrary("Changed.so");
         const QString gone = folders.addLibrary("Gone.so");
         folders.addLibrary("Same.so");
@@ -145,7 +97,7 @@ private slots:
 
     void libraryFoundUnderAnotherNameIsWrappedOnce()
     {
-        const Folders folders;
+        const VstFolders folders;
         const QString library = folders.addLibrary("Echo.so");
         folders.update();
         const QTemporaryDir elsewhere;
@@ -158,7 +110,7 @@ private slots:
 
     void othersBundlesAreNeverTouched()
     {
-        const Folders folders;
+        const VstFolders folders;
         PluginDisk::write(folders.bundle("Echo.vst/Contents/Info.plist"), "<plist version=\"1.0\"><dict/></plist>");
         PluginDisk::write(folders.bundle("Bare.vst/x"), "x");
         QVERIFY(QFile::link("/nowhere", folders.bundle("Echo 2.vst")));
@@ -172,7 +124,7 @@ private slots:
 
     void sameNamesAreNumberedAndLinksCountOnce()
     {
-        const Folders folders;
+        const VstFolders folders;
         folders.addLibrary("a/Echo.so");
         const QString other = folders.addLibrary("b/Echo.so");
         QVERIFY(QFile::link(other, folders.libraries() + "/c.so"));
@@ -182,8 +134,8 @@ private slots:
 
     void linkedFoldersAreFollowedAndCirclesEnd()
     {
-        const Folders folders;
-        const Folders elsewhere;
+        const VstFolders folders;
+        const VstFolders elsewhere;
         elsewhere.addLibrary("deep/Echo.so");
         folders.addLibrary("Reverb.so");
         QVERIFY(QFile::link(elsewhere.libraries(), folders.libraries() + "/maker.at"));
@@ -217,7 +169,7 @@ private slots:
     void bundlesAreNamedAsTheirPluginsSay()
     {
         QFETCH(QString, name);
-        const Folders folders;
+        const VstFolders folders;
         folders.addLibrary("libEcho.so");
         QCOMPARE(folders.updateNamed(name).added.size(), 1);
         QTEST(folders.bundleNames().join(", "), "bundle");
@@ -226,7 +178,7 @@ private slots:
 
     void bundlesOfOneNameAreNumberedAndStay()
     {
-        const Folders folders;
+        const VstFolders folders;
         folders.addLibrary("a.so");
         const QString second = folders.addLibrary("b.so");
         folders.updateNamed("Echo");
@@ -237,7 +189,7 @@ private slots:
 
     void bundleWithTheFilesNameGetsThePluginsOwn()
     {
-        const Folders folders;
+        const VstFolders folders;
         const QString library = folders.addLibrary("libEcho.so");
         folders.update();
         QCOMPARE(folders.updateNamed("Tape Echo").updated, QStringList{folders.bundle("Tape Echo.vst")});
@@ -250,7 +202,7 @@ private slots:
 
     void whatThereIsNoTimeForIsLeft()
     {
-        const Folders folders;
+        const VstFolders folders;
         const QString changed = folders.addLibrary("a.so");
         folders.update();
         setModified(changed, 2000);
@@ -271,7 +223,7 @@ private slots:
 
     void whatAnEndedRunLeftBehindIsRemoved()
     {
-        const Folders folders;
+        const VstFolders folders;
         PluginDisk::write(folders.bundle(".wrapping-abcdef/made/Contents/Info.plist"), "x");
         folders.addLibrary("Echo.so");
         folders.update();
@@ -280,7 +232,7 @@ private slots:
 
     void dryRunChangesNothing()
     {
-        const Folders folders;
+        const VstFolders folders;
         folders.addLibrary("a/Echo.so");
         folders.addLibrary("b/Echo.so");
         QCOMPARE(folders.update(VstWrappers::Mode::DryRun).added,
@@ -290,7 +242,7 @@ private slots:
 
     void libraryCutOffAnywhereIsNotLoadedAndDoesNoHarm()
     {
-        const Folders folders;
+        const VstFolders folders;
         const QString path = folders.addLibrary("Echo.so");
         QVERIFY(exportsOneOf(path, {"VSTPluginMain"}));
         QVERIFY(!exportsOneOf(path, {"VSTPluginMai"}));
@@ -301,107 +253,6 @@ private slots:
         }
         QVERIFY(!exportsOneOf(path, {"VSTPluginMain"}));
         QVERIFY(!exportsOneOf("/nowhere", {"VSTPluginMain"}));
-    }
-
-    void programTellsWhatItDid()
-    {
-        const Folders folders;
-        folders.addLibrary("libecho.so");
-        const PluginDisk disk;
-        const auto first = disk.run(QW_WRAP_VST, {"--folder", folders.libraries()});
-        QCOMPARE(first.status, 0);
-        QVERIFY(first.output.contains("Test Good.vst\n1 added, 0 updated, 0 removed, 0 unchanged, 0 failed\n"));
-        QVERIFY(QFile::exists(disk.home() + "/Library/Audio/Plug-Ins/VST/Test Good.vst/Contents/Info.plist"));
-        const auto second = disk.run(QW_WRAP_VST, {"--quiet", "--folder", folders.libraries()});
-        QCOMPARE(second.output, QByteArray("0 added, 0 updated, 0 removed, 1 unchanged, 0 failed\n"));
-        QVERIFY(disk.run(QW_WRAP_VST, {"--help"}).output.contains("--dry-run"));
-    }
-
-    void lockThatACrashLeftEmptyHoldsNothingUp()
-    {
-        const PluginDisk disk;
-        const Folders folders;
-        folders.addLibrary("Echo.so");
-        const QString lock = disk.support("vst_wrappers.lock");
-        PluginDisk::write(lock, "");
-        setModified(lock, 1000);
-        const auto run = disk.run(QW_WRAP_VST, {"--folder", folders.libraries()});
-        QVERIFY2(run.status == 0, run.errors.constData());
-    }
-
-    void programStopsWhenItsTimeIsUp()
-    {
-        const Folders folders;
-        folders.addLibrary("a.so");
-        folders.addLibrary("b.so");
-        const PluginDisk disk;
-        const QStringList arguments{"--quiet", "--seconds", "0", "--folder", folders.libraries()};
-        const auto first = disk.run(QW_WRAP_VST, arguments);
-        QCOMPARE(first.output, QByteArray("1 added, 0 updated, 0 removed, 0 unchanged, 0 failed, 1 left\n"));
-        QCOMPARE(first.status, 3);
-        QCOMPARE(disk.run(QW_WRAP_VST, arguments).status, 0);
-    }
-
-    /// Each plug-in would be asked for its name in vain, while a host waits.
-    void programStopsWhereNothingCanBeDone()
-    {
-        const Folders folders;
-        folders.addLibrary("a.so");
-        folders.addLibrary("b.so");
-        const PluginDisk disk;
-        PluginDisk::write(disk.home() + "/Library/Audio/Plug-Ins/VST", "no folder");
-        const auto run = disk.run(QW_WRAP_VST, {"--quiet", "--seconds", "0", "--folder", folders.libraries()});
-        QCOMPARE(run.output, QByteArray("0 added, 0 updated, 0 removed, 0 unchanged, 1 failed, 1 left\n"));
-        QCOMPARE(run.status, 1);
-    }
-
-    void pluginThatTellsNoNameIsNamedAfterItsFile_data()
-    {
-        QTest::addColumn<QString>("plugin");
-        for (const char *plugin : {"CrashAtLoad", "CrashAtOpen", "Exiting", "Refusing"})
-            QTest::newRow(plugin) << plugin;
-    }
-
-    void pluginThatTellsNoNameIsNamedAfterItsFile()
-    {
-        QFETCH(QString, plugin);
-        const Folders folders;
-        folders.addLibrary("Echo-vst.so", plugin);
-        const PluginDisk disk;
-        const auto run = disk.run(QW_WRAP_VST, {"--folder", folders.libraries()});
-        QCOMPARE(run.status, 0);
-        QCOMPARE(run.errors, QByteArray());
-        QVERIFY(run.output.contains("/Echo.vst\n1 added"));
-    }
-
-    void pluginThatPrintsSpoilsNoName()
-    {
-        const Folders folders;
-        folders.addLibrary("Echo-vst.so", "Printing");
-        const PluginDisk disk;
-        QVERIFY(
-            disk.run(QW_WRAP_VST, {"--folder", folders.libraries()}).output.contains("/Test Printing.vst\n1 added"));
-    }
-
-    void programRefusesWhatItDoesNotKnow_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QByteArray>("reason");
-        QTest::newRow("option") << QStringList{"--nonsense"} << QByteArray("Unknown option 'nonsense'.");
-        QTest::newRow("folder without its option")
-            << QStringList{"/usr/lib/vst"} << QByteArray("\"/usr/lib/vst\" is no option; folders follow --folder.");
-    }
-
-    void programRefusesWhatItDoesNotKnow()
-    {
-        QFETCH(QStringList, arguments);
-        QFETCH(QByteArray, reason);
-        const PluginDisk disk;
-        const auto run = disk.run(QW_WRAP_VST, arguments);
-        QCOMPARE(run.status, 1);
-        QVERIFY2(run.errors.contains(reason), run.errors.constData());
-        QCOMPARE(run.output, QByteArray());
-        QVERIFY(!QFile::exists(disk.home() + "/Library"));
     }
 };
 
