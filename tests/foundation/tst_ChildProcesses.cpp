@@ -227,6 +227,14 @@ private slots:
         QCOMPARE(result.output, "x\n");
     }
 
+    void childThatStopsItselfWhileOthersWriteIsKilled()
+    {
+        const QString script = "setsid yes & kill -STOP $$"; // yes ends with its reader
+        const auto result = run({"/bin/sh", {"-c", script}, true, false, 4096});
+        QVERIFY(!result.exited);
+        QCOMPARE(result.status, SIGKILL);
+    }
+
     void threadsDoNotHoldEachOthersPipes()
     {
         std::vector<std::thread> threads;

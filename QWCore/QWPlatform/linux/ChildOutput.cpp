@@ -35,21 +35,21 @@ QByteArray ChildOutput::read(pid_t child, qsizetype longest) const
 {
     BoundedOutput output(longest);
     bool isOpen = m_ends[0] >= 0;
-    while (isOpen && !hasEnded(child))
-        isOpen = _readSome(child, output);
+    while (isOpen && !hasEnded(child)) {
+        endIfStopped(child); // while others may go on writing
+        isOpen = _readSome(output);
+    }
     if (isOpen)
         _readRest(output);
     return output.text();
 }
 
 /// False when nobody can write any more.
-bool ChildOutput::_readSome(pid_t child, BoundedOutput &output) const
+bool ChildOutput::_readSome(BoundedOutput &output) const
 {
     pollfd readable{m_ends[0], POLLIN, 0};
-    if (::poll(&readable, 1, pollTime) <= 0) { // nothing, or a signal of ours
-        endIfStopped(child);
+    if (::poll(&readable, 1, pollTime) <= 0) // nothing, or a signal of ours
         return true;
-    }
     char piece[pieceSize];
     const ssize_t count = ::read(m_ends[0], piece, sizeof piece);
     if (count > 0)

@@ -29,7 +29,7 @@ public:
     QByteArray read(pid_t child, qsizetype longest) const;
 
 private:
-    bool _readSome(pid_t child, BoundedOutput &output) const;
+    bool _readSome(BoundedOutput &output) const;
     void _readRest(BoundedOutput &output) const;
     void _close(int end);
 
