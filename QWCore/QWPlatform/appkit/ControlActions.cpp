@@ -32,16 +32,22 @@ bool connectAs(QObject &control, const Selector &action, QObject &receiver)
     return typed;
 }
 
+/// Sends @p action for as long as its receiver lives.
+auto sending(const Selector &action, QObject &receiver, QObject &control)
+{
+    return [action, &control, receiver = QPointer(&receiver)] {
+        if (receiver)
+            sendAction(action, receiver, &control);
+    };
+}
+
 /// Return sends also what has not changed: it asks for the action. The signal comes before that of the edit's end.
 bool connectField(QObject &control, const Selector &action, QObject &receiver)
 {
     auto *const field = qobject_cast<QLineEdit *>(&control);
     if (!field)
         return false;
-    const auto send = [=, receiver = QPointer(&receiver)] {
-        if (receiver)
-            sendAction(action, receiver, field);
-    };
+    const auto send = sending(action, receiver, *field);
     auto *const end = new EditEnd(*field, send);
     QObject::connect(field, &QLineEdit::returnPressed, end, [=] {
         end->forget();
@@ -56,10 +62,7 @@ bool connectChoice(QObject &control, const Selector &action, QObject &receiver)
     auto *const choice = qobject_cast<QComboBox *>(&control);
     if (!choice)
         return false;
-    const auto send = [=, receiver = QPointer(&receiver)] {
-        if (receiver)
-            sendAction(action, receiver, choice);
-    };
+    const auto send = sending(action, receiver, *choice);
     auto *const end = choice->lineEdit() ? new EditEnd(*choice->lineEdit(), send) : nullptr;
     QObject::connect(choice, &QComboBox::activated, &receiver, [=] {
         if (end)

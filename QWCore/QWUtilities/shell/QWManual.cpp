@@ -62,6 +62,15 @@ void tell(const QString &what, const QString &why)
     platform::runAlert({.messageText = what, .informativeText = why, .buttons = {}});
 }
 
+void tellOfUnwrittenPdf(const QString &path)
+{
+    qCWarning(manualLog) << "The manual could not be written to" << path;
+    tell(localized("The manual could not be saved as a PDF"),
+         formatted(
+             localized("“%@” could not be written. The disk may be full, or you may not be allowed to write there."),
+             {QFileInfo(path).fileName()}));
+}
+
 /// "" without a folder for it, of which the user was told.
 QString downloadPath()
 {
@@ -328,14 +337,10 @@ void QWManual::savePanelDidEnd(int returnCode, const QString &path)
 {
     if (returnCode != platform::FilePanels::OK)
         return;
-    m_contentView->printToPdf(path, [path](bool ok) {
-        if (ok)
-            return;
-        qCWarning(manualLog) << "The manual could not be written to" << path;
-        tell(localized("The manual could not be saved as a PDF"),
-             formatted(localized("“%@” could not be written. The disk may be full, or you may not be allowed to write "
-                                 "there."),
-                       {QFileInfo(path).fileName()}));
+    m_contentView->printToPdf(path, [path, self = QPointer(this)](bool ok) {
+        if (!ok && self) // from the event loop: an alert runs one of its own, which the view's engine is not made for
+            QMetaObject::invokeMethod(
+                self, [path] { tellOfUnwrittenPdf(path); }, Qt::QueuedConnection);
     });
 }
 

@@ -113,7 +113,8 @@ void QWManual::_makeContentView(QWidget &place)
     column->setContentsMargins({});
     m_contentView = platform::System::current().webViews().make(&place);
     column->addWidget(m_contentView->widget());
-    connect(m_contentView.get(), &platform::WebView::printFinished, this, &QWManual::printDidFinish);
+    connect(m_contentView.get(), &platform::WebView::printFinished, this, &QWManual::printDidFinish,
+            Qt::QueuedConnection);
     // Pages of the web belong into the user's browser; everything else stays in the panel.
     m_contentView->setPolicy(
         [this](const platform::WebView::Navigation &navigation) { return !m_browserLinks.take(navigation); });
