@@ -24,7 +24,7 @@ constexpr auto description = "Wraps the VST libraries of the usual folders (VST_
                              "…) as bundles in \"~/Library/Audio/Plug-Ins/VST\", and keeps these up to date: a changed "
                              "library is validated again, and the bundle of a library that is gone is removed.";
 constexpr int moreToDo = 3; // exit status
-constexpr platform::LockFile::Patience lockPatience{std::chrono::seconds(30), std::chrono::seconds(30)};
+constexpr std::chrono::seconds lockPatience(30);
 constexpr auto wrongArgument = "qw-wrap-vst: \"%s\" is no option; folders follow --folder.\n";
 
 void print(const char *what, const QStringList &paths)
@@ -55,9 +55,9 @@ QString askForName(const QString &library)
 }
 
 /// Two at a time would make two bundles of one library.
-bool lockFolder(platform::LockFile &lock)
+bool lockFolder(platform::LockFile &lock, std::chrono::seconds patience)
 {
-    return lock.acquire(lockPatience) || !lock.isHeldByOthers();
+    return lock.acquire({patience, patience}) || !lock.isHeldByOthers();
 }
 
 /// What the command line asks for.
@@ -125,7 +125,7 @@ int main(int argc, char **argv)
     const QString support = locations.mapped("~/Library/Application Support/Quorwell/");
     QDir().mkpath(support);
     platform::LockFile lock(support + "vst_wrappers.lock");
-    if (!wishes->isDryRun && !lockFolder(lock)) {
+    if (!wishes->isDryRun && !lockFolder(lock, wishes->time.value_or(lockPatience))) {
         std::fprintf(stderr, "qw-wrap-vst: another one is at work.\n");
         return 1;
     }

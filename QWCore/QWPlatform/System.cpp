@@ -55,8 +55,12 @@ System::~System()
 
 void System::endWork()
 {
-    m_services.urlLoader->cancelAll();
-    m_services.urlDownloads->cancelAll();
+    if (m_services.urlLoader)
+        m_services.urlLoader->cancelAll();
+    if (m_services.urlDownloads)
+        m_services.urlDownloads->cancelAll();
+    if (m_services.childProcesses)
+        m_services.childProcesses->endAll();
     m_backgroundWork->end();
 }
 

@@ -123,9 +123,10 @@ public:
     /// Destroys all shared objects, last made first. The application object does so before it goes.
     void releaseShared();
 
-    /// Makes all loads and downloads fail, then waits for the background work, whose results are dropped; from then on
-    /// none begins. The application object does so before it goes: afterwards Qt delivers nothing any more, neither
-    /// what would end a load nor its time-out, and whoever waited for one would wait for ever. Shared objects go first.
+    /// Makes all loads and downloads fail, ends the programs that other threads wait for, then waits for the background
+    /// work, whose results are dropped; from then on none begins. The application object does so before it goes:
+    /// afterwards Qt delivers nothing any more, neither what would end a load nor its time-out, and whoever waited for
+    /// one would wait for ever. Shared objects go first.
     void endWork();
 
     /// Makes a System current for the scope's life. Scopes nest; main thread only.

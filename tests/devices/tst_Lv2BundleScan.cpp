@@ -43,6 +43,8 @@ public:
         result.status = 0;
         return result;
     }
+
+    void endAll() override { isThere = false; }
 };
 
 /// The names found in each bundle: "-" for none, "?" for one that nobody could ask about.

@@ -17,6 +17,13 @@ public:
         return {.started = true, .exited = true, .status = 0, .output = {}};
     }
 
+    void endAll() override
+    {
+        if (onEndAll)
+            onEndAll();
+    }
+
+    std::function<void()> onEndAll; ///< Plays the end of what runs.
     std::vector<platform::ChildProcessRequest> runs;
     std::function<platform::ChildProcessResult(const platform::ChildProcessRequest &)> handler;
 };

@@ -249,9 +249,36 @@ private slots:
         QCOMPARE(good.load(), 40);
     }
 
+    void allThatRunCanBeEnded()
+    {
+        const Locations locations("/home of/me", "/root of");
+        LinuxChildProcesses processes(locations);
+        const QTemporaryDir folder;
+        const QString script = "trap '' TERM; sleep 1000 & echo $! >\"$1\"/new; mv \"$1\"/new \"$1\"/id; wait";
+        std::vector<ChildProcessResult> results(2);
+        std::vector<std::thread> threads;
+        for (ChildProcessResult &result : results)
+            threads.emplace_back([&] {
+                result = processes.run({"/bin/sh", {"-c", script, "sh", folder.path()}, &result == &results[0]});
+            });
+        QTRY_VERIFY(QFile::exists(folder.filePath("id")));
+        processes.endAll();
+        for (std::thread &thread : threads)
+            thread.join();
+        QVERIFY(!results[0].started && !results[1].started);
+        QVERIFY(!processes.run({"/bin/true", {}}).started);
+        QTRY_VERIFY(hasEnded(number(folder.filePath("id"))));
+    }
+
     void initTestCase() { qputenv("QW_TEST", "kept"); }
 
 private:
+    static pid_t number(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll().simplified().toInt() : 0;
+    }
+
     /// Also when nobody has reaped it yet.
     static bool hasEnded(pid_t process)
     {

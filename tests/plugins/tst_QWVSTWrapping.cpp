@@ -82,6 +82,25 @@ private slots:
         QVERIFY(!isDone);
         QCOMPARE(runs, std::size_t(1));
     }
+
+    void hostThatQuitsEndsTheRun()
+    {
+        FakeSystem system;
+        const platform::System::Scope current(system);
+        QSemaphore hasBegun;
+        QSemaphore isEnded;
+        system.processes.handler = [&](const auto &) {
+            hasBegun.release();
+            isEnded.acquire();
+            return platform::ChildProcessResult();
+        };
+        system.processes.onEndAll = [&] { isEnded.release(); };
+        QVERIFY(QWVSTWrapping::sharedInstance().begin([] {}));
+        hasBegun.acquire();
+        system.releaseShared();
+        system.endWork();
+        QCOMPARE(system.processes.runs.size(), std::size_t(1));
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_QWVSTWrapping)

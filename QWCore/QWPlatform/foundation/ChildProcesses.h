@@ -23,10 +23,11 @@ struct ChildProcessRequest
 
 struct ChildProcessResult
 {
-    bool started = false; ///< False: the program is missing or may not be run; nothing else is set.
-    bool exited = false;  ///< False: ended by a signal.
-    int status = -1;      ///< Exit status, or the number of the signal.
-    QByteArray output;    ///< What was captured; may hold anything.
+    bool started =
+        false; ///< False: the program is missing, may not be run or was ended by endAll(); nothing else is set.
+    bool exited = false; ///< False: ended by a signal.
+    int status = -1;     ///< Exit status, or the number of the signal.
+    QByteArray output;   ///< What was captured; may hold anything.
 };
 
 /// Runs programs. The child gets an empty standard input and no terminal, the default signal mask, HOME and the library
@@ -40,6 +41,10 @@ public:
     /// that stops itself is killed. What it left running in its process group is ended too, and nobody who still holds
     /// its output is waited for. Any thread.
     virtual ChildProcessResult run(const ChildProcessRequest &request) = 0;
+
+    /// Ends the programs that other threads wait for, with their groups; later ones never begin. To who waits, either
+    /// counts as not started. See System::endWork().
+    virtual void endAll() = 0;
 };
 
 } // namespace platform

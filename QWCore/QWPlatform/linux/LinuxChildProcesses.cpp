@@ -121,10 +121,14 @@ private:
 
 /// Waits for the end of @p child and ends what it left running in its group. Its id is nobody else's until it is
 /// reaped.
-void await(pid_t child, ChildProcessResult &result)
+void awaitEndOfGroup(pid_t child)
 {
     if (awaitEnd(child))
         ::kill(-child, SIGKILL);
+}
+
+void reap(pid_t child, ChildProcessResult &result)
+{
     int status = 0;
     pid_t ended = -1;
     do
@@ -142,6 +146,8 @@ LinuxChildProcesses::LinuxChildProcesses(const Locations &locations)
 
 ChildProcessResult LinuxChildProcesses::run(const ChildProcessRequest &request)
 {
+    if (m_running.hasEnded())
+        return {};
     ChildOutput output(request.captureOutput || request.captureErrors);
     Spawn spawn;
     if (request.captureOutput)
@@ -154,9 +160,17 @@ ChildProcessResult LinuxChildProcesses::run(const ChildProcessRequest &request)
     if (child < 0)
         return result;
     result.started = true;
+    m_running.add(child);
     result.output = output.read(child, request.longestOutput);
-    await(child, result);
-    return result;
+    awaitEndOfGroup(child);
+    m_running.remove(child);
+    reap(child, result);
+    return m_running.hasEnded() ? ChildProcessResult() : result;
+}
+
+void LinuxChildProcesses::endAll()
+{
+    m_running.endAll();
 }
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../foundation/ChildProcesses.h"
+#include "RunningChildren.h"
 
 namespace platform
 {
@@ -13,9 +14,11 @@ public:
     explicit LinuxChildProcesses(const Locations &locations);
 
     ChildProcessResult run(const ChildProcessRequest &request) override;
+    void endAll() override;
 
 private:
     const Locations &m_locations;
+    RunningChildren m_running;
 };
 
 } // namespace platform

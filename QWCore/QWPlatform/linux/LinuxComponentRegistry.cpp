@@ -108,7 +108,14 @@ bool isSameState(const InstalledBundle &a, const InstalledBundle &b)
 
 LinuxComponentRegistry::LinuxComponentRegistry(const Locations &locations)
     : m_locations(locations)
-    , m_processes(std::make_unique<LinuxChildProcesses>(locations))
+    , m_ownProcesses(std::make_unique<LinuxChildProcesses>(locations))
+    , m_processes(*m_ownProcesses)
+{
+}
+
+LinuxComponentRegistry::LinuxComponentRegistry(const Locations &locations, ChildProcesses &processes)
+    : m_locations(locations)
+    , m_processes(processes)
 {
 }
 
@@ -193,7 +200,7 @@ void LinuxComponentRegistry::_scan(Files files)
         else
             bundle.components = ComponentBundle::components(bundle.path);
     }
-    readLv2(*m_processes, changedLv2);
+    readLv2(m_processes, changedLv2);
     m_bundles = std::move(found);
     _update(files);
     _index();

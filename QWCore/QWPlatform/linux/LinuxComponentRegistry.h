@@ -26,6 +26,8 @@ class QWPLATFORM_EXPORT LinuxComponentRegistry : public ComponentRegistry
 {
 public:
     explicit LinuxComponentRegistry(const Locations &locations);
+    /// Reads bundles by programs that @p processes runs, and ends; it must outlive the registry.
+    LinuxComponentRegistry(const Locations &locations, ChildProcesses &processes);
     ~LinuxComponentRegistry() override;
 
     std::vector<AudioComponent> componentsOfType(quint32 type) override;
@@ -56,7 +58,8 @@ private:
     QString _supportFile(const QString &name) const;
 
     const Locations &m_locations;
-    std::unique_ptr<ChildProcesses> m_processes;
+    std::unique_ptr<ChildProcesses> m_ownProcesses; ///< Null when those of others are used.
+    ChildProcesses &m_processes;
     std::mutex m_mutex; ///< Guards all below.
     bool m_cacheRead = false;
     bool m_scanned = false;

@@ -77,7 +77,8 @@ System::Services makeServices()
     services.remoteReceiver = std::make_unique<LinuxRemoteReceiver>();
     services.serialRegistry = std::make_unique<LinuxSerialRegistry>(qEnvironmentVariable("QW_SERIAL_DEVICES"));
     services.serialLines = std::make_unique<LinuxSerialLines>();
-    services.componentRegistry = std::make_unique<LinuxComponentRegistry>(*services.locations);
+    services.componentRegistry =
+        std::make_unique<LinuxComponentRegistry>(*services.locations, *services.childProcesses);
     services.pluginLoader = std::make_unique<LinuxPluginLoader>(*services.locations, *services.componentRegistry);
     return services;
 }

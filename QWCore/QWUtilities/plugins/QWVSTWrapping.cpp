@@ -16,7 +16,7 @@ constexpr int moreToDo = 3; ///< The program's exit status when its time was up.
 
 const char frameworkAnchor = 0; ///< Lies in this framework, and so tells where that is.
 
-/// A second at a time, so that a host that quits does not wait for all of it.
+/// A second at a time, so that no work of the program's is lost when a host quits, which ends the run in progress.
 platform::ChildProcessRequest wrappingRequest()
 {
     QString path = platform::Bundle::forAddress(&frameworkAnchor).executablePath();

@@ -12,7 +12,7 @@ class QWUTILITIES_EXPORT QWVSTWrapping
 public:
     static QWVSTWrapping &sharedInstance();
 
-    /// The work goes on without it for a second or two; for 20 while a plug-in hangs that is asked for its name.
+    /// The run in progress goes on without it, until it is done or the application ends.
     virtual ~QWVSTWrapping();
 
     /// Begins in the background; @p done is called when all is over, however it went, but no more once the shared
