@@ -11,7 +11,7 @@ namespace platform
 
 namespace
 {
-constexpr int notch = QWheelEvent::DefaultDeltasPerStep;
+constexpr int unitsPerNotch = QWheelEvent::DefaultDeltasPerStep;
 } // namespace
 
 void MenuWheel::turn(QMenu &menu, const QWheelEvent &event)
@@ -20,8 +20,8 @@ void MenuWheel::turn(QMenu &menu, const QWheelEvent &event)
         m_rest = 0;
     m_menu = &menu;
     m_rest += event.angleDelta().y() * QApplication::wheelScrollLines();
-    const int step = m_rest < 0 ? -notch : notch;
-    for (; std::abs(m_rest) >= notch; m_rest -= step) {
+    const int step = m_rest < 0 ? -unitsPerNotch : unitsPerNotch;
+    for (; std::abs(m_rest) >= unitsPerNotch; m_rest -= step) {
         QWheelEvent line(event.position(), event.globalPosition(), {}, QPoint(0, step), event.buttons(),
                          event.modifiers(), event.phase(), event.inverted());
         static_cast<QObject &>(menu).event(&line);
