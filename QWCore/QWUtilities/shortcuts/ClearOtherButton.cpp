@@ -11,6 +11,7 @@ namespace qw
 namespace
 {
 constexpr int longestName = 24; ///< In characters of average width.
+constexpr int margin = 8;       ///< Beside the text, beyond what the style gives.
 
 QString title(const QString &name)
 {
@@ -40,6 +41,7 @@ void ClearOtherButton::show(const QString &name)
     const QString elided = metrics.elidedText(name, Qt::ElideMiddle, metrics.averageCharWidth() * longestName);
     m_button->setText(title(elided).replace('&', "&&"));
     m_button->setAccessibleName(title(name));
+    m_button->setMinimumWidth(m_button->sizeHint().width() + 2 * margin);
 }
 
 bool ClearOtherButton::canBeOffered() const
