@@ -29,6 +29,9 @@ public:
     std::function<void()> whileActing;
 };
 
+class tst_ControlActions;
+Q_DECLARE_METATYPE(std::function<void(tst_ControlActions &)>)
+
 /// When a field sends its action: whenever an edit that changed it ends, once.
 class tst_ControlActions : public QObject
 {
@@ -254,8 +257,6 @@ void tst_ControlActions::editedChoiceIsSentOnce()
     other().setFocus();
     QCOMPARE(m_receiver->texts, QStringList{typed});
 }
-
-Q_DECLARE_METATYPE(std::function<void(tst_ControlActions &)>)
 
 QTEST_MAIN(tst_ControlActions)
 #include "tst_ControlActions.moc"

@@ -27,6 +27,8 @@
 using namespace std::chrono_literals;
 using platform::System;
 
+Q_DECLARE_METATYPE(std::function<HttpReply()>)
+
 namespace
 {
 constexpr int endOfProcess = 20'000; // milliseconds; loads give up after 30 s of silence, and never without a loop
@@ -292,8 +294,6 @@ int hostMain(int argc, char **argv)
     return runHost(QString(argv[2]), QString(argv[3]));
 }
 } // namespace
-
-Q_DECLARE_METATYPE(std::function<HttpReply()>)
 
 int main(int argc, char **argv)
 {
