@@ -2,8 +2,8 @@
 
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/foundation/PropertyList.h>
-#include <QWUtilities/plugins/PluginCatalog.h>
 #include <QWUtilities/plugins/QWAUDescription.h>
+#include <QWUtilities/plugins/catalog/PluginCatalog.h>
 
 #include <benchmark/benchmark.h>
 #include <plist/plist.h>

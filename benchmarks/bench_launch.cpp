@@ -1,7 +1,7 @@
 #include <QWBase/QWApplication.h>
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/System.h>
-#include <QWPlatform/devices/ComponentRegistry.h>
+#include <QWPlatform/devices/components/ComponentRegistry.h>
 #include <QWPlatform/foundation/PropertyList.h>
 #include <QWUtilities/plugins/QWAUDescription.h>
 #include <QWUtilities/plugins/QWAUManager.h>

@@ -1,7 +1,7 @@
 #include "VstOwnName.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/foundation/ChildProcesses.h>
+#include <QWPlatform/foundation/processes/ChildProcesses.h>
 #include <QWPlatform/plugins/AudioPlugin.h>
 #include <QWPlatform/plugins/PluginLoader.h>
 

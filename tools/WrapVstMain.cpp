@@ -4,9 +4,9 @@
 #include "VstWrappers.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/foundation/ChildProcesses.h>
 #include <QWPlatform/foundation/Locations.h>
-#include <QWPlatform/foundation/LockFile.h>
+#include <QWPlatform/foundation/files/LockFile.h>
+#include <QWPlatform/foundation/processes/ChildProcesses.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

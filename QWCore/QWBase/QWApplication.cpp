@@ -1,24 +1,24 @@
 #include "QWApplication.h"
 
-#include "InstanceFolder.h"
 #include "QWApplicationLog.h"
+#include "QWBase/files/InstanceFolder.h"
 #include "QWError.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/appkit/FirstResponder.h>
-#include <QWPlatform/appkit/InstanceLink.h>
-#include <QWPlatform/appkit/MenuEvents.h>
 #include <QWPlatform/appkit/MenuItem.h>
-#include <QWPlatform/appkit/PendingInput.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/appkit/Selector.h>
 #include <QWPlatform/appkit/Theme.h>
-#include <QWPlatform/devices/KeyboardState.h>
+#include <QWPlatform/appkit/events/PendingInput.h>
+#include <QWPlatform/appkit/menus/MenuEvents.h>
+#include <QWPlatform/appkit/responders/FirstResponder.h>
+#include <QWPlatform/appkit/windows/InstanceLink.h>
+#include <QWPlatform/devices/input/KeyboardState.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
-#include <QWPlatform/network/Proxies.h>
+#include <QWPlatform/network/transfers/Proxies.h>
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QWBase/QWApplicationCategory.h>
+#include "QWApplicationCategory.h"
+
 #include <QWBase/qwbase_export.h>
 
 #include <QApplication>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QWBase/QWApplicationLogContext.h>
+#include "QWApplicationLogContext.h"
+
 #include <QWBase/qwbase_export.h>
 
 #include <QStringList>

@@ -1,6 +1,6 @@
 #include "QWCatalogRecord.h"
 
-#include "QWStateWriter.h"
+#include "QWBase/records/QWStateWriter.h"
 
 #include <algorithm>
 

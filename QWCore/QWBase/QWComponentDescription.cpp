@@ -1,7 +1,7 @@
 #include "QWComponentDescription.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/devices/ComponentRegistry.h>
+#include <QWPlatform/devices/components/ComponentRegistry.h>
 
 #include <QtEndian>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QWBase/qwbase_export.h>
-#include <QWPlatform/devices/AudioComponent.h>
+#include <QWPlatform/plugins/AudioComponent.h>
 
 #include <QByteArray>
 #include <QHashFunctions>

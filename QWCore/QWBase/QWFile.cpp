@@ -1,12 +1,12 @@
 #include "QWFile.h"
 
+#include "QWBase/files/QWFileTree.h"
 #include "QWError.h"
-#include "QWFileTree.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
-#include <QWPlatform/foundation/Utf8.h>
+#include <QWPlatform/foundation/lists/Utf8.h>
 
 #include <QDir>
 #include <QFile>

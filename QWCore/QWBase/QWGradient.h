@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QWBase/QWGradientStop.h>
+#include "QWGradientStop.h"
+
 #include <QWBase/qwbase_export.h>
 
 #include <QLinearGradient>

@@ -1,7 +1,7 @@
 #include "QWVSTDescription.h"
 
+#include "QWBase/records/QWStateWriter.h"
 #include "QWFile.h"
-#include "QWStateWriter.h"
 
 #include <utility>
 

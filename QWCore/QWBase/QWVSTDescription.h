@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWBase/QWCatalogRecord.h>
+#include "QWCatalogRecord.h"
 
 #include <QMetaType>
 #include <QString>

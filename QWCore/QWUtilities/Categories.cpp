@@ -1,7 +1,7 @@
 #include "Categories.h"
 
-#include "shell/SplashScreenExtension.h"
-#include "shortcuts/KeyboardShortcutsExtensions.h"
+#include "QWUtilities/shell/launch/SplashScreenExtension.h"
+#include "QWUtilities/shortcuts/dispatch/KeyboardShortcutsExtensions.h"
 
 #include <QWBase/QWApplication.h>
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
-
 #include <QWBase/QWApplicationCategory.h>
+#include <QWUtilities/qwutilities_export.h>
 
 #include <span>
 

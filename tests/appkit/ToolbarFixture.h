@@ -2,9 +2,9 @@
 
 #include "fakes/FakeSystem.h"
 
-#include <QWPlatform/appkit/Toolbar.h>
-#include <QWPlatform/appkit/ToolbarDelegate.h>
-#include <QWPlatform/appkit/ToolbarItem.h>
+#include <QWPlatform/appkit/toolbar/Toolbar.h>
+#include <QWPlatform/appkit/toolbar/ToolbarDelegate.h>
+#include <QWPlatform/appkit/toolbar/ToolbarItem.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 
 #include <QMainWindow>

@@ -1,4 +1,4 @@
-#include <QWPlatform/appkit/ControlActions.h>
+#include <QWPlatform/appkit/responders/ControlActions.h>
 
 #include <QAbstractButton>
 #include <QApplication>

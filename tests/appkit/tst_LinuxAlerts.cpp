@@ -1,9 +1,9 @@
 #include "PanelDriver.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/appkit/AlertResponder.h>
 #include <QWPlatform/appkit/Alerts.h>
-#include <QWPlatform/linux/LinuxAlerts.h>
+#include <QWPlatform/appkit/windows/AlertResponder.h>
+#include <QWPlatform/linux/desktop/LinuxAlerts.h>
 
 #include <QLabel>
 #include <QPushButton>

@@ -2,7 +2,7 @@
 
 #include <QWPlatform/appkit/FilePanels.h>
 #include <QWPlatform/foundation/UserDefaults.h>
-#include <QWPlatform/linux/LinuxFilePanels.h>
+#include <QWPlatform/linux/desktop/LinuxFilePanels.h>
 
 #include <QFileDialog>
 #include <QFileInfo>

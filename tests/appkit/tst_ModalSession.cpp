@@ -1,4 +1,4 @@
-#include <QWPlatform/appkit/ModalSession.h>
+#include <QWPlatform/appkit/windows/ModalSession.h>
 
 #include <QPushButton>
 #include <QTest>

@@ -1,7 +1,7 @@
 #include "WindowSystem.h"
 
 #include <QWBase/QWApplication.h>
-#include <QWPlatform/appkit/PendingInput.h>
+#include <QWPlatform/appkit/events/PendingInput.h>
 
 #include <fakes/FakeSystem.h>
 #include <fakes/QWTestMain.h>

@@ -1,4 +1,4 @@
-#include <QWPlatform/appkit/Sheet.h>
+#include <QWPlatform/appkit/windows/Sheet.h>
 
 #include <QDialog>
 #include <QTest>

@@ -1,7 +1,7 @@
 // The factory function of a ".component" bundle.
 #include "Misbehaviour.h"
 
-#include <QWPlatform/devices/AudioComponent.h>
+#include <QWPlatform/plugins/AudioComponent.h>
 
 extern "C" [[gnu::visibility("default")]] void *QWTestFactory(const platform::AudioComponent *component)
 {

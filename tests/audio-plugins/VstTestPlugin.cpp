@@ -1,7 +1,7 @@
 // A VST plug-in that halves its input, or does what BEHAVIOUR says.
 #include "Misbehaviour.h"
 
-#include <QWPlatform/linux/VstInterface.h>
+#include <QWPlatform/linux/vst/VstInterface.h>
 
 #include <cmath>
 #include <cstring>

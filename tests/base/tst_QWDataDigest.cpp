@@ -1,4 +1,4 @@
-#include <QWBase/QWDataDigest.h>
+#include <QWBase/requests/QWDataDigest.h>
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 #include "fakes/QWTestMain.h"
 
 #include <QWBase/QWMenuSorting.h>
-#include <QWBase/QWSortedMenuBuilder.h>
+#include <QWBase/menus/QWSortedMenuBuilder.h>
 
 #include <QWPlatform/appkit/MenuItem.h>
 

@@ -1,4 +1,4 @@
-#include <QWBase/QWMultipartRequest.h>
+#include <QWBase/requests/QWMultipartRequest.h>
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-#include <QWBase/QWPathStrings.h>
+#include <QWBase/files/QWPathStrings.h>
 
 #include <QTest>
 

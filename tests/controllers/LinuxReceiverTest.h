@@ -4,7 +4,7 @@
 #include "RemoteControlTest.h"
 #include "SocketReceiver.h"
 
-#include <QWPlatform/linux/LinuxRemoteReceiver.h>
+#include <QWPlatform/linux/remote/LinuxRemoteReceiver.h>
 
 #include <QTest>
 

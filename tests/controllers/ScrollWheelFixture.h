@@ -2,13 +2,13 @@
 
 #include "fakes/FakeSystem.h"
 
-#include <QWPlatform/appkit/ModifierFlags.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/ScrollEvent.h>
+#include <QWPlatform/appkit/events/ModifierFlags.h>
 #include <QWPlatform/foundation/PropertyList.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 #include <QWUtilities/controllers/QWScrollWheelManager.h>
-#include <QWUtilities/controllers/ScrollWheelTable.h>
+#include <QWUtilities/controllers/wheel/ScrollWheelTable.h>
 
 #include <QAbstractButton>
 #include <QTest>

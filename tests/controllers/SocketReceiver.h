@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/linux/InputDeviceCalls.h>
+#include <QWPlatform/linux/remote/InputDeviceCalls.h>
 
 #include <QByteArrayList>
 

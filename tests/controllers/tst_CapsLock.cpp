@@ -1,4 +1,4 @@
-#include <QWPlatform/linux/LinuxKeyboardState.h>
+#include <QWPlatform/linux/desktop/LinuxKeyboardState.h>
 
 #include <QApplication>
 #include <QKeyEvent>

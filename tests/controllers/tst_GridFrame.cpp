@@ -1,5 +1,5 @@
-#include <QWUtilities/controllers/GridFrame.h>
-#include <QWUtilities/controllers/GridMapping.h>
+#include <QWUtilities/controllers/grid/GridFrame.h>
+#include <QWUtilities/controllers/grid/GridMapping.h>
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
-#include <QWUtilities/controllers/GridObservers.h>
 #include <QWUtilities/controllers/QWMonomeRemoteObserver.h>
+#include <QWUtilities/controllers/grid/GridObservers.h>
 
 #include <QTest>
 

@@ -1,5 +1,5 @@
-#include <QWUtilities/controllers/GridModel.h>
-#include <QWUtilities/controllers/GridProtocol.h>
+#include <QWUtilities/controllers/grid/GridModel.h>
+#include <QWUtilities/controllers/grid/GridProtocol.h>
 
 #include <QTest>
 

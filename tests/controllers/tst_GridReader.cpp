@@ -1,5 +1,5 @@
-#include <QWPlatform/linux/LinuxClock.h>
-#include <QWUtilities/controllers/GridReader.h>
+#include <QWPlatform/linux/system/LinuxClock.h>
+#include <QWUtilities/controllers/grid/GridReader.h>
 
 #include <QElapsedTimer>
 #include <QTest>

@@ -1,6 +1,6 @@
 #include "SocketReceiver.h"
 
-#include <QWPlatform/linux/LinuxRemoteReceiver.h>
+#include <QWPlatform/linux/remote/LinuxRemoteReceiver.h>
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 #include "plugins/OrdinaryUser.h"
 
-#include <QWPlatform/linux/LineTable.h>
-#include <QWPlatform/linux/LinuxSerialLines.h>
+#include <QWPlatform/linux/serial/LineTable.h>
+#include <QWPlatform/linux/serial/LinuxSerialLines.h>
 #include <simulators/PseudoTerminal.h>
 
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include <QWUtilities/controllers/RemoteButtons.h>
+#include <QWUtilities/controllers/remote/RemoteButtons.h>
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-#include <QWPlatform/linux/RemoteKeys.h>
+#include <QWPlatform/linux/remote/RemoteKeys.h>
 
 #include <QTest>
 

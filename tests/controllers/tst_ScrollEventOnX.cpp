@@ -1,7 +1,7 @@
 #include "ScrollWheelFixture.h"
 #include "shortcuts/XServer.h"
 
-#include <QWPlatform/linux/LinuxKeyboardState.h>
+#include <QWPlatform/linux/desktop/LinuxKeyboardState.h>
 
 #include <QApplication>
 #include <QWheelEvent>

@@ -2,8 +2,8 @@
 
 #include "PluginDisk.h"
 
-#include <QWPlatform/linux/LinuxComponentRegistry.h>
-#include <QWPlatform/linux/LinuxPluginLoader.h>
+#include <QWPlatform/linux/plugins/LinuxComponentRegistry.h>
+#include <QWPlatform/linux/plugins/LinuxPluginLoader.h>
 
 /// This machine's registry and loader on a disk of their own.
 struct PluginMachine

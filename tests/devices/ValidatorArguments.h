@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/devices/AudioComponent.h>
+#include <QWPlatform/plugins/AudioComponent.h>
 
 #include <QStringList>
 

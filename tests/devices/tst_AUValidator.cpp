@@ -3,7 +3,7 @@
 
 #include <QWBase/QWComponentDescription.h>
 #include <QWPlatform/foundation/PropertyList.h>
-#include <QWPlatform/linux/LinuxComponentRegistry.h>
+#include <QWPlatform/linux/plugins/LinuxComponentRegistry.h>
 
 using platform::fourCharCode;
 

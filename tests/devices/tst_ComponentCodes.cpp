@@ -1,4 +1,4 @@
-#include <QWPlatform/linux/ComponentCodes.h>
+#include <QWPlatform/linux/plugins/ComponentCodes.h>
 
 #include <QFile>
 #include <QTemporaryDir>

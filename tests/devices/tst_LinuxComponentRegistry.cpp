@@ -2,8 +2,8 @@
 #include "PluginDisk.h"
 #include "plugins/ResourceFileBytes.h"
 
-#include <QWPlatform/linux/LinuxComponentRegistry.h>
-#include <QWPlatform/linux/LinuxPluginLoader.h>
+#include <QWPlatform/linux/plugins/LinuxComponentRegistry.h>
+#include <QWPlatform/linux/plugins/LinuxPluginLoader.h>
 #include <QWPlatform/plugins/AudioPlugin.h>
 
 #include <QRegularExpression>

@@ -1,9 +1,9 @@
 #include "PluginDisk.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/foundation/ChildProcesses.h>
-#include <QWPlatform/linux/Lv2BundleScan.h>
+#include <QWPlatform/foundation/processes/ChildProcesses.h>
 #include <QWPlatform/linux/lv2/Lv2Reply.h>
+#include <QWPlatform/linux/plugins/Lv2BundleScan.h>
 
 #include <csignal>
 #include <functional>

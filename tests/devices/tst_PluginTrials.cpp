@@ -2,7 +2,7 @@
 #include "PluginDisk.h"
 #include "ValidatorArguments.h"
 
-#include <QWPlatform/linux/LinuxComponentRegistry.h>
+#include <QWPlatform/linux/plugins/LinuxComponentRegistry.h>
 
 #include <QFile>
 

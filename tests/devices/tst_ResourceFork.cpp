@@ -1,5 +1,5 @@
-#include <QWPlatform/devices/AudioComponent.h>
-#include <QWPlatform/devices/ResourceFork.h>
+#include <QWPlatform/devices/components/ResourceFork.h>
+#include <QWPlatform/plugins/AudioComponent.h>
 
 #include <QTest>
 #include <QtEndian>

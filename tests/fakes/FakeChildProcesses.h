@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/foundation/ChildProcesses.h>
+#include <QWPlatform/foundation/processes/ChildProcesses.h>
 
 #include <functional>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/devices/ComponentRegistry.h>
+#include <QWPlatform/devices/components/ComponentRegistry.h>
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/appkit/InstanceLink.h>
+#include <QWPlatform/appkit/windows/InstanceLink.h>
 
 /// A session bus on which the test decides whether another instance runs.
 class FakeInstanceLink : public platform::InstanceLink

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/devices/KeyboardState.h>
+#include <QWPlatform/devices/input/KeyboardState.h>
 
 #include <QKeyEvent>
 #include <QList>

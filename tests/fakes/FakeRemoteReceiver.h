@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/devices/RemoteReceiver.h>
+#include <QWPlatform/devices/input/RemoteReceiver.h>
 
 #include <QSet>
 #include <QStringList>

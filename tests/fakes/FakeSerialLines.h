@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/devices/SerialLines.h>
+#include <QWPlatform/devices/serial/SerialLines.h>
 
 #include <QByteArray>
 #include <QHash>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/devices/SerialRegistry.h>
+#include <QWPlatform/devices/serial/SerialRegistry.h>
 
 #include <QStringList>
 

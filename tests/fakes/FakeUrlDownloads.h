@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/network/UrlDownload.h>
+#include <QWPlatform/network/transfers/UrlDownload.h>
 
 #include <QByteArray>
 #include <QUrl>

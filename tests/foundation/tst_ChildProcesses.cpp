@@ -1,5 +1,5 @@
 #include <QWPlatform/foundation/Locations.h>
-#include <QWPlatform/linux/LinuxChildProcesses.h>
+#include <QWPlatform/linux/process/LinuxChildProcesses.h>
 
 #include <QTemporaryDir>
 #include <QTemporaryFile>

@@ -1,5 +1,5 @@
 #include <QWPlatform/System.h>
-#include <QWPlatform/foundation/ChildProcesses.h>
+#include <QWPlatform/foundation/processes/ChildProcesses.h>
 
 #include <QTemporaryDir>
 #include <QTest>

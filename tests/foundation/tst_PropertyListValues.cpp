@@ -1,4 +1,4 @@
-#include <QWPlatform/foundation/PropertyListValues.h>
+#include <QWPlatform/foundation/lists/PropertyListValues.h>
 
 #include <QDateTime>
 #include <QTest>

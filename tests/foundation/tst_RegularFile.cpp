@@ -1,5 +1,5 @@
 #include <QWPlatform/foundation/PropertyList.h>
-#include <QWPlatform/foundation/RegularFile.h>
+#include <QWPlatform/foundation/files/RegularFile.h>
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include <QWPlatform/foundation/XmlPropertyListScanner.h>
+#include <QWPlatform/foundation/lists/XmlPropertyListScanner.h>
 
 #include <QTest>
 

@@ -6,8 +6,8 @@
 #include "shortcuts/FakeShortcutEditor.h"
 
 #include <QWBase/QWError.h>
-#include <QWPlatform/linux/LinuxAlerts.h>
-#include <QWPlatform/linux/LinuxFilePanels.h>
+#include <QWPlatform/linux/desktop/LinuxAlerts.h>
+#include <QWPlatform/linux/desktop/LinuxFilePanels.h>
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 

@@ -11,7 +11,7 @@
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 #include <QWUtilities/shell/QWSplashScreen.h>
-#include <QWUtilities/shortcuts/ShortcutEditor.h>
+#include <QWUtilities/shortcuts/editor/ShortcutEditor.h>
 
 #include <QDir>
 #include <QSemaphore>

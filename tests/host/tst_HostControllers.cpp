@@ -13,7 +13,7 @@
 
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/Theme.h>
-#include <QWPlatform/appkit/Toolbar.h>
+#include <QWPlatform/appkit/toolbar/Toolbar.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 #include <QWUtilities/controllers/QWScrollWheelManager.h>
 

@@ -4,7 +4,7 @@
 #include <audio/WorkProgress.h>
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/devices/ComponentRegistry.h>
+#include <QWPlatform/devices/components/ComponentRegistry.h>
 #include <QWPlatform/plugins/AudioPlugin.h>
 #include <QWPlatform/plugins/PluginLoader.h>
 

@@ -5,7 +5,7 @@
 #include <fakes/QWTestMain.h>
 
 #include <QWPlatform/appkit/MenuItem.h>
-#include <QWPlatform/foundation/FileDescriptor.h>
+#include <QWPlatform/foundation/files/FileDescriptor.h>
 
 #include <QFile>
 

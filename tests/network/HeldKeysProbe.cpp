@@ -1,6 +1,6 @@
 // The process of tst_LinuxKeyboardState that has an X server: prints its key map, in hexadecimal, for each line it
 // reads.
-#include <QWPlatform/linux/LinuxKeyboardState.h>
+#include <QWPlatform/linux/desktop/LinuxKeyboardState.h>
 
 #include <QGuiApplication>
 #include <QTextStream>

@@ -1,6 +1,6 @@
 // The other process of tst_LinuxInstanceLink: listens for a bundle identifier and prints what it gets, until its input
 // ends; with --hand-over, hands the further arguments over instead; with --static, listens and leaves at once.
-#include <QWPlatform/linux/LinuxInstanceLink.h>
+#include <QWPlatform/linux/desktop/LinuxInstanceLink.h>
 
 #include <QGuiApplication>
 #include <QSocketNotifier>

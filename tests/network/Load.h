@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/linux/LinuxUrlLoader.h>
+#include <QWPlatform/linux/network/LinuxUrlLoader.h>
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/linux/LinuxWebViews.h>
+#include <QWPlatform/linux/desktop/LinuxWebViews.h>
 
 #include <QApplication>
 #include <QTemporaryDir>

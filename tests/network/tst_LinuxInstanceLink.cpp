@@ -1,7 +1,7 @@
 #include "PrivateBus.h"
 
-#include <QWPlatform/foundation/FileDescriptor.h>
-#include <QWPlatform/linux/LinuxInstanceLink.h>
+#include <QWPlatform/foundation/files/FileDescriptor.h>
+#include <QWPlatform/linux/desktop/LinuxInstanceLink.h>
 
 #include <QDir>
 #include <QLocalServer>

@@ -1,6 +1,6 @@
 #include "appkit/WindowSystem.h"
 
-#include <QWPlatform/linux/LinuxKeyboardState.h>
+#include <QWPlatform/linux/desktop/LinuxKeyboardState.h>
 
 #include <QApplication>
 #include <QKeyEvent>

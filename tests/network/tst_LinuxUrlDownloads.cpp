@@ -1,6 +1,6 @@
 #include "AnswersAroundLimit.h"
 
-#include <QWPlatform/linux/LinuxUrlDownloads.h>
+#include <QWPlatform/linux/network/LinuxUrlDownloads.h>
 
 #include <QFile>
 #include <QTemporaryDir>

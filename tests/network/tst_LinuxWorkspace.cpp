@@ -1,5 +1,5 @@
 #include <QWPlatform/System.h>
-#include <QWPlatform/linux/LinuxWorkspace.h>
+#include <QWPlatform/linux/desktop/LinuxWorkspace.h>
 
 #include <QFile>
 #include <QTemporaryDir>

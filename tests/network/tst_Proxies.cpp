@@ -1,8 +1,8 @@
 // Proxies out of the environment: a real process (this program again) whose requests arrive at a proxy on the loopback
 // interface, or do not.
-#include <QWPlatform/linux/LinuxUrlLoader.h>
-#include <QWPlatform/linux/LinuxWebViews.h>
-#include <QWPlatform/network/Proxies.h>
+#include <QWPlatform/linux/desktop/LinuxWebViews.h>
+#include <QWPlatform/linux/network/LinuxUrlLoader.h>
+#include <QWPlatform/network/transfers/Proxies.h>
 #include <simulators/HttpServer.h>
 
 #include <QApplication>

@@ -1,5 +1,5 @@
 #include <QWPlatform/foundation/PropertyList.h>
-#include <QWPlatform/linux/LinuxUrlLoader.h>
+#include <QWPlatform/linux/network/LinuxUrlLoader.h>
 #include <simulators/SupportSite.h>
 
 #include <QFile>

@@ -1,4 +1,4 @@
-#include <QWPlatform/linux/LinuxWebViews.h>
+#include <QWPlatform/linux/desktop/LinuxWebViews.h>
 
 #include <QApplication>
 #include <QSignalSpy>

@@ -1,5 +1,5 @@
-#include <QWPlatform/appkit/WebViewWithoutEngine.h>
-#include <QWPlatform/linux/LinuxWebViews.h>
+#include <QWPlatform/appkit/web/WebViewWithoutEngine.h>
+#include <QWPlatform/linux/desktop/LinuxWebViews.h>
 
 #include <QApplication>
 #include <QFile>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QWPlatform/devices/AudioComponent.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/PropertyList.h>
+#include <QWPlatform/plugins/AudioComponent.h>
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/foundation/PropertyList.h>
-#include <QWUtilities/plugins/CatalogFile.h>
+#include <QWUtilities/plugins/catalog/CatalogFile.h>
 
 #include <QDir>
 #include <QFile>

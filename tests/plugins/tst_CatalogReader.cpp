@@ -3,8 +3,8 @@
 
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/foundation/PropertyList.h>
-#include <QWUtilities/plugins/CatalogReader.h>
 #include <QWUtilities/plugins/QWAUDescription.h>
+#include <QWUtilities/plugins/catalog/CatalogReader.h>
 
 #include <plist/plist.h>
 

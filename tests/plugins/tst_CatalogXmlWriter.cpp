@@ -2,7 +2,7 @@
 
 #include <QWBase/QWCatalogRecord.h>
 #include <QWPlatform/foundation/PropertyList.h>
-#include <QWUtilities/plugins/CatalogXmlWriter.h>
+#include <QWUtilities/plugins/catalog/CatalogXmlWriter.h>
 
 #include <limits>
 

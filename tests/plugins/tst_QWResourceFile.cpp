@@ -3,7 +3,7 @@
 #include "fakes/QWTestMain.h"
 
 #include <QWBase/QWError.h>
-#include <QWBase/QWResourceFile.h>
+#include <QWBase/files/QWResourceFile.h>
 
 #include <QFile>
 

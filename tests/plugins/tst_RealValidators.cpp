@@ -5,7 +5,7 @@
 
 #include <QWBase/QWApplicationLog.h>
 #include <QWBase/QWFile.h>
-#include <QWPlatform/devices/ComponentRegistry.h>
+#include <QWPlatform/devices/components/ComponentRegistry.h>
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 

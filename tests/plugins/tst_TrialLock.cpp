@@ -1,7 +1,7 @@
 #include "OrdinaryUser.h"
 
 #include <QWPlatform/foundation/Clock.h>
-#include <QWUtilities/plugins/TrialLock.h>
+#include <QWUtilities/plugins/scan/TrialLock.h>
 
 #include <QDateTime>
 #include <QFile>

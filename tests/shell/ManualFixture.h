@@ -5,7 +5,7 @@
 #include <QWUtilities/shell/QWManual.h>
 
 #include <QWPlatform/appkit/Panel.h>
-#include <QWPlatform/appkit/Toolbar.h>
+#include <QWPlatform/appkit/toolbar/Toolbar.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/PropertyList.h>
 

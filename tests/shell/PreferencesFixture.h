@@ -6,8 +6,8 @@
 
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/appkit/Panel.h>
-#include <QWPlatform/appkit/Toolbar.h>
-#include <QWPlatform/appkit/ToolbarItem.h>
+#include <QWPlatform/appkit/toolbar/Toolbar.h>
+#include <QWPlatform/appkit/toolbar/ToolbarItem.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 #include <QWUtilities/shell/QWPreferencesPane.h>
 #include <QWUtilities/shell/QWPreferencesPanel.h>

@@ -3,12 +3,12 @@
 #include "ManualArchives.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/appkit/AlertResponder.h>
+#include <QWPlatform/appkit/windows/AlertResponder.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Locations.h>
-#include <QWPlatform/network/UrlDownload.h>
 #include <QWPlatform/network/UrlLoader.h>
+#include <QWPlatform/network/transfers/UrlDownload.h>
 #include <QWUtilities/shell/QWManual.h>
 
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "PreferencesFixture.h"
 #include "fakes/QWTestMain.h"
 
-#include <QWPlatform/appkit/ControlActions.h>
+#include <QWPlatform/appkit/responders/ControlActions.h>
 
 /// The change from one pane to another: who is told, and what becomes of the panel's frame.
 class tst_PreferencesPaneChange : public QObject

@@ -6,8 +6,8 @@
 #include <QWBase/QWButton.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWUtilities/shell/QWAboutPanel.h>
-#include <QWUtilities/shell/QWAboutPanelContentView.h>
 #include <QWUtilities/shell/QWManual.h>
+#include <QWUtilities/shell/panels/QWAboutPanelContentView.h>
 
 #include <QAbstractAnimation>
 #include <QImage>

@@ -1,7 +1,7 @@
 #include "ManualFixture.h"
 #include "fakes/QWTestMain.h"
 
-#include <QWPlatform/appkit/ToolbarItem.h>
+#include <QWPlatform/appkit/toolbar/ToolbarItem.h>
 #include <QWPlatform/foundation/Bundle.h>
 
 namespace

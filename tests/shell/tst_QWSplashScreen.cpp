@@ -5,7 +5,7 @@
 
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWUtilities/shell/QWSplashScreen.h>
-#include <QWUtilities/shell/QWSplashScreenContentView.h>
+#include <QWUtilities/shell/panels/QWSplashScreenContentView.h>
 
 #include <QImage>
 #include <QLabel>

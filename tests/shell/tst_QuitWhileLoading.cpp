@@ -4,8 +4,8 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Locations.h>
-#include <QWPlatform/network/UrlDownload.h>
 #include <QWPlatform/network/UrlLoader.h>
+#include <QWPlatform/network/transfers/UrlDownload.h>
 #include <QWUtilities/shell/QWManual.h>
 
 #include <simulators/HttpServer.h>

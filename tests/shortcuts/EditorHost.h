@@ -3,8 +3,8 @@
 #include "ShortcutHost.h"
 
 #include <QWPlatform/foundation/UserDefaults.h>
-#include <QWUtilities/shortcuts/ShortcutEditor.h>
-#include <QWUtilities/shortcuts/ShortcutOutlineModel.h>
+#include <QWUtilities/shortcuts/editor/ShortcutEditor.h>
+#include <QWUtilities/shortcuts/editor/ShortcutOutlineModel.h>
 
 #include <QApplication>
 #include <QTest>

@@ -2,7 +2,7 @@
 
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWUtilities/shortcuts/QWKeyboardShortcuts.h>
-#include <QWUtilities/shortcuts/ShortcutEditor.h>
+#include <QWUtilities/shortcuts/editor/ShortcutEditor.h>
 
 #include <QMenu>
 

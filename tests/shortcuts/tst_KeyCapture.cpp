@@ -1,6 +1,6 @@
 #include "KeyDispatchTest.h"
 
-#include <QWUtilities/shortcuts/ShortcutEditor.h>
+#include <QWUtilities/shortcuts/editor/ShortcutEditor.h>
 
 #include <QDialog>
 #include <QPushButton>

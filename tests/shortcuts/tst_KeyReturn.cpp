@@ -1,6 +1,6 @@
 #include "fakes/QWTestMain.h"
 
-#include <QWUtilities/shortcuts/KeyReturn.h>
+#include <QWUtilities/shortcuts/editor/KeyReturn.h>
 
 #include <QApplication>
 #include <QDialog>

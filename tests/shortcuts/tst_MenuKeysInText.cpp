@@ -1,7 +1,7 @@
 #include "KeyRouteTest.h"
 #include "TextWidgets.h"
 
-#include <QWPlatform/appkit/FirstResponder.h>
+#include <QWPlatform/appkit/responders/FirstResponder.h>
 
 #include <QSignalSpy>
 

@@ -1,4 +1,4 @@
-#include <QWUtilities/shortcuts/QWKeyboardShortcutPresetTitleFormatter.h>
+#include <QWUtilities/shortcuts/editor/QWKeyboardShortcutPresetTitleFormatter.h>
 
 #include <QTest>
 

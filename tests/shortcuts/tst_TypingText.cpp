@@ -2,7 +2,7 @@
 #include "TextWidgets.h"
 #include "fakes/QWTestMain.h"
 
-#include <QWPlatform/appkit/FirstResponder.h>
+#include <QWPlatform/appkit/responders/FirstResponder.h>
 
 #include <QPushButton>
 #include <QSignalSpy>

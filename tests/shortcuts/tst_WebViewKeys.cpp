@@ -1,10 +1,10 @@
 #include "ShortcutHost.h"
 #include "fakes/QWTestMain.h"
 
-#include <QWPlatform/appkit/FirstResponder.h>
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/WebView.h>
-#include <QWPlatform/linux/LinuxWebViews.h>
+#include <QWPlatform/appkit/responders/FirstResponder.h>
+#include <QWPlatform/linux/desktop/LinuxWebViews.h>
 
 #include <QMenuBar>
 #include <QSignalSpy>

@@ -1,7 +1,7 @@
 #include "Alerts.h"
 
-#include "../System.h"
-#include "../foundation/Localization.h"
+#include "QWPlatform/System.h"
+#include "QWPlatform/foundation/Localization.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "InterfaceFile.h"
 
-#include "../System.h"
-#include "../foundation/Bundle.h"
-#include "../foundation/Localization.h"
-#include "ControlActions.h"
 #include "Panel.h"
+#include "QWPlatform/System.h"
+#include "QWPlatform/appkit/responders/ControlActions.h"
+#include "QWPlatform/foundation/Bundle.h"
+#include "QWPlatform/foundation/Localization.h"
 #include "Selector.h"
 
 #include <QAction>

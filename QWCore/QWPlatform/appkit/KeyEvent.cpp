@@ -1,10 +1,9 @@
 #include "KeyEvent.h"
 
-#include "ModifierFlags.h"
-#include "NamedKeys.h"
-
-#include <QWPlatform/System.h>
-#include <QWPlatform/devices/KeyboardState.h>
+#include "QWPlatform/System.h"
+#include "QWPlatform/appkit/events/ModifierFlags.h"
+#include "QWPlatform/appkit/events/NamedKeys.h"
+#include "QWPlatform/devices/input/KeyboardState.h"
 
 #include <QKeyEvent>
 

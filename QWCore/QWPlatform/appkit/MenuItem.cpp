@@ -1,10 +1,10 @@
 #include "MenuItem.h"
 
-#include "FirstResponder.h"
-#include "KeyEquivalent.h"
-#include "MenuTitleFlash.h"
+#include "QWPlatform/appkit/menus/KeyEquivalent.h"
+#include "QWPlatform/appkit/menus/MenuTitleFlash.h"
+#include "QWPlatform/appkit/responders/FirstResponder.h"
+#include "QWPlatform/appkit/responders/WidgetTree.h"
 #include "ResponderChain.h"
-#include "WidgetTree.h"
 
 #include <QApplication>
 #include <QKeyEvent>

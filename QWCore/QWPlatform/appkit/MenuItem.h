@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QWPlatform/appkit/Selector.h>
+#include "Selector.h"
+
 #include <QWPlatform/qwplatform_export.h>
 
 #include <QAction>

@@ -1,9 +1,8 @@
 #include "ScrollEvent.h"
 
-#include "ModifierFlags.h"
-
-#include <QWPlatform/System.h>
-#include <QWPlatform/devices/KeyboardState.h>
+#include "QWPlatform/System.h"
+#include "QWPlatform/appkit/events/ModifierFlags.h"
+#include "QWPlatform/devices/input/KeyboardState.h"
 
 #include <QGuiApplication>
 #include <QWheelEvent>

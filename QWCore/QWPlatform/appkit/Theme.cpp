@@ -1,6 +1,6 @@
 #include "Theme.h"
 
-#include "MenuStyle.h"
+#include "QWPlatform/appkit/menus/MenuStyle.h"
 
 #include <QApplication>
 #include <QFont>

@@ -1,6 +1,6 @@
 #include "TintedIcon.h"
 
-#include "TintedIconEngine.h"
+#include "QWPlatform/appkit/windows/TintedIconEngine.h"
 
 #include <QFile>
 #include <QFileInfo>

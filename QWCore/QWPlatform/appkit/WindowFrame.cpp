@@ -1,6 +1,6 @@
 #include "WindowFrame.h"
 
-#include <QWPlatform/foundation/TextForms.h>
+#include "QWPlatform/foundation/TextForms.h"
 
 #include <QCursor>
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 #include "Workspace.h"
 
-#include "../System.h"
-#include "UnopenedAlert.h"
+#include "QWPlatform/System.h"
+#include "QWPlatform/appkit/windows/UnopenedAlert.h"
 
 #include <QUrl>
 

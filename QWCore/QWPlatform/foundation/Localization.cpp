@@ -1,7 +1,7 @@
 #include "Localization.h"
 
-#include "../System.h"
 #include "Bundle.h"
+#include "QWPlatform/System.h"
 
 #include <QStringList>
 

@@ -1,10 +1,10 @@
 #include "PropertyList.h"
 
-#include "BinaryPropertyListReader.h"
-#include "RegularFile.h"
-#include "TextPropertyListReader.h"
-#include "XmlPropertyListReader.h"
-#include "XmlPropertyListWriter.h"
+#include "QWPlatform/foundation/files/RegularFile.h"
+#include "QWPlatform/foundation/lists/BinaryPropertyListReader.h"
+#include "QWPlatform/foundation/lists/TextPropertyListReader.h"
+#include "QWPlatform/foundation/lists/XmlPropertyListReader.h"
+#include "QWPlatform/foundation/lists/XmlPropertyListWriter.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #include "TextForms.h"
 
-#include "PropertyListScalars.h"
+#include "QWPlatform/foundation/lists/PropertyListScalars.h"
 
 #include <QRegularExpression>
 

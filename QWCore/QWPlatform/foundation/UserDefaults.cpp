@@ -1,8 +1,8 @@
 #include "UserDefaults.h"
 
 #include "PropertyList.h"
-#include "PropertyListValues.h"
-#include "SettingsFile.h"
+#include "QWPlatform/foundation/files/SettingsFile.h"
+#include "QWPlatform/foundation/lists/PropertyListValues.h"
 
 #include <QCoreApplication>
 #include <QDebug>

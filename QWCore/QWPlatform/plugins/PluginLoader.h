@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QWPlatform/devices/AudioComponent.h>
+#include "AudioComponent.h"
+
 #include <QWPlatform/qwplatform_export.h>
 
 #include <QString>

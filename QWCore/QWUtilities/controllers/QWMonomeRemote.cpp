@@ -1,12 +1,12 @@
 #include "QWMonomeRemote.h"
 
-#include "GridModel.h"
-#include "GridProtocol.h"
-#include "GridReader.h"
+#include "QWUtilities/controllers/grid/GridModel.h"
+#include "QWUtilities/controllers/grid/GridProtocol.h"
+#include "QWUtilities/controllers/grid/GridReader.h"
 
 #include <QWBase/QWApplicationLog.h>
 #include <QWPlatform/System.h>
-#include <QWPlatform/devices/SerialLines.h>
+#include <QWPlatform/devices/serial/SerialLines.h>
 #include <QWPlatform/foundation/Clock.h>
 
 #include <QCoreApplication>

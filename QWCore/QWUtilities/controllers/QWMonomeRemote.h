@@ -1,12 +1,12 @@
 #pragma once
 
-#include "GridChanges.h"
-#include "GridFrame.h"
-#include "GridMapping.h"
-#include "GridObservers.h"
 #include "QWMonomeRemoteObserver.h"
+#include "QWUtilities/controllers/grid/GridChanges.h"
+#include "QWUtilities/controllers/grid/GridFrame.h"
+#include "QWUtilities/controllers/grid/GridMapping.h"
+#include "QWUtilities/controllers/grid/GridObservers.h"
 
-#include <QWPlatform/devices/SerialRegistry.h>
+#include <QWPlatform/devices/serial/SerialRegistry.h>
 #include <QWUtilities/qwutilities_export.h>
 
 #include <QObject>

@@ -1,12 +1,11 @@
 #include "QWRemoteControl.h"
 
 #include "QWRemoteControlListener.h"
-#include "RemoteButtons.h"
+#include "QWUtilities/controllers/remote/RemoteButtons.h"
 
 #include <QWBase/QWApplicationLog.h>
-
 #include <QWPlatform/System.h>
-#include <QWPlatform/devices/RemoteReceiver.h>
+#include <QWPlatform/devices/input/RemoteReceiver.h>
 
 #include <QCoreApplication>
 

@@ -1,19 +1,19 @@
 #include "QWScrollWheelManager.h"
 
-#include "ScrollWheelBinding.h"
-#include "ScrollWheelModel.h"
-#include "ScrollWheelTable.h"
+#include "QWUtilities/controllers/wheel/ScrollWheelBinding.h"
+#include "QWUtilities/controllers/wheel/ScrollWheelModel.h"
+#include "QWUtilities/controllers/wheel/ScrollWheelTable.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/appkit/MenuItem.h>
-#include <QWPlatform/appkit/ModifierFlags.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/appkit/ScrollEvent.h>
 #include <QWPlatform/appkit/TintedIcon.h>
 #include <QWPlatform/appkit/WindowFrame.h>
-#include <QWPlatform/appkit/WindowOpenState.h>
+#include <QWPlatform/appkit/events/ModifierFlags.h>
+#include <QWPlatform/appkit/windows/WindowOpenState.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/PropertyList.h>

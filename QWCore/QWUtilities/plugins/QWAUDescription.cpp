@@ -1,8 +1,8 @@
 #include "QWAUDescription.h"
 
-#include <QWBase/QWStateWriter.h>
+#include <QWBase/records/QWStateWriter.h>
 #include <QWPlatform/System.h>
-#include <QWPlatform/devices/ComponentRegistry.h>
+#include <QWPlatform/devices/components/ComponentRegistry.h>
 #include <QWPlatform/foundation/Localization.h>
 
 namespace

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
-
 #include <QWBase/QWCatalogRecord.h>
 #include <QWBase/QWComponentDescription.h>
+#include <QWUtilities/qwutilities_export.h>
 
 #include <QString>
 

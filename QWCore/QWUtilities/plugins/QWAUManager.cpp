@@ -1,7 +1,7 @@
 #include "QWAUManager.h"
 
-#include "ComponentIdentifiers.h"
-#include "PluginMenu.h"
+#include "QWUtilities/plugins/catalog/PluginMenu.h"
+#include "QWUtilities/plugins/scan/ComponentIdentifiers.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>

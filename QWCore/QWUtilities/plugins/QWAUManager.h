@@ -1,9 +1,10 @@
 #pragma once
 
+#include "QWAUDescription.h"
+#include "QWUtilities/plugins/catalog/PluginCatalog.h"
+#include "QWUtilities/plugins/scan/PluginValidation.h"
+
 #include <QWPlatform/appkit/Selector.h>
-#include <QWUtilities/plugins/PluginCatalog.h>
-#include <QWUtilities/plugins/PluginValidation.h>
-#include <QWUtilities/plugins/QWAUDescription.h>
 
 #include <memory>
 #include <optional>

@@ -1,11 +1,11 @@
 #include "QWVSTManager.h"
 
-#include "FolderEntries.h"
-#include "PathExtension.h"
-#include "PluginMenu.h"
+#include "QWUtilities/plugins/catalog/PluginMenu.h"
+#include "QWUtilities/plugins/scan/FolderEntries.h"
+#include "QWUtilities/plugins/scan/PathExtension.h"
 
 #include <QWBase/QWFile.h>
-#include <QWBase/QWPathStrings.h>
+#include <QWBase/files/QWPathStrings.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QWPlatform/appkit/Selector.h>
-#include <QWUtilities/plugins/FolderEntries.h>
-#include <QWUtilities/plugins/PluginCatalog.h>
-#include <QWUtilities/plugins/PluginValidation.h>
+#include "QWUtilities/plugins/catalog/PluginCatalog.h"
+#include "QWUtilities/plugins/scan/FolderEntries.h"
+#include "QWUtilities/plugins/scan/PluginValidation.h"
 
 #include <QWBase/QWVSTDescription.h>
+#include <QWPlatform/appkit/Selector.h>
 
 #include <QSet>
 

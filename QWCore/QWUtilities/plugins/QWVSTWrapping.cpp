@@ -1,10 +1,10 @@
 #include "QWVSTWrapping.h"
 
-#include <QWBase/QWPathStrings.h>
+#include <QWBase/files/QWPathStrings.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Bundle.h>
-#include <QWPlatform/foundation/ChildProcesses.h>
+#include <QWPlatform/foundation/processes/ChildProcesses.h>
 
 #include <atomic>
 

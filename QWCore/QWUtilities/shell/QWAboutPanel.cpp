@@ -1,13 +1,12 @@
 #include "QWAboutPanel.h"
 
-#include "BorderlessWindow.h"
-#include "DisplayVersion.h"
-#include "QWAboutPanelContentView.h"
 #include "QWManual.h"
-#include "ShellInterface.h"
+#include "QWUtilities/shell/panels/BorderlessWindow.h"
+#include "QWUtilities/shell/panels/DisplayVersion.h"
+#include "QWUtilities/shell/panels/QWAboutPanelContentView.h"
+#include "QWUtilities/shell/panels/ShellInterface.h"
 
 #include <QWBase/QWButton.h>
-
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/foundation/Bundle.h>

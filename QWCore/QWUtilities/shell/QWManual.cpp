@@ -1,24 +1,23 @@
 #include "QWManual.h"
 
-#include "ManualVersion.h"
-#include "ShellInterface.h"
+#include "QWUtilities/shell/manual/ManualVersion.h"
+#include "QWUtilities/shell/panels/ShellInterface.h"
 
 #include <QWBase/QWApplication.h>
 #include <QWBase/QWError.h>
 #include <QWBase/QWFile.h>
-
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/appkit/FilePanels.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/appkit/Panel.h>
-#include <QWPlatform/appkit/Toolbar.h>
 #include <QWPlatform/appkit/WebView.h>
 #include <QWPlatform/appkit/WindowFrame.h>
+#include <QWPlatform/appkit/toolbar/Toolbar.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
-#include <QWPlatform/foundation/ChildProcesses.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/foundation/processes/ChildProcesses.h>
 
 #include <QApplication>
 #include <QFile>

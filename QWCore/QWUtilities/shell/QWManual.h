@@ -1,10 +1,9 @@
 #pragma once
 
+#include <QWPlatform/appkit/toolbar/ToolbarDelegate.h>
+#include <QWPlatform/appkit/web/BrowserLinks.h>
+#include <QWPlatform/network/transfers/UrlDownload.h>
 #include <QWUtilities/qwutilities_export.h>
-
-#include <QWPlatform/appkit/BrowserLinks.h>
-#include <QWPlatform/appkit/ToolbarDelegate.h>
-#include <QWPlatform/network/UrlDownload.h>
 
 #include <QObject>
 

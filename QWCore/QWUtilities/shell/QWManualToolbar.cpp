@@ -1,13 +1,13 @@
 // The manual window's toolbar, its keys and its browser view: what leads from the user to QWManual's operations.
 #include "QWManual.h"
-#include "ShellInterface.h"
+#include "QWUtilities/shell/panels/ShellInterface.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/TintedIcon.h>
-#include <QWPlatform/appkit/Toolbar.h>
-#include <QWPlatform/appkit/ToolbarItem.h>
 #include <QWPlatform/appkit/WebView.h>
+#include <QWPlatform/appkit/toolbar/Toolbar.h>
+#include <QWPlatform/appkit/toolbar/ToolbarItem.h>
 #include <QWPlatform/foundation/Localization.h>
 
 #include <QBoxLayout>

@@ -2,10 +2,10 @@
 
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/appkit/Panel.h>
-#include <QWPlatform/appkit/Toolbar.h>
-#include <QWPlatform/appkit/ToolbarItem.h>
-#include <QWPlatform/appkit/WidgetTree.h>
 #include <QWPlatform/appkit/WindowFrame.h>
+#include <QWPlatform/appkit/responders/WidgetTree.h>
+#include <QWPlatform/appkit/toolbar/Toolbar.h>
+#include <QWPlatform/appkit/toolbar/ToolbarItem.h>
 #include <QWPlatform/foundation/Bundle.h>
 
 #include <QShortcut>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include "QWPreferencesPane.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/appkit/ToolbarDelegate.h>
-#include <QWUtilities/shell/QWPreferencesPane.h>
+#include <QWPlatform/appkit/toolbar/ToolbarDelegate.h>
+#include <QWUtilities/qwutilities_export.h>
 
 #include <QObject>
 #include <QPointer>

@@ -1,12 +1,11 @@
 #include "QWSplashScreen.h"
 
-#include "BorderlessWindow.h"
-#include "DisplayVersion.h"
-#include "QWSplashScreenContentView.h"
-#include "ShellInterface.h"
+#include "QWUtilities/shell/panels/BorderlessWindow.h"
+#include "QWUtilities/shell/panels/DisplayVersion.h"
+#include "QWUtilities/shell/panels/QWSplashScreenContentView.h"
+#include "QWUtilities/shell/panels/ShellInterface.h"
 
 #include <QWBase/QWApplication.h>
-
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/foundation/Bundle.h>

@@ -1,15 +1,15 @@
 #include "QWKeyboardShortcuts.h"
 
-#include "DefinitionCheck.h"
-#include "FactoryDefinition.h"
-#include "GroupSearch.h"
-#include "MainMenuItems.h"
-#include "PresetNames.h"
-#include "ShortcutEditorPanel.h"
-#include "ShortcutFiles.h"
-#include "ShortcutFilter.h"
-#include "ShortcutFolder.h"
-#include "ShortcutIndex.h"
+#include "QWUtilities/shortcuts/dispatch/MainMenuItems.h"
+#include "QWUtilities/shortcuts/editor/ShortcutEditorPanel.h"
+#include "QWUtilities/shortcuts/files/DefinitionCheck.h"
+#include "QWUtilities/shortcuts/files/FactoryDefinition.h"
+#include "QWUtilities/shortcuts/files/PresetNames.h"
+#include "QWUtilities/shortcuts/files/ShortcutFiles.h"
+#include "QWUtilities/shortcuts/files/ShortcutFolder.h"
+#include "QWUtilities/shortcuts/model/ShortcutIndex.h"
+#include "QWUtilities/shortcuts/search/GroupSearch.h"
+#include "QWUtilities/shortcuts/search/ShortcutFilter.h"
 
 #include <QWBase/QWApplication.h>
 #include <QWBase/QWError.h>
@@ -20,8 +20,8 @@
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
-#include <QWPlatform/foundation/PropertyListValues.h>
 #include <QWPlatform/foundation/UserDefaults.h>
+#include <QWPlatform/foundation/lists/PropertyListValues.h>
 
 #include <QLoggingCategory>
 #include <QMenu>

@@ -1,13 +1,13 @@
 #include "QWShortcut.h"
 
-#include "MainMenuItems.h"
 #include "QWShortcutGroup.h"
-#include "QWShortcutKeyMenuItem.h"
-#include "ShortcutIndex.h"
+#include "QWUtilities/shortcuts/dispatch/MainMenuItems.h"
+#include "QWUtilities/shortcuts/dispatch/QWShortcutKeyMenuItem.h"
+#include "QWUtilities/shortcuts/model/ShortcutIndex.h"
 
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
-#include <QWPlatform/foundation/PropertyListValues.h>
+#include <QWPlatform/foundation/lists/PropertyListValues.h>
 
 #include <QKeyEvent>
 #include <QMenu>

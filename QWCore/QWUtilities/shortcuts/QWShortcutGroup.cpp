@@ -1,8 +1,8 @@
 #include "QWShortcutGroup.h"
 
-#include "ShortcutIndex.h"
+#include "QWUtilities/shortcuts/model/ShortcutIndex.h"
 
-#include <QWPlatform/foundation/PropertyListValues.h>
+#include <QWPlatform/foundation/lists/PropertyListValues.h>
 
 #include <algorithm>
 

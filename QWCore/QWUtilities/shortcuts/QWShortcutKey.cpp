@@ -1,10 +1,10 @@
 #include "QWShortcutKey.h"
 
 #include "QWShortcut.h"
-#include "ReservedKeys.h"
-#include "ShortcutGlyphs.h"
+#include "QWUtilities/shortcuts/model/ReservedKeys.h"
+#include "QWUtilities/shortcuts/model/ShortcutGlyphs.h"
 
-#include <QWPlatform/foundation/PropertyListValues.h>
+#include <QWPlatform/foundation/lists/PropertyListValues.h>
 
 #include <utility>
 

@@ -4,7 +4,7 @@
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 #include <QWUtilities/shortcuts/QWKeyboardShortcuts.h>
-#include <QWUtilities/shortcuts/ShortcutEditor.h>
+#include <QWUtilities/shortcuts/editor/ShortcutEditor.h>
 
 #include <QApplication>
 #include <QKeyEvent>

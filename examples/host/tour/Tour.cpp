@@ -3,7 +3,7 @@
 #include "../app/DemoApplication.h"
 #include "ScreenPicture.h"
 
-#include <QWPlatform/appkit/AlertResponder.h>
+#include <QWPlatform/appkit/windows/AlertResponder.h>
 #include <QWUtilities/shell/QWSplashScreen.h>
 
 #include <QLabel>

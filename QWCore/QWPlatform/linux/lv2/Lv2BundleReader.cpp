@@ -1,8 +1,8 @@
 #include "Lv2BundleReader.h"
 
-#include "../../devices/AudioComponent.h"
 #include "LilvPointers.h"
 #include "Lv2Ports.h"
+#include "QWPlatform/plugins/AudioComponent.h"
 
 #include <QFile>
 

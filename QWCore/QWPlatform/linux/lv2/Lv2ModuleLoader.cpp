@@ -1,5 +1,5 @@
-#include "../FrameworkFiles.h"
 #include "Lv2Access.h"
+#include "QWPlatform/linux/system/FrameworkFiles.h"
 
 #include <QDebug>
 #include <QFile>

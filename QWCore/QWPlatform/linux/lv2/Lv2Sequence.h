@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../../plugins/AudioPlugin.h"
 #include "Lv2UriMap.h"
+#include "QWPlatform/plugins/AudioPlugin.h"
 
 #include <cstdint>
 #include <span>

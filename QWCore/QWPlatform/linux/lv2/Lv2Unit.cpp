@@ -1,7 +1,7 @@
 #include "Lv2Unit.h"
 
-#include "../../devices/AudioComponent.h"
 #include "Lv2BundleReader.h"
+#include "QWPlatform/plugins/AudioComponent.h"
 
 #include <QFileInfo>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "../../plugins/AudioPlugin.h"
 #include "LilvPointers.h"
 #include "Lv2Description.h"
 #include "Lv2Features.h"
 #include "Lv2Ports.h"
 #include "Lv2Sequence.h"
+#include "QWPlatform/plugins/AudioPlugin.h"
 
 namespace platform
 {

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QWBase/qwbase_export.h>
+#include <QWPlatform/network/UrlLoader.h>
+
+#include <QMap>
+#include <QString>
+
+/// A POST request whose body is a multipart form (RFC 7578) of these text fields, in UTF-8 and in order of name.
+QWBASE_EXPORT platform::UrlRequest requestWithURLMultipartForm(const QUrl &url, const QMap<QString, QString> &fields);

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "QWPlatform/appkit/Alerts.h"
+
+namespace platform
+{
+
+/// Alerts as panels of our own. Without an application object they go to standard error and choose the default button.
+class QWPLATFORM_EXPORT LinuxAlerts : public Alerts
+{
+public:
+    int run(const Alert &alert) override;
+};
+
+} // namespace platform

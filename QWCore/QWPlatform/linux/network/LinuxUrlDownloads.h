@@ -1,0 +1,40 @@
+#pragma once
+
+#include "QWPlatform/network/transfers/UrlDownload.h"
+
+#include <QPointer>
+
+#include <chrono>
+#include <vector>
+
+namespace platform
+{
+
+class LinuxUrlTransfer;
+
+/// Streams answers to files. A file appears at its destination, in one step, once it is whole.
+class QWPLATFORM_EXPORT LinuxUrlDownloads : public UrlDownloads
+{
+public:
+    /// Beyond which a download fails.
+    struct Limits
+    {
+        std::chrono::milliseconds inactivity = std::chrono::seconds(30); ///< Without a byte.
+        qint64 fileSize = largestFile;                                   ///< In bytes.
+    };
+
+    LinuxUrlDownloads();
+    explicit LinuxUrlDownloads(const Limits &limits);
+    ~LinuxUrlDownloads() override;
+
+    std::unique_ptr<UrlDownload> start(const QUrl &url, const QString &destination,
+                                       UrlDownloadObserver &observer) override;
+    void cancelAll() override;
+
+private:
+    const Limits m_limits;
+    std::vector<QPointer<LinuxUrlTransfer>> m_transfers; ///< Those that have gone are null.
+    bool m_cancelled = false;
+};
+
+} // namespace platform

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "QWPlatform/plugins/PluginLoader.h"
+
+#include <QWPlatform/qwplatform_export.h>
+
+namespace platform
+{
+
+class ComponentRegistry;
+class Locations;
+
+class QWPLATFORM_EXPORT LinuxPluginLoader : public PluginLoader
+{
+public:
+    LinuxPluginLoader(const Locations &locations, ComponentRegistry &registry);
+
+    std::unique_ptr<AudioPlugin> openComponent(const AudioComponent &component, QString *error) override;
+    std::unique_ptr<AudioPlugin> openVST(const QString &path, QString *error) override;
+
+private:
+    const Locations &m_locations;
+    ComponentRegistry &m_registry;
+};
+
+} // namespace platform

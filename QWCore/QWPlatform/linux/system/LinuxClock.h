@@ -1,0 +1,16 @@
+#pragma once
+
+#include "QWPlatform/foundation/Clock.h"
+
+namespace platform
+{
+
+class QWPLATFORM_EXPORT LinuxClock : public Clock
+{
+public:
+    QDateTime now() const override;
+    qint64 monotonicNanoseconds() const override;
+    void sleep(std::chrono::nanoseconds time, std::stop_token stop) override;
+};
+
+} // namespace platform

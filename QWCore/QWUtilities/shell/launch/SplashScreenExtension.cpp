@@ -1,0 +1,17 @@
+#include "SplashScreenExtension.h"
+
+#include "QWUtilities/shell/QWSplashScreen.h"
+
+#include <QWBase/QWApplication.h>
+
+void SplashScreenExtension::willFinishLaunching(QWApplication &application)
+{
+    if (application.usesSplashScreen())
+        QWSplashScreen::splashScreen().open();
+}
+
+void SplashScreenExtension::didFinishLaunching(QWApplication &application)
+{
+    if (application.usesSplashScreen())
+        QWSplashScreen::splashScreen().close();
+}

@@ -1,0 +1,54 @@
+#include "KeyboardShortcutsExtensions.h"
+
+#include "KeyPressTracker.h"
+#include "QWUtilities/shortcuts/QWKeyboardShortcuts.h"
+
+#include <QWBase/QWApplication.h>
+#include <QWPlatform/System.h>
+#include <QWPlatform/appkit/ResponderChain.h>
+#include <QWPlatform/devices/input/KeyboardState.h>
+
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QThread>
+
+namespace
+{
+using Sight = qw::KeyPressTracker::Sight;
+
+bool isConsumed(QObject &receiver, const QKeyEvent &event)
+{
+    static qw::KeyPressTracker tracker;
+    const Sight sight = tracker.see(receiver, event);
+    if (sight != Sight::First)
+        return sight == Sight::Consumed;
+    const bool consumed = QWKeyboardShortcuts::performShortcut(event);
+    tracker.judged(receiver, event, consumed);
+    return consumed;
+}
+
+/// A bar shows with its window, or comes into one that shows already.
+void menusWillShow(const QObject &receiver)
+{
+    const auto *const widget = qobject_cast<const QWidget *>(&receiver);
+    if (!widget)
+        return;
+    const auto *const bar = qobject_cast<const QMenuBar *>(widget);
+    if (const QMenuBar *const shown = bar || !widget->isWindow() ? bar : platform::menuBarOf(widget))
+        QWKeyboardShortcuts::menuBarWillShow(*shown);
+}
+} // namespace
+
+bool KeyboardShortcutsExtensions::sendEvent(QWApplication &application, QObject *receiver, QEvent *event)
+{
+    if (event->type() == QEvent::Show && !event->spontaneous())
+        menusWillShow(*receiver);
+    if (!platform::KeyEvent::concerns(*event) || QThread::currentThread() != application.thread())
+        return false;
+    const auto &key = static_cast<const QKeyEvent &>(*event);
+    platform::System::current().keyboardState().noteKeyEvent(key);
+    if (!isConsumed(*receiver, key))
+        return false;
+    event->accept(); // a question that is accepted asks no QAction
+    return true;
+}
