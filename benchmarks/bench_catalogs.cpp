@@ -29,8 +29,8 @@ struct ComponentKey
     static const QWComponentDescription &of(const QWAUDescription &record) { return record.componentDescription(); }
 };
 
-using VSTCatalog = PluginCatalog<QWVSTDescription, PathKey>;
-using AUCatalog = PluginCatalog<QWAUDescription, ComponentKey>;
+using VSTCatalog = qw::PluginCatalog<QWVSTDescription, PathKey>;
+using AUCatalog = qw::PluginCatalog<QWAUDescription, ComponentKey>;
 
 QVariantMap vstState(int i)
 {

@@ -14,6 +14,12 @@ function(qw_add_framework name)
     add_library(${name} SHARED ${arg_SOURCES})
     add_library(QWUtilities::${name} ALIAS ${name})
     generate_export_header(${name} EXPORT_FILE_NAME ${QW_GENERATED_DIR}/${name}/${lower}_export.h)
+    string(TOUPPER ${name} upper)
+    set(test_export)
+    if(BUILD_TESTING)
+        set(test_export ${upper}_EXPORT)
+    endif()
+    configure_file(${CMAKE_SOURCE_DIR}/cmake/QWPrivateExport.h.in ${QW_GENERATED_DIR}/${name}/${lower}_private.h @ONLY)
     target_include_directories(${name} PUBLIC
         $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/QWCore> $<BUILD_INTERFACE:${QW_GENERATED_DIR}>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/QWCore>)

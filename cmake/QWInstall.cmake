@@ -3,6 +3,7 @@ include(CMakePackageConfigHelpers)
 get_property(frameworks GLOBAL PROPERTY QW_FRAMEWORKS)
 
 foreach(name IN LISTS frameworks)
+    string(TOLOWER ${name} lower)
     set(version_dir ${CMAKE_INSTALL_LIBDIR}/${name}.framework/Versions/A)
     install(TARGETS ${name} EXPORT QWUtilitiesTargets LIBRARY DESTINATION ${version_dir} NAMELINK_SKIP)
     install(DIRECTORY ${QW_LIB_DIR}/${name}.framework/Versions/A/
@@ -10,9 +11,16 @@ foreach(name IN LISTS frameworks)
     install(CODE "set(NAME ${name})
         set(LIB_DIR \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}\")
         include(\"${CMAKE_SOURCE_DIR}/cmake/QWFrameworkLinks.cmake\")")
-    install(DIRECTORY ${CMAKE_SOURCE_DIR}/QWCore/${name} ${QW_GENERATED_DIR}/${name}
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore
-        FILES_MATCHING PATTERN "*.h" PATTERN linux EXCLUDE PATTERN web EXCLUDE)
+    install(FILES ${QW_GENERATED_DIR}/${name}/${lower}_export.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore/${name})
+endforeach()
+
+# What is public is so by its place: headers at the top of a folder. The rooms below, and what puts the product together,
+# stay at home.
+foreach(folder QWPlatform QWPlatform/appkit QWPlatform/foundation QWPlatform/network QWPlatform/plugins
+        QWBase
+        QWUtilities/controllers QWUtilities/plugins QWUtilities/shell QWUtilities/shortcuts)
+    file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/QWCore/${folder}/*.h)
+    install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore/${folder})
 endforeach()
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QWUtilities)

@@ -1,11 +1,21 @@
 #!/usr/bin/env python3
-"""Checks that arrows between the floors only point down. Prints each offending include; exit status 1 when there is any."""
+"""Checks who includes what. Prints each offending include; exit status 1 when there is any.
+
+- Arrows between the floors only point down, and between subsystems only where SUBSYSTEMS draws one.
+- What stands at the top of a folder is its face, which is installed. A face includes only faces and Qt.
+- Below stand rooms. What is in a room is included from its own folder only, and from the floors above where SHARED
+  names it. The Linux machine, which makes everything that the platform promises, may look into the platform's rooms.
+- Examples include faces only.
+- No folder is a hall.
+"""
 import pathlib
 import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
+CORE = ROOT / "QWCore"
 FLOORS = ["QWPlatform", "QWBase", "QWUtilities"]
+MOST_FILES = 30
 # Inside the product: subsystem -> subsystems that it may include.
 SUBSYSTEMS = {
     "plugins": {"shell"},
@@ -15,33 +25,82 @@ SUBSYSTEMS = {
     "recorder": set(),
     "shell": set(),
 }
-# Folders of QWPlatform whose headers only the seam's own assembly may name.
-PRIVATE_ASSEMBLY = {"QWPlatform/System.cpp"}
-INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]')
+# Room -> headers in it that other folders of the library, our programs and the floors above may include; hosts may not.
+SHARED = {
+    "QWPlatform/appkit/events": {"ModifierFlags", "PendingInput"},
+    "QWPlatform/appkit/menus": {"KeyEquivalent", "MenuEvents"},
+    "QWPlatform/appkit/responders": {"FirstResponder", "WidgetTree"},
+    "QWPlatform/appkit/toolbar": {"Toolbar", "ToolbarDelegate", "ToolbarItem"},
+    "QWPlatform/appkit/web": {"BrowserLinks"},
+    "QWPlatform/appkit/windows": {"AccessibleCell", "Compositing", "InstanceLink", "Sheet", "WindowOpenState"},
+    "QWPlatform/devices/components": {"ComponentRegistry", "ResourceFork"},
+    "QWPlatform/devices/input": {"KeyboardState", "RemoteReceiver"},
+    "QWPlatform/devices/serial": {"SerialLines", "SerialRegistry"},
+    "QWPlatform/foundation/files": {"FileDescriptor", "LockFile", "RegularFile"},
+    "QWPlatform/foundation/lists": {"PropertyListValues", "Utf8", "XmlPropertyListText"},
+    "QWPlatform/foundation/processes": {"ChildProcesses"},
+    "QWPlatform/network/transfers": {"Proxies", "UrlDownload"},
+    "QWBase/files": {"QWPathStrings", "QWResourceFile"},
+    "QWBase/menus": {"QWSortedMenuBuilder"},
+    "QWBase/records": {"QWStateWriter"},
+}
+# Who puts things together: file -> rooms that it may name besides.
+ASSEMBLY = {
+    "QWPlatform/System.cpp": {"QWPlatform/linux/system"},
+    "QWUtilities/Categories.cpp": {"QWUtilities/shell/launch", "QWUtilities/shortcuts/dispatch"},
+}
+# What plays a host for pictures of its windows looks behind them.
+BEHIND_THE_WINDOWS = "examples/host/tour"
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
 def included_files(path):
+    """Line, text and place below QWCore of each include that leads there."""
     for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
         match = INCLUDE.match(line)
         if not match:
             continue
-        name = match.group(1)
-        for candidate in (path.parent / name, ROOT / "QWCore" / name):
-            if candidate.is_file():
-                yield number, name, candidate.resolve().relative_to(ROOT / "QWCore")
+        beside = [path.parent / match.group(2)] if match.group(1) == '"' else []
+        for candidate in [*beside, CORE / match.group(2)]:
+            if candidate.is_file() and CORE in candidate.resolve().parents:
+                yield number, match.group(2), candidate.resolve().relative_to(CORE)
                 break
 
 
-def floor_of(relative):
-    return FLOORS.index(relative.parts[0])
+def folder_of(place):
+    """The folder whose face and rooms these are: "QWPlatform/appkit", "QWBase", "QWUtilities/shell"."""
+    if place.parts[0] == "QWBase" or len(place.parts) == 2:
+        return place.parts[0]
+    return "/".join(place.parts[:2])
 
 
-def complaint(source, target):
-    if floor_of(target) > floor_of(source):
+def is_face(place):
+    return str(place.parent) == folder_of(place) and str(place) != "QWUtilities/Categories.h"
+
+
+def is_shared(place):
+    return place.stem in SHARED.get(str(place.parent), ())
+
+
+def complaint_about_face(source, target):
+    if source.suffix == ".h" and is_face(source) and not is_face(target):
+        return "what is installed must not include what is not"
+    return None
+
+
+def complaint_about_room(source, target):
+    if is_face(target) or is_shared(target) or folder_of(source) == folder_of(target):
+        return None
+    if source.parts[:2] == ("QWPlatform", "linux") and target.parts[0] == "QWPlatform":
+        return None
+    if str(target.parent) in ASSEMBLY.get(str(source), ()):
+        return None
+    return f"{target.parent} is private to {folder_of(target)}"
+
+
+def complaint_about_arrow(source, target):
+    if FLOORS.index(target.parts[0]) > FLOORS.index(source.parts[0]):
         return f"{source.parts[0]} must not look up to {target.parts[0]}"
-    linux = target.parts[:2] == ("QWPlatform", "linux")
-    if linux and source.parts[:2] != ("QWPlatform", "linux") and str(source) not in PRIVATE_ASSEMBLY:
-        return "only the Linux machine knows its own classes"
     if source.parts[0] == target.parts[0] == "QWUtilities" and len(source.parts) > 2 and len(target.parts) > 2:
         own, other = source.parts[1], target.parts[1]
         if own != other and other not in SUBSYSTEMS.get(own, set()):
@@ -49,17 +108,38 @@ def complaint(source, target):
     return None
 
 
-def main():
-    failures = 0
-    for path in sorted((ROOT / "QWCore").rglob("*")):
-        if path.suffix not in {".h", ".cpp"}:
-            continue
-        source = path.relative_to(ROOT / "QWCore")
+def complaints():
+    for path in sources_below("QWCore"):
+        source = path.relative_to(CORE)
         for number, name, target in included_files(path):
-            reason = complaint(source, target)
+            reason = (complaint_about_arrow(source, target) or complaint_about_face(source, target)
+                      or complaint_about_room(source, target))
             if reason:
-                print(f"QWCore/{source}:{number}: {name}: {reason}")
-                failures += 1
+                yield f"QWCore/{source}:{number}: {name}: {reason}"
+    for path in [*sources_below("examples"), *sources_below("validators"), *sources_below("tools")]:
+        place = path.relative_to(ROOT)
+        is_host = place.parts[0] == "examples"
+        for number, name, target in included_files(path):
+            if is_face(target) or (not is_host and is_shared(target)) or str(place).startswith(BEHIND_THE_WINDOWS):
+                continue
+            yield f"{place}:{number}: {name}: hosts include what is installed, our programs what is shared"
+
+
+def sources_below(folder):
+    return [path for path in sorted((ROOT / folder).rglob("*")) if path.suffix in {".h", ".cpp"}]
+
+
+def halls():
+    folders = {path.parent for path in sources_below("QWCore")}
+    for folder in sorted(folders):
+        files = sum(path.suffix in {".h", ".cpp"} for path in folder.iterdir())
+        if files > MOST_FILES:
+            yield f"{folder.relative_to(ROOT)}: {files} files, which is a hall: {MOST_FILES} at most"
+
+
+def main():
+    failures = [*complaints(), *halls()]
+    print(*failures, sep="\n", end="\n" if failures else "")
     return 1 if failures else 0
 
 

@@ -12,9 +12,9 @@ namespace
 {
 constexpr QWApplicationCategory categories[] = {
     {.name = "SplashScreenExtension",
-     .willFinishLaunching = SplashScreenExtension::willFinishLaunching,
-     .didFinishLaunching = SplashScreenExtension::didFinishLaunching},
-    {.name = "KeyboardShortcutsExtensions", .sendEvent = KeyboardShortcutsExtensions::sendEvent},
+     .willFinishLaunching = qw::SplashScreenExtension::willFinishLaunching,
+     .didFinishLaunching = qw::SplashScreenExtension::didFinishLaunching},
+    {.name = "KeyboardShortcutsExtensions", .sendEvent = qw::KeyboardShortcutsExtensions::sendEvent},
 };
 
 /// A host calls nothing of this library to have its categories.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QWBase/QWApplicationCategory.h>
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <span>
 
@@ -9,6 +9,6 @@ namespace qw
 {
 
 /// What this library adds to the application object, outermost first. Registered when the library is loaded.
-QWUTILITIES_EXPORT std::span<const QWApplicationCategory> applicationCategories();
+QWUTILITIES_TEST_EXPORT std::span<const QWApplicationCategory> applicationCategories();
 
 } // namespace qw

@@ -67,7 +67,7 @@ public:
 
     QTemporaryDir folder;
     QString path = folder.path() + "/support/db.plist";
-    CatalogFile file{path};
+    qw::CatalogFile file{path};
     std::vector<std::shared_ptr<QWVSTDescription>> records;
 };
 
@@ -269,7 +269,7 @@ void tst_CatalogFile::missingFoldersAreMade()
 {
     Fixture f;
     const QString path = f.folder.path() + "/a/b/c/db.plist";
-    CatalogFile file(path);
+    qw::CatalogFile file(path);
     f.add("A");
     file.save(1, 0, [&](std::size_t) -> const QWCatalogRecord & { return *f.records[0]; });
     QVERIFY(QFile::exists(path));
@@ -290,7 +290,7 @@ void tst_CatalogFile::unwritablePlacesAreSilent()
     QFETCH(QString, path);
     Fixture f;
     QFile(f.folder.path() + "/support/file").open(QIODevice::WriteOnly);
-    CatalogFile file(path.isEmpty() || path.startsWith('/') ? path : f.folder.path() + '/' + path);
+    qw::CatalogFile file(path.isEmpty() || path.startsWith('/') ? path : f.folder.path() + '/' + path);
     f.add("A");
     const auto recordAt = [&](std::size_t) -> const QWCatalogRecord & { return *f.records[0]; };
     file.save(1, 0, recordAt);
@@ -343,9 +343,9 @@ void tst_CatalogFile::readsMissingAsNone()
     QCOMPARE(f.file.read(), std::optional(QByteArray("")));
     f.overwrite("abc");
     QCOMPARE(f.file.read(), std::optional(QByteArray("abc")));
-    QVERIFY(!CatalogFile(f.folder.path()).read());
+    QVERIFY(!qw::CatalogFile(f.folder.path()).read());
     QCOMPARE(::mkfifo(QFile::encodeName(f.path + ".fifo").constData(), 0600), 0);
-    QVERIFY(!CatalogFile(f.path + ".fifo").read()); // and does not wait for a writer
+    QVERIFY(!qw::CatalogFile(f.path + ".fifo").read()); // and does not wait for a writer
 }
 
 QW_TEST_MAIN(tst_CatalogFile)

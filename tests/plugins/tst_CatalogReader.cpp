@@ -38,8 +38,9 @@ template <class Record>
 std::vector<std::shared_ptr<Record>> read(const QByteArray &data)
 {
     std::vector<std::shared_ptr<Record>> records;
-    CatalogReader::read(data, {[&]() -> QWCatalogRecord & { return *records.emplace_back(std::make_shared<Record>()); },
-                               [&] { records.clear(); }});
+    qw::CatalogReader::read(data,
+                            {[&]() -> QWCatalogRecord & { return *records.emplace_back(std::make_shared<Record>()); },
+                             [&] { records.clear(); }});
     return records;
 }
 

@@ -37,10 +37,10 @@ private:
 
 static QByteArray written(const QWCatalogRecord &record)
 {
-    CatalogXmlWriter writer;
-    writer.append(CatalogXmlWriter::head());
+    qw::CatalogXmlWriter writer;
+    writer.append(qw::CatalogXmlWriter::head());
     writer.appendRecord(record);
-    writer.append(CatalogXmlWriter::tail());
+    writer.append(qw::CatalogXmlWriter::tail());
     return QByteArray::fromStdString(std::string(writer.text()));
 }
 

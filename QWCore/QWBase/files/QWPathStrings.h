@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWBase/qwbase_export.h>
+#include <QWBase/qwbase_private.h>
 
 #include <QString>
 
@@ -10,9 +10,9 @@ namespace QWPathStrings
 
 /// The name shown for @p path: its last component, without the extension when that is one of a bundle, a sound file or
 /// a file of the product ("Echo" for "/…/Echo.vst"). Others stay, since they may be part of a name ("Room 2.5").
-QWBASE_EXPORT QString filename(const QString &path);
+QWBASE_SHARED_EXPORT QString filename(const QString &path);
 
 /// Replaces the last component, which a trailing slash does not hide; @p component may itself have several.
-QWBASE_EXPORT void replaceLastPathComponent(QString &path, const QString &component);
+QWBASE_SHARED_EXPORT void replaceLastPathComponent(QString &path, const QString &component);
 
 } // namespace QWPathStrings

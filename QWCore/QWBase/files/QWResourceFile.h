@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWBase/qwbase_export.h>
+#include <QWBase/qwbase_private.h>
 #include <QWPlatform/devices/components/ResourceFork.h>
 
 #include <QByteArray>
@@ -12,7 +12,7 @@ class QString;
 class QWError;
 
 /// A file of typed resources ("X.rsrc"). A value; reads the whole file at once.
-class QWBASE_EXPORT QWResourceFile
+class QWBASE_SHARED_EXPORT QWResourceFile
 {
 public:
     /// The resource file at @p path (documented text); none, and the reason in @p error, when it cannot be read or is

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWBase/qwbase_export.h>
+#include <QWBase/qwbase_private.h>
 
 #include <QHash>
 #include <QString>
@@ -18,7 +18,7 @@ class QMenu;
 /// Fills a menu with many items. The result is that of as many addItemSortedWithTitle() calls in the same order, but
 /// titles are prepared for sorting once and the menu is told of each item once. Items exist as soon as they are added
 /// and are put into their menus by build().
-class QWBASE_EXPORT QWSortedMenuBuilder
+class QWBASE_SHARED_EXPORT QWSortedMenuBuilder
 {
 public:
     /// @p menu is not owned and in title order; it may hold items already.

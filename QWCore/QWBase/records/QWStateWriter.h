@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWBase/qwbase_export.h>
+#include <QWBase/qwbase_private.h>
 
 #include <QByteArrayView>
 #include <QLatin1StringView>
@@ -8,7 +8,7 @@
 class QString;
 
 /// Takes the entries of one state dictionary, so that a record lists them once, whatever becomes of them.
-class QWBASE_EXPORT QWStateWriter
+class QWBASE_SHARED_EXPORT QWStateWriter
 {
 public:
     virtual ~QWStateWriter();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QWBase/qwbase_export.h>
+#include <QWBase/qwbase_private.h>
 
 #include <QString>
 
 /// MD5 of @p data as 32 lower-case hexadecimal digits. For names and check-sums that are agreed on, not for secrets.
-QWBASE_EXPORT QString md5String(const QByteArray &data);
+QWBASE_TEST_EXPORT QString md5String(const QByteArray &data);

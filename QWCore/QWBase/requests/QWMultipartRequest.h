@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QWBase/qwbase_export.h>
+#include <QWBase/qwbase_private.h>
 #include <QWPlatform/network/UrlLoader.h>
 
 #include <QMap>
 #include <QString>
 
 /// A POST request whose body is a multipart form (RFC 7578) of these text fields, in UTF-8 and in order of name.
-QWBASE_EXPORT platform::UrlRequest requestWithURLMultipartForm(const QUrl &url, const QMap<QString, QString> &fields);
+QWBASE_TEST_EXPORT platform::UrlRequest requestWithURLMultipartForm(const QUrl &url,
+                                                                    const QMap<QString, QString> &fields);

@@ -1,7 +1,9 @@
 #include "QWAUManager.h"
 
+#include "QWUtilities/plugins/catalog/PluginCatalog.h"
 #include "QWUtilities/plugins/catalog/PluginMenu.h"
 #include "QWUtilities/plugins/scan/ComponentIdentifiers.h"
+#include "QWUtilities/plugins/scan/PluginValidation.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
@@ -16,6 +18,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 using platform::fourCharCode;
 using platform::localized;
@@ -64,17 +67,61 @@ void tellThatUnitCannotBeOpened()
 }
 } // namespace
 
+class QWAUManager::Private
+{
+public:
+    explicit Private(const QWAUManager &owner)
+        : m_owner(owner)
+        , m_validation(qw::audioUnitFormat)
+        , m_catalog(platform::System::current().locations().mapped(m_validation.databasePath()))
+    {
+    }
+
+    const std::vector<std::shared_ptr<QWAUDescription>> &database() const { return m_catalog.records(); }
+    void validate();
+    std::unique_ptr<QMenu> _menuWithTargetActionIsInstrument(QObject *target, const platform::Selector &action,
+                                                             bool isInstrument) const;
+
+private:
+    struct ComponentKey
+    {
+        static const QWComponentDescription &of(const QWAUDescription &record) { return record.componentDescription(); }
+    };
+
+    void _dropStaleRecords(const std::vector<QWComponentDescription> &installed);
+    void _addNewUnit(const QWComponentDescription &unit);
+    void _saveDatabase();
+    std::shared_ptr<QWAUDescription> _descriptionWithComponentDescription(const QWComponentDescription &description);
+    std::optional<QString> _nameOfGraylistEntryForComponentDescription(const QWComponentDescription &description);
+    QString _identifierOf(const QWComponentDescription &description);
+
+    const QWAUManager &m_owner;
+    qw::PluginValidation m_validation;
+    qw::PluginCatalog<QWAUDescription, ComponentKey> m_catalog;
+    std::optional<QVariantList> m_graylist; ///< Read at first use: the bundle of a subclass is not known earlier.
+    std::unique_ptr<qw::ComponentIdentifiers> m_identifiers; ///< During a scan, from its first new unit on.
+};
+
 QWAUManager::QWAUManager()
-    : m_validation(audioUnitFormat)
-    , m_catalog(platform::System::current().locations().mapped(m_validation.databasePath()))
+    : d(std::make_unique<Private>(*this))
 {
 }
 
 QWAUManager::~QWAUManager() = default;
 
+const std::vector<std::shared_ptr<QWAUDescription>> &QWAUManager::database() const
+{
+    return d->database();
+}
+
 void QWAUManager::validate()
 {
-    const PluginValidation::Scan scan(m_validation);
+    d->validate();
+}
+
+void QWAUManager::Private::validate()
+{
+    const qw::PluginValidation::Scan scan(m_validation);
     const auto forgetIdentifiers = qScopeGuard([this] { m_identifiers.reset(); });
     const auto installed = installedUnits();
     m_catalog.forgetKeys(); // the host has the records, too, and may have changed one
@@ -84,7 +131,7 @@ void QWAUManager::validate()
             _addNewUnit(unit);
 }
 
-void QWAUManager::_dropStaleRecords(const std::vector<QWComponentDescription> &installed)
+void QWAUManager::Private::_dropStaleRecords(const std::vector<QWComponentDescription> &installed)
 {
     const QSet<QWComponentDescription> known(installed.begin(), installed.end());
     const auto isGone = [&](const QWAUDescription &record) { return !known.contains(record.componentDescription()); };
@@ -92,7 +139,7 @@ void QWAUManager::_dropStaleRecords(const std::vector<QWComponentDescription> &i
         _saveDatabase();
 }
 
-void QWAUManager::_addNewUnit(const QWComponentDescription &unit)
+void QWAUManager::Private::_addNewUnit(const QWComponentDescription &unit)
 {
     const auto record = QWAUDescription::description();
     record->setComponentDescription(unit);
@@ -119,23 +166,23 @@ void QWAUManager::_addNewUnit(const QWComponentDescription &unit)
     _saveDatabase();
 }
 
-void QWAUManager::_saveDatabase()
+void QWAUManager::Private::_saveDatabase()
 {
     m_catalog.save();
 }
 
 std::shared_ptr<QWAUDescription>
-QWAUManager::_descriptionWithComponentDescription(const QWComponentDescription &description)
+QWAUManager::Private::_descriptionWithComponentDescription(const QWComponentDescription &description)
 {
     return m_catalog.find(description);
 }
 
 std::optional<QString>
-QWAUManager::_nameOfGraylistEntryForComponentDescription(const QWComponentDescription &description)
+QWAUManager::Private::_nameOfGraylistEntryForComponentDescription(const QWComponentDescription &description)
 {
     if (!m_graylist)
         m_graylist = platform::PropertyList::arrayFromFile(
-            platform::Bundle::forClassOf(*this).pathForResource(audioUnitFormat.graylist, "plist"));
+            platform::Bundle::forClassOf(m_owner).pathForResource(qw::audioUnitFormat.graylist, "plist"));
     for (const QVariant &element : std::as_const(*m_graylist)) {
         const QVariantMap entry = element.toMap();
         if (signedWord(entry["subtype"]) == static_cast<qint32>(description.subtype()) &&
@@ -146,10 +193,10 @@ QWAUManager::_nameOfGraylistEntryForComponentDescription(const QWComponentDescri
     return std::nullopt;
 }
 
-QString QWAUManager::_identifierOf(const QWComponentDescription &description)
+QString QWAUManager::Private::_identifierOf(const QWComponentDescription &description)
 {
     if (!m_identifiers) {
-        m_identifiers = std::make_unique<ComponentIdentifiers>();
+        m_identifiers = std::make_unique<qw::ComponentIdentifiers>();
         for (const char *folder : componentFolders)
             m_identifiers->loadFromDirectory(folder);
     }
@@ -159,24 +206,25 @@ QString QWAUManager::_identifierOf(const QWComponentDescription &description)
 std::unique_ptr<QMenu> QWAUManager::instrumentsMenuWithTargetAction(QObject *target,
                                                                     const platform::Selector &action) const
 {
-    return _menuWithTargetActionIsInstrument(target, action, true);
+    return d->_menuWithTargetActionIsInstrument(target, action, true);
 }
 
 std::unique_ptr<QMenu> QWAUManager::effectsMenuWithTargetAction(QObject *target, const platform::Selector &action) const
 {
-    return _menuWithTargetActionIsInstrument(target, action, false);
+    return d->_menuWithTargetActionIsInstrument(target, action, false);
 }
 
 /// Without units the menu stays empty on purpose: no placeholder, unlike the VST menus.
-std::unique_ptr<QMenu> QWAUManager::_menuWithTargetActionIsInstrument(QObject *target, const platform::Selector &action,
-                                                                      bool isInstrument) const
+std::unique_ptr<QMenu> QWAUManager::Private::_menuWithTargetActionIsInstrument(QObject *target,
+                                                                               const platform::Selector &action,
+                                                                               bool isInstrument) const
 {
-    PluginMenu menu(target, action);
+    qw::PluginMenu menu(target, action);
     for (const auto &record : m_catalog.records()) {
         if (record->ignore() || record->isPlayer() || record->isInstrument() != isInstrument)
             continue;
-        PluginMenu::Folder *folder = menu.folder(menu.top(), record->manufacturer());
-        PluginMenu::addItem(*folder, record->name(), QVariant::fromValue(record->componentDescription()));
+        qw::PluginMenu::Folder *folder = menu.folder(menu.top(), record->manufacturer());
+        qw::PluginMenu::addItem(*folder, record->name(), QVariant::fromValue(record->componentDescription()));
     }
     return menu.take();
 }

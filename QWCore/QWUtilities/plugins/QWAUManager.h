@@ -1,13 +1,11 @@
 #pragma once
 
 #include "QWAUDescription.h"
-#include "QWUtilities/plugins/catalog/PluginCatalog.h"
-#include "QWUtilities/plugins/scan/PluginValidation.h"
 
 #include <QWPlatform/appkit/Selector.h>
 
 #include <memory>
-#include <optional>
+#include <vector>
 
 class QMenu;
 class QObject;
@@ -31,25 +29,9 @@ public:
     std::unique_ptr<QMenu> effectsMenuWithTargetAction(QObject *target, const platform::Selector &action) const;
 
     /// In order of addition.
-    const std::vector<std::shared_ptr<QWAUDescription>> &database() const { return m_catalog.records(); }
+    const std::vector<std::shared_ptr<QWAUDescription>> &database() const;
 
 private:
-    struct ComponentKey
-    {
-        static const QWComponentDescription &of(const QWAUDescription &record) { return record.componentDescription(); }
-    };
-
-    void _dropStaleRecords(const std::vector<QWComponentDescription> &installed);
-    void _addNewUnit(const QWComponentDescription &unit);
-    void _saveDatabase();
-    std::shared_ptr<QWAUDescription> _descriptionWithComponentDescription(const QWComponentDescription &description);
-    std::optional<QString> _nameOfGraylistEntryForComponentDescription(const QWComponentDescription &description);
-    QString _identifierOf(const QWComponentDescription &description);
-    std::unique_ptr<QMenu> _menuWithTargetActionIsInstrument(QObject *target, const platform::Selector &action,
-                                                             bool isInstrument) const;
-
-    PluginValidation m_validation;
-    PluginCatalog<QWAUDescription, ComponentKey> m_catalog;
-    std::optional<QVariantList> m_graylist; ///< Read at first use: the bundle of a subclass is not known earlier.
-    std::unique_ptr<class ComponentIdentifiers> m_identifiers; ///< During a scan, from its first new unit on.
+    class Private;
+    std::unique_ptr<Private> d;
 };

@@ -1,8 +1,10 @@
 #include "QWVSTManager.h"
 
+#include "QWUtilities/plugins/catalog/PluginCatalog.h"
 #include "QWUtilities/plugins/catalog/PluginMenu.h"
 #include "QWUtilities/plugins/scan/FolderEntries.h"
 #include "QWUtilities/plugins/scan/PathExtension.h"
+#include "QWUtilities/plugins/scan/PluginValidation.h"
 
 #include <QWBase/QWFile.h>
 #include <QWBase/files/QWPathStrings.h>
@@ -13,10 +15,14 @@
 #include <QWPlatform/foundation/PropertyList.h>
 
 #include <QMenu>
+#include <QSet>
 
 #include <algorithm>
+#include <optional>
 
 using platform::System;
+using qw::FolderEntries;
+using qw::PluginMenu;
 
 namespace
 {
@@ -46,17 +52,64 @@ PluginMenu::Folder *folderOf(const QString &path, PluginMenu &menu)
 }
 } // namespace
 
+class QWVSTManager::Private
+{
+public:
+    explicit Private(const QWVSTManager &owner)
+        : m_owner(owner)
+        , m_validation(qw::vstFormat)
+        , m_catalog(System::current().locations().mapped(m_validation.databasePath()))
+    {
+    }
+
+    const std::vector<std::shared_ptr<QWVSTDescription>> &database() const { return m_catalog.records(); }
+    void validate();
+    std::unique_ptr<QMenu> _menuWithTargetActionIsInstrument(QObject *target, const platform::Selector &action,
+                                                             bool isInstrument) const;
+
+private:
+    struct PathKey
+    {
+        static const QString &of(const QWVSTDescription &record) { return record.path(); }
+    };
+
+    using OpenFolders = std::vector<FolderEntries::Identity>; ///< Outermost first: a link may lead back.
+
+    void _dropStaleRecords();
+    void _loadDescriptionsForDirectory(const QString &folder, OpenFolders &open);
+    static bool _isFolder(const QString &path, FolderEntries::Kind kind);
+    void _addNewBundle(const QString &path, const QString &entryName);
+    void _saveDatabase();
+    std::shared_ptr<QWVSTDescription> _descriptionForPath(const QString &path);
+    bool _isGraylisted(const QString &path);
+
+    const QWVSTManager &m_owner;
+    qw::PluginValidation m_validation;
+    qw::PluginCatalog<QWVSTDescription, PathKey> m_catalog;
+    std::optional<QSet<QString>> m_graylist; ///< Bundle identifiers, read at first use: the bundle of a subclass is
+                                             ///< not known earlier.
+};
+
 QWVSTManager::QWVSTManager()
-    : m_validation(vstFormat)
-    , m_catalog(System::current().locations().mapped(m_validation.databasePath()))
+    : d(std::make_unique<Private>(*this))
 {
 }
 
 QWVSTManager::~QWVSTManager() = default;
 
+const std::vector<std::shared_ptr<QWVSTDescription>> &QWVSTManager::database() const
+{
+    return d->database();
+}
+
 void QWVSTManager::validate()
 {
-    const PluginValidation::Scan scan(m_validation);
+    d->validate();
+}
+
+void QWVSTManager::Private::validate()
+{
+    const qw::PluginValidation::Scan scan(m_validation);
     _dropStaleRecords();
     for (const char *folder : pluginFolders) {
         OpenFolders open; // the scan's own: an exception may end it anywhere
@@ -64,7 +117,7 @@ void QWVSTManager::validate()
     }
 }
 
-void QWVSTManager::_dropStaleRecords()
+void QWVSTManager::Private::_dropStaleRecords()
 {
     const auto isStale = [](const QWVSTDescription &record) {
         const auto date = QWFile::modificationDateOfFileAtPath(record.path());
@@ -74,7 +127,7 @@ void QWVSTManager::_dropStaleRecords()
         _saveDatabase();
 }
 
-void QWVSTManager::_loadDescriptionsForDirectory(const QString &folder, OpenFolders &open)
+void QWVSTManager::Private::_loadDescriptionsForDirectory(const QString &folder, OpenFolders &open)
 {
     const FolderEntries listing(System::current().locations().mapped(folder));
     if (listing.entries().empty() || std::find(open.begin(), open.end(), listing.identity()) != open.end())
@@ -92,13 +145,13 @@ void QWVSTManager::_loadDescriptionsForDirectory(const QString &folder, OpenFold
     open.pop_back();
 }
 
-bool QWVSTManager::_isFolder(const QString &path, FolderEntries::Kind kind)
+bool QWVSTManager::Private::_isFolder(const QString &path, FolderEntries::Kind kind)
 {
     return kind == FolderEntries::Kind::Folder ||
            (kind == FolderEntries::Kind::Unknown && QWFile::directoryExistsAtPath(path));
 }
 
-void QWVSTManager::_addNewBundle(const QString &path, const QString &entryName)
+void QWVSTManager::Private::_addNewBundle(const QString &path, const QString &entryName)
 {
     const auto record = QWVSTDescription::descriptionWithPath(path);
     if (_isGraylisted(path) && m_validation.userIgnores(QWPathStrings::filename(path)))
@@ -113,21 +166,21 @@ void QWVSTManager::_addNewBundle(const QString &path, const QString &entryName)
     _saveDatabase();
 }
 
-void QWVSTManager::_saveDatabase()
+void QWVSTManager::Private::_saveDatabase()
 {
     m_catalog.save();
 }
 
-std::shared_ptr<QWVSTDescription> QWVSTManager::_descriptionForPath(const QString &path)
+std::shared_ptr<QWVSTDescription> QWVSTManager::Private::_descriptionForPath(const QString &path)
 {
     return m_catalog.find(path);
 }
 
-bool QWVSTManager::_isGraylisted(const QString &path)
+bool QWVSTManager::Private::_isGraylisted(const QString &path)
 {
     if (!m_graylist) {
         m_graylist.emplace();
-        const QString file = platform::Bundle::forClassOf(*this).pathForResource(vstFormat.graylist, "plist");
+        const QString file = platform::Bundle::forClassOf(m_owner).pathForResource(qw::vstFormat.graylist, "plist");
         for (const QVariant &element : platform::PropertyList::arrayFromFile(file))
             if (element.typeId() == QMetaType::QString)
                 m_graylist->insert(element.toString());
@@ -142,18 +195,18 @@ bool QWVSTManager::_isGraylisted(const QString &path)
 std::unique_ptr<QMenu> QWVSTManager::instrumentsMenuWithTargetAction(QObject *target,
                                                                      const platform::Selector &action) const
 {
-    return _menuWithTargetActionIsInstrument(target, action, true);
+    return d->_menuWithTargetActionIsInstrument(target, action, true);
 }
 
 std::unique_ptr<QMenu> QWVSTManager::effectsMenuWithTargetAction(QObject *target,
                                                                  const platform::Selector &action) const
 {
-    return _menuWithTargetActionIsInstrument(target, action, false);
+    return d->_menuWithTargetActionIsInstrument(target, action, false);
 }
 
-std::unique_ptr<QMenu> QWVSTManager::_menuWithTargetActionIsInstrument(QObject *target,
-                                                                       const platform::Selector &action,
-                                                                       bool isInstrument) const
+std::unique_ptr<QMenu> QWVSTManager::Private::_menuWithTargetActionIsInstrument(QObject *target,
+                                                                                const platform::Selector &action,
+                                                                                bool isInstrument) const
 {
     PluginMenu menu(target, action);
     for (const auto &record : m_catalog.records()) {

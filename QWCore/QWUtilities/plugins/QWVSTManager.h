@@ -1,16 +1,10 @@
 #pragma once
 
-#include "QWUtilities/plugins/catalog/PluginCatalog.h"
-#include "QWUtilities/plugins/scan/FolderEntries.h"
-#include "QWUtilities/plugins/scan/PluginValidation.h"
-
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/appkit/Selector.h>
 
-#include <QSet>
-
 #include <memory>
-#include <optional>
+#include <vector>
 
 class QMenu;
 class QObject;
@@ -35,28 +29,9 @@ public:
     std::unique_ptr<QMenu> effectsMenuWithTargetAction(QObject *target, const platform::Selector &action) const;
 
     /// In order of addition.
-    const std::vector<std::shared_ptr<QWVSTDescription>> &database() const { return m_catalog.records(); }
+    const std::vector<std::shared_ptr<QWVSTDescription>> &database() const;
 
 private:
-    struct PathKey
-    {
-        static const QString &of(const QWVSTDescription &record) { return record.path(); }
-    };
-
-    using OpenFolders = std::vector<FolderEntries::Identity>; ///< Outermost first: a link may lead back.
-
-    void _dropStaleRecords();
-    void _loadDescriptionsForDirectory(const QString &folder, OpenFolders &open);
-    static bool _isFolder(const QString &path, FolderEntries::Kind kind);
-    void _addNewBundle(const QString &path, const QString &entryName);
-    void _saveDatabase();
-    std::shared_ptr<QWVSTDescription> _descriptionForPath(const QString &path);
-    bool _isGraylisted(const QString &path);
-    std::unique_ptr<QMenu> _menuWithTargetActionIsInstrument(QObject *target, const platform::Selector &action,
-                                                             bool isInstrument) const;
-
-    PluginValidation m_validation;
-    PluginCatalog<QWVSTDescription, PathKey> m_catalog;
-    std::optional<QSet<QString>> m_graylist; ///< Bundle identifiers, read at first use: the bundle of a subclass is
-                                             ///< not known earlier.
+    class Private;
+    std::unique_ptr<Private> d;
 };

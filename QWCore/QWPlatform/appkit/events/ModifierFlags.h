@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <Qt>
 
@@ -20,6 +20,6 @@ enum ModifierFlag : quint32
 };
 
 /// The bits of @p modifiers; any thread.
-QWPLATFORM_EXPORT quint32 modifierFlagsOf(Qt::KeyboardModifiers modifiers);
+QWPLATFORM_SHARED_EXPORT quint32 modifierFlagsOf(Qt::KeyboardModifiers modifiers);
 
 } // namespace platform

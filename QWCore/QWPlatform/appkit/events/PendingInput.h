@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QBasicTimer>
 #include <QObject>
@@ -19,7 +19,7 @@ namespace platform
 /// Looks at what the user does while the main thread is in the middle of its work, without letting any of it act: what
 /// waits is taken before anybody gets it, and given back, in its order and ahead of what comes later, when the event
 /// loop runs again. Main thread.
-class QWPLATFORM_EXPORT PendingInput : public QObject
+class QWPLATFORM_SHARED_EXPORT PendingInput : public QObject
 {
 public:
     PendingInput();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QKeySequence>
 #include <QString>
@@ -14,7 +14,7 @@ namespace platform::KeyEquivalent
 QKeySequence sequence(const QString &character, quint32 modifierMask);
 
 /// The desktop's own wording ("Ctrl+S").
-QWPLATFORM_EXPORT QString text(const QString &character, quint32 modifierMask);
+QWPLATFORM_SHARED_EXPORT QString text(const QString &character, quint32 modifierMask);
 
 /// Whether @p event is that key, whichever way Shift was needed to type its character.
 bool matches(const QString &character, quint32 modifierMask, const QKeyEvent &event);

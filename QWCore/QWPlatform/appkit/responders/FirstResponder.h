@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 class QKeyEvent;
 
@@ -17,18 +17,18 @@ enum class FirstResponder
 };
 
 /// Main thread; takes nanoseconds while the focus stays.
-QWPLATFORM_EXPORT FirstResponder firstResponder();
+QWPLATFORM_SHARED_EXPORT FirstResponder firstResponder();
 
 /// True while keys go into a text.
-QWPLATFORM_EXPORT bool isTypingText();
+QWPLATFORM_SHARED_EXPORT bool isTypingText();
 
 /// Whether @p press is the text's that has the focus: it types there or moves in it. What comes with Ctrl, Alt or Meta
 /// is not, unless the text takes it itself, nor is a function key; AltGr, which comes as Ctrl and Alt with a text,
 /// types.
-QWPLATFORM_EXPORT bool belongsToText(const QKeyEvent &press);
+QWPLATFORM_SHARED_EXPORT bool belongsToText(const QKeyEvent &press);
 
 /// Whether the text that has the focus would take @p press without good reason: fields type what comes with Alt or
 /// Meta, and one that cannot be changed takes the keys of Undo, Redo, Cut and Paste.
-QWPLATFORM_EXPORT bool isTakenByMistake(const QKeyEvent &press);
+QWPLATFORM_SHARED_EXPORT bool isTakenByMistake(const QKeyEvent &press);
 
 } // namespace platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QPointer>
 #include <QStringList>
@@ -26,7 +26,7 @@ class ToolbarItem;
 ///     toolbar->setAutosavesConfiguration(true);
 ///     toolbar->setDisplayMode(Toolbar::IconOnly);
 ///     toolbar->setToolbarDelegate(this);
-class QWPLATFORM_EXPORT Toolbar : public QToolBar
+class QWPLATFORM_SHARED_EXPORT Toolbar : public QToolBar
 {
     Q_OBJECT
 

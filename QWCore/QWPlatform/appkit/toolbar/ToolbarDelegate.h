@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QStringList>
 
@@ -13,7 +13,7 @@ class Toolbar;
 class ToolbarItem;
 
 /// Says what a toolbar holds. Main thread.
-class QWPLATFORM_EXPORT ToolbarDelegate
+class QWPLATFORM_SHARED_EXPORT ToolbarDelegate
 {
 public:
     virtual ~ToolbarDelegate();

@@ -2,7 +2,7 @@
 
 #include "QWPlatform/appkit/Selector.h"
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QAction>
 #include <QPointer>
@@ -11,7 +11,7 @@ namespace platform
 {
 
 /// An item of a toolbar. Choosing it sends its action with the item as sender.
-class QWPLATFORM_EXPORT ToolbarItem : public QAction
+class QWPLATFORM_SHARED_EXPORT ToolbarItem : public QAction
 {
     Q_OBJECT
 

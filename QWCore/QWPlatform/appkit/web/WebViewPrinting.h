@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QPageLayout>
 
@@ -15,10 +15,11 @@ namespace platform
 {
 
 /// Page of @p locale's usual paper, A4 or Letter, upright, with room for a punch.
-QWPLATFORM_EXPORT QPageLayout webPageLayout(const QLocale &locale);
+QWPLATFORM_SHARED_EXPORT QPageLayout webPageLayout(const QLocale &locale);
 
 /// Asks for a printer in a sheet on the window of @p view and returns; @p print is called when the user chose one and
 /// @p view still lives.
-QWPLATFORM_EXPORT void askForPrinter(QWidget &view, std::function<void(std::shared_ptr<QPrinter> printer)> print);
+QWPLATFORM_SHARED_EXPORT void askForPrinter(QWidget &view,
+                                            std::function<void(std::shared_ptr<QPrinter> printer)> print);
 
 } // namespace platform

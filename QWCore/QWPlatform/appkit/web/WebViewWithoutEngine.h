@@ -2,6 +2,8 @@
 
 #include "QWPlatform/appkit/WebView.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <QPointer>
 
 class QTextBrowser;
@@ -11,7 +13,7 @@ namespace platform
 
 /// Stands in where the browser engine cannot be loaded: plain pages, local ones and HTML that was handed over; the
 /// policy decides as ever. Other addresses end with loadFinished(false).
-class QWPLATFORM_EXPORT WebViewWithoutEngine : public WebView
+class QWPLATFORM_TEST_EXPORT WebViewWithoutEngine : public WebView
 {
     Q_OBJECT
 

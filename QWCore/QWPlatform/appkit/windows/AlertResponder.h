@@ -2,7 +2,7 @@
 
 #include "QWPlatform/appkit/Alerts.h"
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <functional>
 #include <optional>
@@ -17,7 +17,7 @@ namespace platform
 using AlertResponder = std::function<std::optional<int>(const Alert &alert, QWidget *panel)>;
 
 /// Main thread; an empty one ends it.
-QWPLATFORM_EXPORT void setAlertResponder(AlertResponder responder);
-QWPLATFORM_EXPORT const AlertResponder &alertResponder();
+QWPLATFORM_SHARED_EXPORT void setAlertResponder(AlertResponder responder);
+QWPLATFORM_SHARED_EXPORT const AlertResponder &alertResponder();
 
 } // namespace platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <functional>
 
@@ -11,10 +11,10 @@ namespace platform
 
 /// Gives up a session bus that lets nobody in within 2 s: this process and its children are then without one. Qt would
 /// wait for it, at the start, for minutes. Before the application object is made.
-QWPLATFORM_EXPORT void giveUpSilentBus();
+QWPLATFORM_SHARED_EXPORT void giveUpSilentBus();
 
 /// Reaches a running instance of the same host over the session bus. Main thread.
-class QWPLATFORM_EXPORT InstanceLink
+class QWPLATFORM_SHARED_EXPORT InstanceLink
 {
 public:
     virtual ~InstanceLink();

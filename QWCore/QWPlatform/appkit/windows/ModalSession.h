@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QPointer>
 #include <QWidget>
@@ -10,7 +10,7 @@ namespace platform
 
 /// An application-modal panel during a piece of work: run() now and then lets the user's events through. Main thread.
 /// Sessions nest; the innermost is the one that runs.
-class QWPLATFORM_EXPORT ModalSession
+class QWPLATFORM_TEST_EXPORT ModalSession
 {
 public:
     static constexpr int Stopped = -1000;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QObject>
 #include <QPointer>
@@ -10,7 +10,7 @@ namespace platform
 {
 
 /// Whether a window is open when the application ends: Qt closes all windows on the way there, before aboutToQuit().
-class QWPLATFORM_EXPORT WindowOpenState : public QObject
+class QWPLATFORM_SHARED_EXPORT WindowOpenState : public QObject
 {
 public:
     /// Made while the application object is there; @p window is not owned.

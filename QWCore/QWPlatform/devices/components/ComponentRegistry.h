@@ -2,7 +2,7 @@
 
 #include "QWPlatform/plugins/AudioComponent.h"
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QByteArray>
 #include <QString>
@@ -23,7 +23,7 @@ struct ComponentLocation
 
 /// The audio system's list of installed components. Main thread; names and locations also from the one that opens
 /// plug-ins. The codes are the same in every process that looks at the same home and library root.
-class QWPLATFORM_EXPORT ComponentRegistry
+class QWPLATFORM_SHARED_EXPORT ComponentRegistry
 {
 public:
     virtual ~ComponentRegistry();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QByteArray>
 #include <QHash>
@@ -17,7 +17,7 @@ namespace platform
 /// every offset is checked, so a damaged file gives no fork, never a crash. Any thread. Resources that refer to the
 /// same bytes share them; areas that lie upon one another count as damage, so that a fork takes about the room of its
 /// file.
-class QWPLATFORM_EXPORT ResourceFork
+class QWPLATFORM_SHARED_EXPORT ResourceFork
 {
 public:
     struct Resource

@@ -2,13 +2,15 @@
 
 #include "HidQueue.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <QVariantList>
 
 namespace platform
 {
 
 /// A HID device that can be held and listened to. One thread.
-class QWPLATFORM_EXPORT HidInterface
+class QWPLATFORM_SHARED_EXPORT HidInterface
 {
 public:
     virtual ~HidInterface(); ///< Closes first.

@@ -2,11 +2,13 @@
 
 #include "HidInterface.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 namespace platform
 {
 
 /// The way to the interfaces of one HID device. What it made outlives it.
-class QWPLATFORM_EXPORT HidPlugin
+class QWPLATFORM_SHARED_EXPORT HidPlugin
 {
 public:
     virtual ~HidPlugin();

@@ -2,7 +2,7 @@
 
 #include "HidEvent.h"
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <optional>
 
@@ -15,7 +15,7 @@ using HidCallback = void (*)(void *target, qint32 result, void *refcon, void *se
 /// Events of one device, in order of arrival. The operations come in the order in which they stand here, all on one
 /// thread, and none but the destructor after one that failed. Destroying the queue disposes of it, and may happen
 /// inside its own callback.
-class QWPLATFORM_EXPORT HidQueue
+class QWPLATFORM_SHARED_EXPORT HidQueue
 {
 public:
     virtual ~HidQueue();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QtGlobal>
 
@@ -16,7 +16,7 @@ namespace platform
 using KeyMap = std::array<quint8, 16>;
 
 /// Which keys are down now. Main thread.
-class QWPLATFORM_EXPORT KeyboardState
+class QWPLATFORM_SHARED_EXPORT KeyboardState
 {
 public:
     virtual ~KeyboardState();

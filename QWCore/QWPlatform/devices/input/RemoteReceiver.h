@@ -2,13 +2,15 @@
 
 #include "HidPlugin.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <QString>
 
 namespace platform
 {
 
 /// Where the computer's infrared receiver is found. Main thread.
-class QWPLATFORM_EXPORT RemoteReceiver
+class QWPLATFORM_SHARED_EXPORT RemoteReceiver
 {
 public:
     virtual ~RemoteReceiver();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QString>
 
@@ -15,7 +15,7 @@ namespace platform
 ///
 /// A line is named by its descriptor, a number that is never 0 and never given twice: who still holds the number of a
 /// line that was closed reaches nothing. Reading, writing and closing may meet on different threads.
-class QWPLATFORM_EXPORT SerialLines
+class QWPLATFORM_SHARED_EXPORT SerialLines
 {
 public:
     struct Opening

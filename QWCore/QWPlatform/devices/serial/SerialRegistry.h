@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QString>
 
@@ -18,7 +18,7 @@ struct SerialService
 };
 
 /// Told of serial devices, on the main thread.
-class QWPLATFORM_EXPORT SerialRegistryClient
+class QWPLATFORM_SHARED_EXPORT SerialRegistryClient
 {
 public:
     /// The message that a device has gone for good.
@@ -34,7 +34,7 @@ public:
 };
 
 /// The list of serial devices, with notifications. Main thread; clients are called from its event loop only.
-class QWPLATFORM_EXPORT SerialRegistry
+class QWPLATFORM_SHARED_EXPORT SerialRegistry
 {
 public:
     /// Names an interest until it is released; never 0.

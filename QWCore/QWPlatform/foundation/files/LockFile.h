@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QLockFile>
 #include <QString>
@@ -14,7 +14,7 @@ namespace platform
 /// A lock among programs that write the same file, for the moment that this takes. One that nobody can have written
 /// (a file without content, as a crash or a full disk leaves it) is taken over after a second, and whatever else stands
 /// in its place is moved aside. Any thread, one at a time.
-class QWPLATFORM_EXPORT LockFile
+class QWPLATFORM_SHARED_EXPORT LockFile
 {
 public:
     /// How long to wait for others.

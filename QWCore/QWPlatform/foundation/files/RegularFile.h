@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QByteArray>
 
@@ -16,7 +16,7 @@ constexpr qint64 largestRegularFile = 64 << 20;
 /// All bytes of the regular file at @p path (a real one, in the system's encoding), in as few system calls as can be.
 /// None when it cannot be read, is longer than @p largest bytes or is no regular file: a pipe would never end. Any
 /// thread.
-QWPLATFORM_EXPORT std::optional<QByteArray> readRegularFile(const QByteArray &path,
-                                                            qint64 largest = largestRegularFile);
+QWPLATFORM_SHARED_EXPORT std::optional<QByteArray> readRegularFile(const QByteArray &path,
+                                                                   qint64 largest = largestRegularFile);
 
 } // namespace platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QByteArrayView>
 #include <QString>
@@ -10,6 +10,6 @@ namespace platform
 
 /// The text in @p utf8. A byte-order mark at its beginning, which Qt would drop, is a character like any other: in the
 /// name of a file it is part of what the file is found by. Any thread.
-QWPLATFORM_EXPORT QString textOfUtf8(QByteArrayView utf8);
+QWPLATFORM_SHARED_EXPORT QString textOfUtf8(QByteArrayView utf8);
 
 } // namespace platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QByteArrayView>
 #include <QString>
@@ -23,10 +23,10 @@ constexpr bool isHeldBack(char16_t c)
 }
 
 /// @p text as it is to be written, before the escapes of XML itself.
-QWPLATFORM_EXPORT QString encoded(const QString &text);
+QWPLATFORM_SHARED_EXPORT QString encoded(const QString &text);
 
 /// What was written as @p utf8, the escapes of XML itself resolved.
-QWPLATFORM_EXPORT QString decoded(QByteArrayView utf8);
+QWPLATFORM_SHARED_EXPORT QString decoded(QByteArrayView utf8);
 
 } // namespace XmlPropertyListText
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QByteArray>
 #include <QStringList>
@@ -32,7 +32,7 @@ struct ChildProcessResult
 
 /// Runs programs. The child gets an empty standard input and no terminal, the default signal mask, HOME and the library
 /// root of the System, the parent's id in QW_HOST_PROCESS, and no descriptor of the parent but the three standard ones.
-class QWPLATFORM_EXPORT ChildProcesses
+class QWPLATFORM_SHARED_EXPORT ChildProcesses
 {
 public:
     virtual ~ChildProcesses();

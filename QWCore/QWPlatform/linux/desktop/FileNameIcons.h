@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QFileIconProvider>
 
@@ -9,7 +9,7 @@ namespace platform
 
 /// What files look like and are called, by their names alone. Qt's own provider looks into files whose names say
 /// nothing, and those of the kernel may never end or never answer.
-class QWPLATFORM_EXPORT FileNameIcons : public QFileIconProvider
+class QWPLATFORM_TEST_EXPORT FileNameIcons : public QFileIconProvider
 {
 public:
     QIcon icon(IconType type) const override;

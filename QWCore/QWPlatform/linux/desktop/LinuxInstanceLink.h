@@ -2,6 +2,8 @@
 
 #include "QWPlatform/appkit/windows/InstanceLink.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <QByteArray>
 
 #include <memory>
@@ -13,7 +15,7 @@ namespace platform
 
 /// The instance link as the desktop's own D-Bus convention has it: the instance owns the name of its bundle
 /// identifier and takes addresses through org.freedesktop.Application. Connects to the bus when first asked.
-class QWPLATFORM_EXPORT LinuxInstanceLink : public InstanceLink
+class QWPLATFORM_TEST_EXPORT LinuxInstanceLink : public InstanceLink
 {
 public:
     LinuxInstanceLink();

@@ -2,6 +2,8 @@
 
 #include "QWPlatform/devices/input/KeyboardState.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <memory>
 
 namespace platform
@@ -12,7 +14,7 @@ class PendingInput;
 
 /// Asks the X server; on other window systems, remembers from the key events of the application what is held, those
 /// included that wait while the main thread is at work.
-class QWPLATFORM_EXPORT LinuxKeyboardState : public KeyboardState
+class QWPLATFORM_TEST_EXPORT LinuxKeyboardState : public KeyboardState
 {
 public:
     LinuxKeyboardState();

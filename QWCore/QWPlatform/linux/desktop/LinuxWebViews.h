@@ -3,13 +3,15 @@
 #include "QWPlatform/appkit/WebView.h"
 #include "QWPlatform/appkit/web/WebViewModule.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <QString>
 
 namespace platform
 {
 
 /// Makes views of the browser engine, whose module is loaded with the first one.
-class QWPLATFORM_EXPORT LinuxWebViews : public WebViews
+class QWPLATFORM_TEST_EXPORT LinuxWebViews : public WebViews
 {
 public:
     LinuxWebViews();

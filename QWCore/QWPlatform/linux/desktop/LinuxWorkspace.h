@@ -2,11 +2,13 @@
 
 #include "QWPlatform/appkit/Workspace.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 namespace platform
 {
 
 /// Hands addresses to the desktop's "xdg-open" and does not wait for it.
-class QWPLATFORM_EXPORT LinuxWorkspace : public Workspace
+class QWPLATFORM_TEST_EXPORT LinuxWorkspace : public Workspace
 {
 public:
     bool openUrl(const QUrl &url) override;

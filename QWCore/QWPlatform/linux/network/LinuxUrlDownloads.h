@@ -2,6 +2,8 @@
 
 #include "QWPlatform/network/transfers/UrlDownload.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <QPointer>
 
 #include <chrono>
@@ -13,7 +15,7 @@ namespace platform
 class LinuxUrlTransfer;
 
 /// Streams answers to files. A file appears at its destination, in one step, once it is whole.
-class QWPLATFORM_EXPORT LinuxUrlDownloads : public UrlDownloads
+class QWPLATFORM_TEST_EXPORT LinuxUrlDownloads : public UrlDownloads
 {
 public:
     /// Beyond which a download fails.

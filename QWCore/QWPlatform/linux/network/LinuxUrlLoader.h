@@ -2,6 +2,8 @@
 
 #include "QWPlatform/network/UrlLoader.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -13,7 +15,7 @@ namespace platform
 {
 
 /// Loads http, https and file addresses, each call with a network stack of its own on the calling thread.
-class QWPLATFORM_EXPORT LinuxUrlLoader : public UrlLoader
+class QWPLATFORM_TEST_EXPORT LinuxUrlLoader : public UrlLoader
 {
 public:
     LinuxUrlLoader();

@@ -2,7 +2,7 @@
 
 #include "InstalledComponent.h"
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QMap>
 
@@ -15,7 +15,7 @@ namespace platform
 /// Gives LV2 plug-ins, which are named by URIs, the four-character codes of a component: the manufacturer from the
 /// author, the subtype from the URI. Codes that are taken are probed past, so what was assigned once is kept in a
 /// property list (URI → eight characters, subtype first) that all processes of the user share.
-class QWPLATFORM_EXPORT ComponentCodes
+class QWPLATFORM_TEST_EXPORT ComponentCodes
 {
 public:
     enum class Keep

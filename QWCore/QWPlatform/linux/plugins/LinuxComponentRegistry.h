@@ -4,7 +4,7 @@
 #include "InstalledComponent.h"
 #include "QWPlatform/devices/components/ComponentRegistry.h"
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <array>
 #include <map>
@@ -22,7 +22,7 @@ class Locations;
 /// and in a file, until one of its watched files changes; only then are LV2 bundles read, by another process (see
 /// Lv2BundleScan). Asking for components brings the file up to date; asking for a name or a location only reads, which
 /// is all that a validator does.
-class QWPLATFORM_EXPORT LinuxComponentRegistry : public ComponentRegistry
+class QWPLATFORM_TEST_EXPORT LinuxComponentRegistry : public ComponentRegistry
 {
 public:
     explicit LinuxComponentRegistry(const Locations &locations);

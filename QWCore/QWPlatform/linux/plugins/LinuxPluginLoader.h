@@ -2,7 +2,7 @@
 
 #include "QWPlatform/plugins/PluginLoader.h"
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 namespace platform
 {
@@ -10,7 +10,7 @@ namespace platform
 class ComponentRegistry;
 class Locations;
 
-class QWPLATFORM_EXPORT LinuxPluginLoader : public PluginLoader
+class QWPLATFORM_TEST_EXPORT LinuxPluginLoader : public PluginLoader
 {
 public:
     LinuxPluginLoader(const Locations &locations, ComponentRegistry &registry);

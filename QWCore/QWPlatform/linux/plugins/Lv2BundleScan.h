@@ -3,7 +3,7 @@
 #include "QWPlatform/linux/lv2/Lv2Description.h"
 #include "QWPlatform/linux/lv2/Lv2ReaderLimits.h"
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <optional>
 #include <vector>
@@ -22,8 +22,8 @@ using Plugins = std::vector<Lv2Description>;
 
 /// The plug-ins of each of @p paths, in their order. A bundle that ends its reader has none, and the log says so; one
 /// that could not be asked about, since no reader can be started, has no value. Any one thread; blocks.
-QWPLATFORM_EXPORT std::vector<std::optional<Plugins>> read(ChildProcesses &processes, const QStringList &paths,
-                                                           const Lv2ReaderLimits &limits = {});
+QWPLATFORM_TEST_EXPORT std::vector<std::optional<Plugins>> read(ChildProcesses &processes, const QStringList &paths,
+                                                                const Lv2ReaderLimits &limits = {});
 
 } // namespace Lv2BundleScan
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QByteArray>
 
@@ -18,7 +18,7 @@ using KeyBits = std::bitset<KEY_CNT>;
 
 /// What the kernel does for an input device ("/dev/input/event5"). A test puts others in place of those that need a
 /// device.
-class QWPLATFORM_EXPORT InputDeviceCalls
+class QWPLATFORM_TEST_EXPORT InputDeviceCalls
 {
 public:
     virtual ~InputDeviceCalls();

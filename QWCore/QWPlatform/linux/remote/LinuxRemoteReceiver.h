@@ -3,11 +3,13 @@
 #include "InputDeviceCalls.h"
 #include "QWPlatform/devices/input/RemoteReceiver.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 namespace platform
 {
 
 /// The infrared receiver as the kernel's input device, which its driver makes of it.
-class QWPLATFORM_EXPORT LinuxRemoteReceiver : public RemoteReceiver
+class QWPLATFORM_TEST_EXPORT LinuxRemoteReceiver : public RemoteReceiver
 {
 public:
     /// @p sysRoot and @p devRoot are "/sys" and "/dev"; a test has folders of its own.

@@ -2,6 +2,8 @@
 
 #include "InputDeviceCalls.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <array>
 #include <vector>
 
@@ -26,7 +28,7 @@ enum class RemoteKeyState
 
 /// Turns the keys that the kernel makes of the remote's buttons into what the receiver's own elements report: for most
 /// buttons, one element for a short press, which is only known when it ends, and another for a hold.
-class QWPLATFORM_EXPORT RemoteKeys
+class QWPLATFORM_TEST_EXPORT RemoteKeys
 {
 public:
     /// The elements of a device that has @p keys, in the order of the table.

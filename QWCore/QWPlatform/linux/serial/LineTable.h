@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <array>
 #include <atomic>
@@ -12,13 +12,13 @@ namespace platform
 
 /// Gives open files numbers that are never used again, and closes a file only when nobody is using it. Any thread; uses
 /// take no lock.
-class QWPLATFORM_EXPORT LineTable
+class QWPLATFORM_TEST_EXPORT LineTable
 {
 public:
     static constexpr int capacity = 64;
 
     /// Keeps a file open for its life.
-    class QWPLATFORM_EXPORT Use
+    class QWPLATFORM_TEST_EXPORT Use
     {
     public:
         Use(LineTable &table, int number);

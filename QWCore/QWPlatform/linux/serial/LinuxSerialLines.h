@@ -4,12 +4,14 @@
 #include "LineWriter.h"
 #include "QWPlatform/devices/serial/SerialLines.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 namespace platform
 {
 
 /// Serial lines through the terminal interface. Descriptor 0 is refused like any number that names no open line: as a
 /// file it would be the user's terminal.
-class QWPLATFORM_EXPORT LinuxSerialLines : public SerialLines
+class QWPLATFORM_TEST_EXPORT LinuxSerialLines : public SerialLines
 {
 public:
     Opening open(const QString &path) override;

@@ -3,13 +3,15 @@
 #include "QWPlatform/devices/serial/SerialRegistry.h"
 #include "SerialDeviceSource.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <memory>
 
 namespace platform
 {
 
 /// The serial devices of udev and those linked in a folder. Watches from the first client on.
-class QWPLATFORM_EXPORT LinuxSerialRegistry : public SerialRegistry
+class QWPLATFORM_TEST_EXPORT LinuxSerialRegistry : public SerialRegistry
 {
 public:
     /// @p folder of links "tty.…"; "" for none.

@@ -2,10 +2,12 @@
 
 #include "QWPlatform/foundation/Clock.h"
 
+#include <QWPlatform/qwplatform_private.h>
+
 namespace platform
 {
 
-class QWPLATFORM_EXPORT LinuxClock : public Clock
+class QWPLATFORM_TEST_EXPORT LinuxClock : public Clock
 {
 public:
     QDateTime now() const override;

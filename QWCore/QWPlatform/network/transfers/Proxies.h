@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 namespace platform
 {
@@ -9,6 +9,6 @@ namespace platform
 /// user set in the desktop or in the environment ("http_proxy", "https_proxy", "no_proxy", …); this machine itself is
 /// always reached directly. A host may choose otherwise afterwards, by QNetworkProxy and QNetworkProxyFactory. Main
 /// thread, before any other thread runs.
-QWPLATFORM_EXPORT void useDesktopProxies();
+QWPLATFORM_SHARED_EXPORT void useDesktopProxies();
 
 } // namespace platform

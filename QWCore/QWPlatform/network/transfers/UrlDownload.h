@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 #include <QString>
 
@@ -13,7 +13,7 @@ namespace platform
 
 /// Told of a download's progress on the main thread, never before the call that started it has returned. May destroy
 /// the download in any of the calls.
-class QWPLATFORM_EXPORT UrlDownloadObserver
+class QWPLATFORM_SHARED_EXPORT UrlDownloadObserver
 {
 public:
     virtual ~UrlDownloadObserver();
@@ -31,7 +31,7 @@ public:
 };
 
 /// A running download. Destroying it cancels it.
-class QWPLATFORM_EXPORT UrlDownload
+class QWPLATFORM_SHARED_EXPORT UrlDownload
 {
 public:
     virtual ~UrlDownload();
@@ -41,7 +41,7 @@ public:
 };
 
 /// Starts downloads to files. Main thread.
-class QWPLATFORM_EXPORT UrlDownloads
+class QWPLATFORM_SHARED_EXPORT UrlDownloads
 {
 public:
     /// In bytes; a server that never ends must not fill the user's disk.

@@ -15,6 +15,9 @@
 #include <unistd.h>
 #include <utility>
 
+namespace qw
+{
+
 namespace
 {
 bool same(const timespec &a, const timespec &b)
@@ -118,3 +121,5 @@ bool CatalogFile::_save(int file, std::size_t count, std::size_t firstChanged, c
         writer.append(CatalogXmlWriter::tail());
     return writePiece(file, writer, at) && cutTo(file, at);
 }
+
+} // namespace qw

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QByteArray>
 
@@ -12,9 +12,12 @@
 class QString;
 class QWCatalogRecord;
 
+namespace qw
+{
+
 /// The file of a plug-in catalog, written in place. After each save its content is that of a whole rewrite; only what
 /// changed since the last save of this object is written, unless someone else touched the file in between.
-class QWUTILITIES_EXPORT CatalogFile
+class QWUTILITIES_TEST_EXPORT CatalogFile
 {
 public:
     using RecordAt = std::function<const QWCatalogRecord &(std::size_t index)>;
@@ -50,3 +53,5 @@ private:
     std::optional<Identity> m_left; ///< The file after the last save; none: nothing is known about it.
     std::vector<off_t> m_offsets;   ///< Where each saved record begins, and where the last one ends.
 };
+
+} // namespace qw

@@ -7,6 +7,9 @@
 
 #include <array>
 
+namespace qw
+{
+
 namespace
 {
 using MakeRecord = std::function<QWCatalogRecord &()>;
@@ -125,3 +128,5 @@ void CatalogReader::read(const QByteArray &data, const Records &records)
     records.clear();
     readWithTree(data, records.make);
 }
+
+} // namespace qw

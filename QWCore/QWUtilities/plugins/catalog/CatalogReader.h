@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QByteArray>
 
@@ -8,8 +8,11 @@
 
 class QWCatalogRecord;
 
+namespace qw
+{
+
 /// Reads catalog files: XML in one pass, without a tree between, any other property list by way of one.
-class QWUTILITIES_EXPORT CatalogReader
+class QWUTILITIES_TEST_EXPORT CatalogReader
 {
 public:
     /// Makes the next record and keeps it; and throws all away that were made so far.
@@ -23,3 +26,5 @@ public:
     /// @p data is no array or no whole property list.
     static void read(const QByteArray &data, const Records &records);
 };
+
+} // namespace qw

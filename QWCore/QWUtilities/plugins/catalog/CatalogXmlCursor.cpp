@@ -9,6 +9,9 @@
 #include <charconv>
 #include <utility>
 
+namespace qw
+{
+
 namespace
 {
 enum class Byte : unsigned char
@@ -117,3 +120,5 @@ bool CatalogXmlCursor::data(QByteArray &value)
     return encoded.size() % 4 == 0 && !encoded.ends_with("===") &&
            decoded.decodingStatus == QByteArray::Base64DecodingStatus::Ok;
 }
+
+} // namespace qw

@@ -7,6 +7,9 @@
 #include <string>
 #include <string_view>
 
+namespace qw
+{
+
 /// Stands in the text of a catalog file and steps over what is expected there. Every step says whether it was there;
 /// after a "no" the text is not in the usual form, and the cursor is of no use any more.
 class CatalogXmlCursor
@@ -64,3 +67,5 @@ private:
     const char *m_at;
     const char *m_end;
 };
+
+} // namespace qw

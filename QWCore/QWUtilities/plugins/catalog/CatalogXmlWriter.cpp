@@ -10,6 +10,10 @@
 
 #ifdef __SSE2__
 #include <emmintrin.h>
+
+namespace qw
+{
+
 #endif
 
 using platform::XmlPropertyListText::isHeldBack;
@@ -285,3 +289,5 @@ void CatalogXmlWriter::_putBase64(QByteArrayView data)
     }
     m_at = out;
 }
+
+} // namespace qw

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QWBase/records/QWStateWriter.h>
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QByteArray>
 
@@ -10,9 +10,12 @@
 
 class QWCatalogRecord;
 
+namespace qw
+{
+
 /// Writes records as they stand in a catalog file: byte for byte what platform::PropertyList::toXml() makes of the
 /// array of their states, without making the states.
-class QWUTILITIES_EXPORT CatalogXmlWriter : public QWStateWriter
+class QWUTILITIES_TEST_EXPORT CatalogXmlWriter : public QWStateWriter
 {
 public:
     /// What stands before the first record and behind the last, and the whole text of a catalog without records.
@@ -49,3 +52,5 @@ private:
     char *m_at = nullptr;
     char *m_end = nullptr;
 };
+
+} // namespace qw

@@ -10,6 +10,9 @@
 #include <memory>
 #include <vector>
 
+namespace qw
+{
+
 /// The records of one catalog in their order, the file that holds them, and an index by key. @p Key gives the key of a
 /// record: `static KeyType of(const Record &)`.
 template <class Record, class Key>
@@ -123,3 +126,5 @@ private:
     QHash<KeyType, std::size_t> m_index; ///< Place of the first record with a key.
     bool m_isIndexed = false;
 };
+
+} // namespace qw

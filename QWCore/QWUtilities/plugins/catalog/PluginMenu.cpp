@@ -5,6 +5,9 @@
 
 #include <QMenu>
 
+namespace qw
+{
+
 PluginMenu::PluginMenu(QObject *target, const platform::Selector &action)
     : m_target(target)
     , m_action(action)
@@ -59,3 +62,5 @@ void PluginMenu::_fill(QWSortedMenuBuilder &items, Folder &folder) const
         item->setAction(m_action);
     }
 }
+
+} // namespace qw

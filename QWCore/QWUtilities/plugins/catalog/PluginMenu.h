@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QWPlatform/appkit/Selector.h>
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QHash>
 #include <QVariant>
@@ -14,8 +14,11 @@ class QMenu;
 class QObject;
 class QWSortedMenuBuilder;
 
+namespace qw
+{
+
 /// Builds a menu of plug-ins in folders, all in title order.
-class QWUTILITIES_EXPORT PluginMenu
+class QWUTILITIES_TEST_EXPORT PluginMenu
 {
 public:
     /// One level of the menu, made known here and turned into items by take().
@@ -58,3 +61,5 @@ private:
     platform::Selector m_action;
     std::deque<Folder> m_folders; ///< The top one first; they stay where they are.
 };
+
+} // namespace qw

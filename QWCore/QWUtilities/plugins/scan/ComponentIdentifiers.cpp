@@ -12,6 +12,9 @@
 #include <array>
 #include <cstring>
 
+namespace qw
+{
+
 namespace
 {
 /// The unit that a 'thng' resource registers. Flags and flags mask stay zero, which is how units are registered.
@@ -60,3 +63,5 @@ QString ComponentIdentifiers::identifierOf(const QWComponentDescription &descrip
 {
     return m_descriptions.key(description);
 }
+
+} // namespace qw

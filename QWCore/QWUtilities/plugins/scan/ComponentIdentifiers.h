@@ -1,13 +1,16 @@
 #pragma once
 
 #include <QWBase/QWComponentDescription.h>
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QMap>
 #include <QString>
 
+namespace qw
+{
+
 /// Which ".component" bundle, by its identifier, registers which unit in its resource file.
-class QWUTILITIES_EXPORT ComponentIdentifiers
+class QWUTILITIES_TEST_EXPORT ComponentIdentifiers
 {
 public:
     /// Adds the bundles of the folder at @p path (documented text); a later one replaces an earlier one of the same
@@ -20,3 +23,5 @@ public:
 private:
     QMap<QString, QWComponentDescription> m_descriptions; ///< By identifier.
 };
+
+} // namespace qw

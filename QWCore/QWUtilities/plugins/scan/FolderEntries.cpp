@@ -9,6 +9,9 @@
 #include <memory>
 #include <sys/stat.h>
 
+namespace qw
+{
+
 namespace
 {
 FolderEntries::Kind kindOf(const dirent &entry)
@@ -55,3 +58,5 @@ FolderEntries::FolderEntries(const QString &path)
                      qUtf8Printable(path));
     }
 }
+
+} // namespace qw

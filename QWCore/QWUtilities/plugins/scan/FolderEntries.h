@@ -1,13 +1,16 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QString>
 
 #include <vector>
 
+namespace qw
+{
+
 /// One folder's entries, read in one go.
-class QWUTILITIES_EXPORT FolderEntries
+class QWUTILITIES_TEST_EXPORT FolderEntries
 {
 public:
     enum class Kind : unsigned char
@@ -43,3 +46,5 @@ private:
     std::vector<Entry> m_entries;
     Identity m_identity;
 };
+
+} // namespace qw

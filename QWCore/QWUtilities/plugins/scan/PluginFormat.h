@@ -1,5 +1,8 @@
 #pragma once
 
+namespace qw
+{
+
 /// What tells the plug-in formats apart, as data; texts are keys of the host's string table.
 struct PluginFormat
 {
@@ -35,3 +38,5 @@ constexpr PluginFormat vstFormat{
     .graylistQuestion = "Would you like to ignore this VST or would you like to continue to validate it and use it?",
     .failureText = "The '%@' VST failed to validate and will be ignored.",
 };
+
+} // namespace qw

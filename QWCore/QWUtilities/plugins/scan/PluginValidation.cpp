@@ -25,6 +25,9 @@ using platform::formatted;
 using platform::localized;
 using platform::System;
 
+namespace qw
+{
+
 namespace
 {
 /// First byte of the key map while the key with code 1 ("S") is down and its seven neighbours there are not.
@@ -150,3 +153,5 @@ bool PluginValidation::_takeValidatedInfo(QWCatalogRecord &record) const
     QWFile::deleteFileAtPath(m_validatedInfoPath);
     return true;
 }
+
+} // namespace qw

@@ -2,16 +2,19 @@
 
 #include "PluginFormat.h"
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QStringList>
 #include <QVariant>
 
 class QWCatalogRecord;
 
+namespace qw
+{
+
 /// What both catalogs do with a new plug-in: ask about known-bad ones, heed the skip key, try it in the validator
 /// program and take what that hands off. Main thread; blocks while alerts are open and while the validator runs.
-class QWUTILITIES_EXPORT PluginValidation
+class QWUTILITIES_TEST_EXPORT PluginValidation
 {
 public:
     explicit PluginValidation(const PluginFormat &format);
@@ -37,7 +40,7 @@ public:
 
     /// Runs a scan's part in which failures are the plug-ins' own: tells the splash screen that plug-ins are being
     /// located and keeps the application from reporting exceptions.
-    class QWUTILITIES_EXPORT Scan
+    class QWUTILITIES_TEST_EXPORT Scan
     {
     public:
         explicit Scan(PluginValidation &validation);
@@ -68,3 +71,5 @@ private:
     bool m_hasTried = false;
     QString m_trouble; ///< Why nothing can be tried, for the user.
 };
+
+} // namespace qw

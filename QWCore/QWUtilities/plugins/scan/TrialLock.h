@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QString>
 
@@ -11,7 +11,7 @@ class Clock;
 
 /// Held around one trial and the taking of its result: the validators of all hosts and formats leave theirs in the same
 /// folder. The kernel releases it with its holder, however that ends.
-class QWUTILITIES_EXPORT TrialLock
+class QWUTILITIES_TEST_EXPORT TrialLock
 {
 public:
     /// Takes the lock of the file at @p path (a real path), waiting while others hold it: not for ever, but anew for

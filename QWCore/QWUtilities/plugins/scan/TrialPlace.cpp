@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <system_error>
 
+namespace qw
+{
+
 namespace
 {
 constexpr qsizetype testSize = 64 * 1024; ///< A disk with less room than this is as good as full.
@@ -28,3 +31,5 @@ QString whyNoHandOffFits(const QString &handOff)
     const bool fits = file.open() && file.write(QByteArray(testSize, ' ')) == testSize && file.flush();
     return fits ? QString() : file.errorString();
 }
+
+} // namespace qw

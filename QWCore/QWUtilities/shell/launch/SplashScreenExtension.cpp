@@ -4,6 +4,9 @@
 
 #include <QWBase/QWApplication.h>
 
+namespace qw
+{
+
 void SplashScreenExtension::willFinishLaunching(QWApplication &application)
 {
     if (application.usesSplashScreen())
@@ -15,3 +18,5 @@ void SplashScreenExtension::didFinishLaunching(QWApplication &application)
     if (application.usesSplashScreen())
         QWSplashScreen::splashScreen().close();
 }
+
+} // namespace qw

@@ -2,6 +2,9 @@
 
 class QWApplication;
 
+namespace qw
+{
+
 /// Shows the splash screen around the launch of an application that uses one.
 class SplashScreenExtension
 {
@@ -11,3 +14,5 @@ public:
     static void willFinishLaunching(QWApplication &application);
     static void didFinishLaunching(QWApplication &application);
 };
+
+} // namespace qw

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QWidget>
 
@@ -10,7 +10,7 @@ class QWGradient;
 
 /// The about panel's content: a rounded panel with its gradient and a line above the buttons. A click anywhere on it
 /// closes the panel.
-class QWUTILITIES_EXPORT QWAboutPanelContentView : public QWidget
+class QWUTILITIES_TEST_EXPORT QWAboutPanelContentView : public QWidget
 {
     Q_OBJECT
 

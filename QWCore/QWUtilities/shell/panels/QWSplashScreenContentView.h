@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QWidget>
 
@@ -9,7 +9,7 @@
 class QWGradient;
 
 /// The splash screen's content: a rounded panel with its gradient.
-class QWUTILITIES_EXPORT QWSplashScreenContentView : public QWidget
+class QWUTILITIES_TEST_EXPORT QWSplashScreenContentView : public QWidget
 {
     Q_OBJECT
 

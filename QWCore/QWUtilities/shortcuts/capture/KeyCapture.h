@@ -2,7 +2,7 @@
 
 #include "QWUtilities/shortcuts/QWShortcutKey.h"
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QString>
 
@@ -15,7 +15,7 @@ namespace qw
 {
 
 /// What is being captured for a shortcut: the key last pressed, and whether it may be the shortcut's. Knows no widgets.
-class QWUTILITIES_EXPORT KeyCapture
+class QWUTILITIES_TEST_EXPORT KeyCapture
 {
 public:
     /// @p registry outlives this.

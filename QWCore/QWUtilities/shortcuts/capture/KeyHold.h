@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QtGlobal>
 
@@ -11,7 +11,7 @@ namespace qw
 
 /// How long a key has been held down, by the System's clock. A window system that repeats a held key may report each
 /// repeat as let go and pressed again, so that a key counts as let go only when it stays up for a moment.
-class QWUTILITIES_EXPORT KeyHold
+class QWUTILITIES_TEST_EXPORT KeyHold
 {
 public:
     static constexpr qint64 longEnough = 1'000'000'000; ///< Nanoseconds.

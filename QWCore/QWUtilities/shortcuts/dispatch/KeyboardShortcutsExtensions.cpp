@@ -12,6 +12,9 @@
 #include <QMenuBar>
 #include <QThread>
 
+namespace qw
+{
+
 namespace
 {
 using Sight = qw::KeyPressTracker::Sight;
@@ -52,3 +55,5 @@ bool KeyboardShortcutsExtensions::sendEvent(QWApplication &application, QObject 
     event->accept(); // a question that is accepted asks no QAction
     return true;
 }
+
+} // namespace qw

@@ -4,6 +4,9 @@ class QEvent;
 class QObject;
 class QWApplication;
 
+namespace qw
+{
+
 /// Offers every key event to the keyboard shortcuts ahead of the windows and of Qt's own shortcuts, and has them told
 /// of menu bars that are about to show.
 class KeyboardShortcutsExtensions
@@ -14,3 +17,5 @@ public:
     /// True for an event that a shortcut took; it reaches nothing else.
     static bool sendEvent(QWApplication &application, QObject *receiver, QEvent *event);
 };
+
+} // namespace qw

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 class QWShortcutKey;
 
@@ -14,9 +14,9 @@ namespace QWShortcutKeyMenuItem
 {
 
 /// The menu shows the key without an implied Shift; a clear key shows nothing.
-QWUTILITIES_EXPORT void setShortcutKey(platform::MenuItem &item, const QWShortcutKey &key);
+QWUTILITIES_TEST_EXPORT void setShortcutKey(platform::MenuItem &item, const QWShortcutKey &key);
 
 /// The modifier mask stays.
-QWUTILITIES_EXPORT void clearKeyEquivalent(platform::MenuItem &item);
+QWUTILITIES_TEST_EXPORT void clearKeyEquivalent(platform::MenuItem &item);
 
 } // namespace QWShortcutKeyMenuItem

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QObject>
 #include <QPointer>
@@ -14,7 +14,7 @@ namespace qw
 
 /// Gives the keyboard back to a floating window when its sheet, alert or file panel has gone: desktops pass over
 /// utility windows then and make the main window key.
-class QWUTILITIES_EXPORT KeyReturn : public QObject
+class QWUTILITIES_TEST_EXPORT KeyReturn : public QObject
 {
     Q_OBJECT
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QValidator>
 
 /// Lets no name of a preset be typed that would be a hidden file's, the current changes' own, or lie in a subfolder.
-class QWUTILITIES_EXPORT QWKeyboardShortcutPresetTitleFormatter : public QValidator
+class QWUTILITIES_TEST_EXPORT QWKeyboardShortcutPresetTitleFormatter : public QValidator
 {
     Q_OBJECT
 

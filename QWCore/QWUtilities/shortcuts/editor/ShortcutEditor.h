@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QWPlatform/appkit/KeyEvent.h>
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QString>
 
@@ -12,7 +12,7 @@ namespace qw
 {
 
 /// What the registry needs of the editor's windows. Main thread.
-class QWUTILITIES_EXPORT ShortcutEditor
+class QWUTILITIES_SHARED_EXPORT ShortcutEditor
 {
 public:
     virtual ~ShortcutEditor();

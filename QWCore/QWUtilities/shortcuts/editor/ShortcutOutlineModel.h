@@ -2,7 +2,7 @@
 
 #include "QWUtilities/shortcuts/QWShortcutGroup.h"
 
-#include <QWUtilities/qwutilities_export.h>
+#include <QWUtilities/qwutilities_private.h>
 
 #include <QAbstractItemModel>
 
@@ -13,7 +13,7 @@ namespace qw
 {
 
 /// Groups and, below them, their shortcuts. Setting the check state switches a shortcut, or all of a group, on or off.
-class QWUTILITIES_EXPORT ShortcutOutlineModel : public QAbstractItemModel
+class QWUTILITIES_TEST_EXPORT ShortcutOutlineModel : public QAbstractItemModel
 {
     Q_OBJECT
 
