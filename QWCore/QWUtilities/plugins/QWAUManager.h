@@ -3,6 +3,7 @@
 #include "QWAUDescription.h"
 
 #include <QWPlatform/appkit/Selector.h>
+#include <QWUtilities/qwutilities_export.h>
 
 #include <memory>
 #include <vector>

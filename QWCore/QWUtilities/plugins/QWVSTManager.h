@@ -2,6 +2,7 @@
 
 #include <QWBase/QWVSTDescription.h>
 #include <QWPlatform/appkit/Selector.h>
+#include <QWUtilities/qwutilities_export.h>
 
 #include <memory>
 #include <vector>

@@ -11,6 +11,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace qw
+{
+
 namespace
 {
 using namespace std::chrono_literals;
@@ -66,3 +69,5 @@ bool TrialLock::_take(platform::Clock &clock) const
     ::futimens(m_file, nullptr);
     return true;
 }
+
+} // namespace qw

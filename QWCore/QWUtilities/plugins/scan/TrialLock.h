@@ -9,6 +9,9 @@ namespace platform
 class Clock;
 }
 
+namespace qw
+{
+
 /// Held around one trial and the taking of its result: the validators of all hosts and formats leave theirs in the same
 /// folder. The kernel releases it with its holder, however that ends.
 class QWUTILITIES_TEST_EXPORT TrialLock
@@ -31,3 +34,5 @@ private:
     int m_file = -1;
     bool m_isHeldByAnother = false;
 };
+
+} // namespace qw

@@ -8,6 +8,9 @@
 
 using platform::ChildProcessResult;
 
+namespace qw
+{
+
 namespace
 {
 /// What was printed, as a text that does nothing to a terminal on which the log is read.
@@ -44,3 +47,5 @@ void TrialLog::note(const QString &name, const ChildProcessResult &result, bool 
         log.logContextFormatArguments(QWApplicationLog::Notice, &context, "'%@' failed its trial: %@",
                                       {name, said.isEmpty() ? endOf(result) : said});
 }
+
+} // namespace qw

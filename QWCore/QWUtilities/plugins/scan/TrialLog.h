@@ -7,6 +7,9 @@ namespace platform
 struct ChildProcessResult;
 }
 
+namespace qw
+{
+
 /// What becomes of trials, in the host's log only: a terminal would be full of it.
 namespace TrialLog
 {
@@ -14,3 +17,5 @@ namespace TrialLog
 /// about plug-ins that passed in silence.
 void note(const QString &name, const platform::ChildProcessResult &result, bool hasPassed);
 } // namespace TrialLog
+
+} // namespace qw

@@ -4,6 +4,9 @@
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/foundation/Localization.h>
 
+namespace qw
+{
+
 TrialTrouble &TrialTrouble::sharedInstance()
 {
     return platform::System::current().shared<TrialTrouble>([] { return new TrialTrouble; });
@@ -16,3 +19,5 @@ void TrialTrouble::tell(const PluginFormat &format, const QString &explanation)
     m_teller = &format;
     platform::runAlert({platform::localized("New plug-ins cannot be tried."), explanation, {}});
 }
+
+} // namespace qw

@@ -9,6 +9,9 @@ namespace platform
 class System;
 }
 
+namespace qw
+{
+
 /// Tells the user that new plug-ins cannot be tried, for a reason that is none of theirs: once for both catalogs, which
 /// a host brings up to date one after the other, and again when the same catalog finds the same the next time.
 class TrialTrouble
@@ -29,3 +32,5 @@ protected:
 private:
     const PluginFormat *m_teller = nullptr; ///< Whose scan has told last; null: nothing is told.
 };
+
+} // namespace qw
