@@ -14,11 +14,8 @@ foreach(name IN LISTS frameworks)
     install(FILES ${QW_GENERATED_DIR}/${name}/${lower}_export.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore/${name})
 endforeach()
 
-# What is public is so by its place: headers at the top of a folder. The rooms below, and what puts the product together,
-# stay at home.
-foreach(folder QWPlatform QWPlatform/appkit QWPlatform/foundation QWPlatform/network QWPlatform/plugins
-        QWBase
-        QWUtilities/controllers QWUtilities/plugins QWUtilities/shell QWUtilities/shortcuts)
+# The face; no header of the rooms below.
+foreach(folder IN LISTS QW_FACE_FOLDERS)
     file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/QWCore/${folder}/*.h)
     install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore/${folder})
 endforeach()
