@@ -34,6 +34,10 @@ configure_file(cmake/QWUtilities.pc.in ${CMAKE_BINARY_DIR}/QWUtilities.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/QWUtilities.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
-# The guide, beside the hosts that it shows as in the source tree, so that its links lead to them.
+# The guide and the pages of the reference, beside their pictures and the code that they show as in the source tree, so that
+# their links lead to it.
 install(FILES docs/host-guide.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
-install(DIRECTORY examples/consumer examples/guide examples/host DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(DIRECTORY docs/reference DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs FILES_MATCHING PATTERN "*.md" PATTERN look EXCLUDE)
+install(DIRECTORY docs/pictures DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs PATTERN "*-dark.png" EXCLUDE)
+install(DIRECTORY examples/consumer examples/guide examples/host examples/snippets
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

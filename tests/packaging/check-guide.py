@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Checks that the code of docs/host-guide.md stands in examples/guide, which is built and run, and that nothing is missing
-to use it: each block of C++ names its file in its first line; each run of lines between "…" is found there, whatever its
-indentation; the includes of a file's blocks together are those of the file. Prints what is not so; exit status 1 when
-there is anything."""
+"""Checks that the code of docs/host-guide.md and of the pages in docs/reference stands in examples/guide or
+examples/snippets, which are built and run, and that nothing is missing to use it: each block of C++ names its file in its
+first line; each run of lines between "…" is found there, whatever its indentation; the includes of a file's blocks together
+are those of the file. Prints what is not so; exit status 1 when there is anything."""
 import pathlib
 import re
 import sys
@@ -29,14 +29,19 @@ def runs(text):
     return filter(None, map(normalized, re.split(r"^\s*…\s*$", INCLUDE.sub("", text), flags=re.MULTILINE)))
 
 
+def pages():
+    return [ROOT / "docs/host-guide.md", *sorted((ROOT / "docs/reference").glob("*.md"))]
+
+
 def main():
-    host = ROOT / "examples/guide"
-    paths = [path.name for path in host.glob("*.[ch]*")] + list(FILES.values())
-    sources = {path: (host / path).read_text(encoding="utf-8") for path in paths}
+    guide, snippets = ROOT / "examples/guide", ROOT / "examples/snippets"
+    paths = {path.name: path for path in [*guide.glob("*.[ch]*"), *snippets.glob("*.[ch]*")]}
+    paths |= {path: guide / path for path in FILES.values()}
+    sources = {name: path.read_text(encoding="utf-8") for name, path in paths.items()}
     wrong, shown = [], {}
-    for name, text in blocks((ROOT / "docs/host-guide.md").read_text(encoding="utf-8")):
+    for name, text in (block for page in pages() for block in blocks(page.read_text(encoding="utf-8"))):
         if name not in sources:
-            wrong.append(f"this block names no file of examples/guide in its first line:\n{text}")
+            wrong.append(f"this block names no file of examples/guide or examples/snippets in its first line:\n{text}")
             continue
         shown.setdefault(name, set()).update(INCLUDE.findall(text))
         wrong += [f"not in {name}:\n{run}\n" for run in runs(text) if run not in normalized(sources[name])]

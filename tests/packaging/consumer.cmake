@@ -33,20 +33,25 @@ run(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${work}/first)
 file(RENAME ${work}/first ${work}/moved) # the prefix can be moved
 set(prefix ${work}/moved)
 
-# What is built here is what was installed.
+# What is built here is what was installed, and the guide and the pages lead to nothing that was not.
 file(GLOB_RECURSE guide LIST_DIRECTORIES false ${prefix}/*/host-guide.md)
-cmake_path(GET guide PARENT_PATH pages)
-set(examples ${pages}/../examples)
-file(READ ${guide} text)
-string(REGEX MATCHALL "\\(\\.\\./[^)#]*" links "${text}")
-if(NOT links)
-    message(FATAL_ERROR "the installed guide leads nowhere")
-endif()
-foreach(link IN LISTS links)
-    string(REPLACE "(" "${pages}/" target "${link}")
-    if(NOT EXISTS "${target}")
-        message(FATAL_ERROR "the installed guide leads to ${target}, which is not there")
+cmake_path(GET guide PARENT_PATH docs)
+set(examples ${docs}/../examples)
+file(GLOB pages ${guide} ${docs}/reference/*.md)
+foreach(page IN LISTS pages)
+    file(READ ${page} text)
+    string(REGEX REPLACE "[][;]" "%" text "${text}") # which have a meaning in lists
+    string(REGEX MATCHALL "%\\([^) #]+[)#]" links "${text}")
+    if(NOT links)
+        message(FATAL_ERROR "the installed ${page} leads nowhere")
     endif()
+    cmake_path(GET page PARENT_PATH folder)
+    list(TRANSFORM links REPLACE "^%\\((.*).$" "${folder}/\\1")
+    foreach(target IN LISTS links)
+        if(NOT EXISTS "${target}")
+            message(FATAL_ERROR "the installed ${page} leads to ${target}, which is not there")
+        endif()
+    endforeach()
 endforeach()
 
 run(COMMAND ${CMAKE_COMMAND} -S ${examples}/consumer -B ${work}/build -G Ninja
