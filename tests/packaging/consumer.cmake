@@ -33,6 +33,10 @@ run(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${work}/first)
 file(RENAME ${work}/first ${work}/moved) # the prefix can be moved
 set(prefix ${work}/moved)
 
+file(GLOB_RECURSE exports ${prefix}/*/qwbase_export.h)
+cmake_path(SET include NORMALIZE ${exports}/../..)
+run(COMMAND python3 ${SOURCE_DIR}/tests/packaging/check-face.py ${include})
+
 # What is built here is what was installed, and the guide and the pages lead to nothing that was not.
 file(GLOB_RECURSE guide LIST_DIRECTORIES false ${prefix}/*/host-guide.md)
 cmake_path(GET guide PARENT_PATH docs)
