@@ -11,13 +11,14 @@ foreach(name IN LISTS frameworks)
     install(CODE "set(NAME ${name})
         set(LIB_DIR \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}\")
         include(\"${CMAKE_SOURCE_DIR}/cmake/QWFrameworkLinks.cmake\")")
-    install(FILES ${QW_GENERATED_DIR}/${name}/${lower}_export.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore/${name})
+    install(FILES ${QW_GENERATED_DIR}/${name}/${lower}_export.h
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore/${name} COMPONENT headers)
 endforeach()
 
 # The face; no header of the rooms below.
 foreach(folder IN LISTS QW_FACE_FOLDERS)
     file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/QWCore/${folder}/*.h)
-    install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore/${folder})
+    install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QWCore/${folder} COMPONENT headers)
 endforeach()
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QWUtilities)

@@ -8,13 +8,12 @@
 - Examples include faces only.
 - No folder is a hall.
 """
-import pathlib
 import re
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
-CORE = ROOT / "QWCore"
-FLOORS = ["QWPlatform", "QWBase", "QWUtilities"]
+from faces import CORE, FLOORS, folder_of, is_face
+
+ROOT = CORE.parent
 MOST_FILES = 30
 # Inside the product: subsystem -> subsystems that it may include.
 SUBSYSTEMS = {
@@ -65,17 +64,6 @@ def included_files(path):
             if candidate.is_file() and CORE in candidate.resolve().parents:
                 yield number, match.group(2), candidate.resolve().relative_to(CORE)
                 break
-
-
-def folder_of(place):
-    """The folder whose face and rooms these are: "QWPlatform/appkit", "QWBase", "QWUtilities/shell"."""
-    if place.parts[0] == "QWBase" or len(place.parts) == 2:
-        return place.parts[0]
-    return "/".join(place.parts[:2])
-
-
-def is_face(place):
-    return str(place.parent) == folder_of(place) and str(place) != "QWUtilities/Categories.h"
 
 
 def is_shared(place):

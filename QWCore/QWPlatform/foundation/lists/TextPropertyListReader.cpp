@@ -19,11 +19,11 @@ constexpr std::array<std::pair<char16_t, char16_t>, 7> escapes{
 constexpr qsizetype entriesOfAnyText = 65536;
 constexpr qsizetype charactersPerFurtherEntry = 4; ///< "(a,a,a)" needs two; no program writes that by the thousand.
 
-constexpr char16_t end = u'\0'; ///< Also refused where it stands in the text.
+constexpr char16_t textEnd = u'\0'; ///< Also refused where it stands in the text.
 
 bool isOneOf(QChar c, QStringView characters)
 {
-    return c != end && characters.contains(c);
+    return c != textEnd && characters.contains(c);
 }
 
 bool isBare(QChar c)
@@ -34,7 +34,7 @@ bool isBare(QChar c)
 int hexadecimal(QChar c)
 {
     const int place = static_cast<int>(QStringView(u"0123456789abcdef").indexOf(c.toLower()));
-    return c == end ? -1 : place;
+    return c == textEnd ? -1 : place;
 }
 } // namespace
 
@@ -66,7 +66,7 @@ std::optional<QVariant> TextPropertyListReader::read()
 std::optional<QVariant> TextPropertyListReader::_root()
 {
     QVariant value;
-    const bool read = isOneOf(_peek(), u"{(<") ? _value(0, value) : _entries(0, end, value);
+    const bool read = isOneOf(_peek(), u"{(<") ? _value(0, value) : _entries(0, textEnd, value);
     return read ? std::optional(std::move(value)) : std::nullopt;
 }
 
@@ -92,7 +92,7 @@ bool TextPropertyListReader::_entries(int depth, QChar last, QVariant &value)
 {
     QVariantMap map;
     while (_skipBlanks()) {
-        if (_peek() == last && (last != end || m_at == m_text.size())) {
+        if (_peek() == last && (last != textEnd || m_at == m_text.size())) {
             value = std::move(map);
             return true;
         }
@@ -152,7 +152,7 @@ bool TextPropertyListReader::_quoted(QChar quote, QString &text)
         const QChar c = m_text.at(m_at++);
         if (c == quote)
             return PropertyListScalars::isWritable(text); // escapes can spell anything
-        if (c == end || (c == u'\\' && !_escape(text)))
+        if (c == textEnd || (c == u'\\' && !_escape(text)))
             return false;
         if (c != u'\\')
             text.append(c);
@@ -163,7 +163,7 @@ bool TextPropertyListReader::_quoted(QChar quote, QString &text)
 bool TextPropertyListReader::_escape(QString &text)
 {
     const QChar c = _peek();
-    if (c == end)
+    if (c == textEnd)
         return false;
     if (isOneOf(c, u"01234567")) {
         _octalEscape(text);
@@ -216,7 +216,7 @@ bool TextPropertyListReader::_bare(QString &text)
 
 QChar TextPropertyListReader::_peek() const
 {
-    return m_at < m_text.size() ? m_text.at(m_at) : QChar(end);
+    return m_at < m_text.size() ? m_text.at(m_at) : QChar(textEnd);
 }
 
 bool TextPropertyListReader::_take(QChar character)

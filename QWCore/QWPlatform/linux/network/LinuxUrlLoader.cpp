@@ -15,12 +15,6 @@ namespace platform
 
 namespace
 {
-/// Qt's translations, since platform::localized() belongs to the main thread.
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("platform::UrlLoader", text);
-}
-
 UrlResponse refusal(const char *reason)
 {
     return {.status = 0, .body = {}, .error = translated(reason)};

@@ -2,11 +2,17 @@
 
 #include "QWPlatform/network/UrlLoader.h"
 
+#include <QCoreApplication>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
 namespace platform
 {
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("platform::UrlLoader", text);
+}
 
 bool isLoadable(const QUrl &url)
 {

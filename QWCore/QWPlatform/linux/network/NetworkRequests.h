@@ -4,12 +4,16 @@
 
 class QNetworkReply;
 class QNetworkRequest;
+class QString;
 class QUrl;
 
 namespace platform
 {
 
 struct UrlRequest;
+
+/// Qt's translations, since platform::localized() belongs to the main thread.
+QString translated(const char *text);
 
 /// True for the schemes that are loaded: http, https and file.
 bool isLoadable(const QUrl &url);

@@ -2,7 +2,6 @@
 
 #include "NetworkRequests.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QNetworkProxy>
 #include <QNetworkReply>
@@ -20,12 +19,6 @@ constexpr int statusNoContent = 204;
 constexpr int statusNotModified = 304;
 constexpr int statusTemporaryRedirect = 307;
 constexpr int statusPermanentRedirect = 308;
-
-/// Qt's translations, since platform::localized() belongs to the main thread.
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("platform::UrlLoader", text);
-}
 
 /// Others are followed by asking with GET, whatever was asked before.
 bool keepsMethod(int status)
