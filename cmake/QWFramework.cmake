@@ -6,6 +6,9 @@
 set(QW_LIB_DIR ${CMAKE_BINARY_DIR}/lib)
 set(QW_GENERATED_DIR ${CMAKE_BINARY_DIR}/generated)
 include(GenerateExportHeader)
+include(QWExports)
+set(QW_EXPORTS ${QW_GENERATED_DIR}/exports.map)
+qw_write_exports(${QW_EXPORTS})
 
 function(qw_add_framework name)
     cmake_parse_arguments(arg "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
@@ -27,12 +30,13 @@ function(qw_add_framework name)
     target_compile_features(${name} PUBLIC cxx_std_20)
     # -fPIC: the bundle of an object's class is found from its vtable, which must stay in its library.
     target_compile_options(${name} INTERFACE -fPIC)
-    target_link_options(${name} PRIVATE LINKER:-z,nodelete)
+    target_link_options(${name} PRIVATE LINKER:-z,nodelete LINKER:--version-script=${QW_EXPORTS})
     # A host may use no symbol of a framework and still wants its categories.
     target_link_options(${name} INTERFACE LINKER:--no-as-needed)
     set_target_properties(${name} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY ${version_dir}
         SOVERSION A
+        LINK_DEPENDS ${QW_EXPORTS}
         BUILD_WITH_INSTALL_RPATH ON
         INSTALL_RPATH "$ORIGIN;$ORIGIN/..;$ORIGIN/../../.."
         UNITY_BUILD ${QW_UNITY}

@@ -11,7 +11,8 @@
 import re
 import sys
 
-from faces import CORE, FLOORS, folder_of, is_face
+sys.dont_write_bytecode = True
+from faces import CORE, FLOORS, folder_of, is_face  # noqa: E402
 
 ROOT = CORE.parent
 MOST_FILES = 30

@@ -8,7 +8,7 @@ FLOORS = ["QWPlatform", "QWBase", "QWUtilities"]
 # What puts the product together stands at the top of its folder, too.
 NOT_INSTALLED = {"QWUtilities/Categories.h"}
 
-DECLARED = re.compile(r"\b[A-Z]+?_(?P<kind>(SHARED_|TEST_)?)EXPORT\b")
+DECLARED = re.compile(r"(?<!friend )\b[A-Z]+?_(?P<kind>(SHARED_|TEST_)?)EXPORT\b")
 SCOPES = re.compile(r"\bnamespace\s+(?P<namespace>[\w:]+)\s*\{|"
                     r"\b(class|struct)\s+([A-Z]+_EXPORT\s+)?(?P<type>\w+)[^;{}()]*\{|[{}]")
 

@@ -24,7 +24,7 @@ void tst_QWDataDigest::digestIsLowerCaseHexadecimal_data()
 void tst_QWDataDigest::digestIsLowerCaseHexadecimal()
 {
     QFETCH(QByteArray, data);
-    QTEST(md5String(data), "digest");
+    QTEST(qw::md5String(data), "digest");
 }
 
 QTEST_APPLESS_MAIN(tst_QWDataDigest)

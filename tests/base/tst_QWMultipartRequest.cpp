@@ -29,7 +29,7 @@ private slots:
 
 void tst_QWMultipartRequest::formIsSentByPost()
 {
-    const auto request = requestWithURLMultipartForm(QUrl("http://x/y?z"), {{"a", "1"}});
+    const auto request = qw::requestWithURLMultipartForm(QUrl("http://x/y?z"), {{"a", "1"}});
     QCOMPARE(request.url, QUrl("http://x/y?z"));
     QCOMPARE(request.method, QByteArray("POST"));
     const QByteArray boundary = boundaryOf(request);
@@ -38,7 +38,8 @@ void tst_QWMultipartRequest::formIsSentByPost()
 
 void tst_QWMultipartRequest::bodyHoldsTheFieldsInOrder()
 {
-    const auto request = requestWithURLMultipartForm(QUrl("http://x"), {{"text", "zwei\r\nZeilen ü"}, {"name", ""}});
+    const auto request =
+        qw::requestWithURLMultipartForm(QUrl("http://x"), {{"text", "zwei\r\nZeilen ü"}, {"name", ""}});
     const QByteArray line = "--" + boundaryOf(request);
     QCOMPARE(request.body, line + "\r\nContent-Disposition: form-data; name=\"name\"\r\n\r\n\r\n" + line +
                                "\r\nContent-Disposition: form-data; name=\"text\"\r\n\r\nzwei\r\nZeilen ü\r\n" + line +
@@ -47,21 +48,21 @@ void tst_QWMultipartRequest::bodyHoldsTheFieldsInOrder()
 
 void tst_QWMultipartRequest::namesCannotBreakOutOfTheirQuotes()
 {
-    const auto request = requestWithURLMultipartForm(QUrl("http://x"), {{"a\"; x=\"\r\nHeader: ü", "1"}});
+    const auto request = qw::requestWithURLMultipartForm(QUrl("http://x"), {{"a\"; x=\"\r\nHeader: ü", "1"}});
     QVERIFY2(request.body.contains("name=\"a%22; x=%22%0D%0AHeader: ü\"\r\n\r\n1\r\n"), request.body.constData());
 }
 
 void tst_QWMultipartRequest::formWithoutFieldsIsClosed()
 {
-    const auto request = requestWithURLMultipartForm(QUrl("http://x"), {});
+    const auto request = qw::requestWithURLMultipartForm(QUrl("http://x"), {});
     QCOMPARE(request.body, "--" + boundaryOf(request) + "--\r\n");
 }
 
 void tst_QWMultipartRequest::boundariesDiffer()
 {
-    const auto first = requestWithURLMultipartForm(QUrl("http://x"), {});
+    const auto first = qw::requestWithURLMultipartForm(QUrl("http://x"), {});
     // A field that quotes an earlier form must not end its own.
-    const auto second = requestWithURLMultipartForm(QUrl("http://x"), {{"a", QString::fromUtf8(first.body)}});
+    const auto second = qw::requestWithURLMultipartForm(QUrl("http://x"), {{"a", QString::fromUtf8(first.body)}});
     QVERIFY(boundaryOf(first) != boundaryOf(second));
     QCOMPARE(second.body.count(QByteArray("--" + boundaryOf(second))), 2);
 }

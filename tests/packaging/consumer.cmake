@@ -66,6 +66,13 @@ expect("menu of a machine without plug-ins" "${menu}" "No plug-ins found")
 run(COMMAND ${work}/build/symbolless OUTPUT mapped)
 expect("frameworks of a host that uses no symbol" "${mapped}" "libQWUtilities.so.A\nlibQWBase.so.A\nlibQWPlatform.so.A")
 
+# A host that uses something of everything.
+run(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/packaging/host -B ${work}/host -G Ninja
+    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug)
+run(COMMAND ${CMAKE_COMMAND} --build ${work}/host)
+run(COMMAND ${work}/host/everything OUTPUT used)
+expect("what a host can use" "${used}" "everything")
+
 # Helper programs, in their frameworks and in bin.
 file(GLOB_RECURSE readers ${prefix}/qw-lv2-reader) # also through the link Versions/Current
 list(GET readers 0 reader)

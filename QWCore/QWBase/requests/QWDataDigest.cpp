@@ -2,7 +2,12 @@
 
 #include <QCryptographicHash>
 
+namespace qw
+{
+
 QString md5String(const QByteArray &data)
 {
     return QString::fromLatin1(QCryptographicHash::hash(data, QCryptographicHash::Md5).toHex());
 }
+
+} // namespace qw

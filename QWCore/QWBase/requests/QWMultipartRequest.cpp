@@ -4,6 +4,9 @@
 
 #include <algorithm>
 
+namespace qw
+{
+
 namespace
 {
 /// A boundary that is found in none of the fields.
@@ -38,3 +41,5 @@ platform::UrlRequest requestWithURLMultipartForm(const QUrl &url, const QMap<QSt
     request.body += "--" + boundary + "--\r\n";
     return request;
 }
+
+} // namespace qw

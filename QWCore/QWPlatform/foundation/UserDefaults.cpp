@@ -31,7 +31,7 @@ bool isText(const QVariant &value)
 }
 } // namespace
 
-struct UserDefaults::Private
+struct Q_DECL_HIDDEN UserDefaults::Private
 {
     QString path;
     QVariantMap registered;

@@ -67,7 +67,7 @@ void tellThatUnitCannotBeOpened()
 }
 } // namespace
 
-class QWAUManager::Private
+class Q_DECL_HIDDEN QWAUManager::Private
 {
 public:
     explicit Private(const QWAUManager &owner)

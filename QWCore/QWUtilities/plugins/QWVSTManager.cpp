@@ -52,7 +52,7 @@ PluginMenu::Folder *folderOf(const QString &path, PluginMenu &menu)
 }
 } // namespace
 
-class QWVSTManager::Private
+class Q_DECL_HIDDEN QWVSTManager::Private
 {
 public:
     explicit Private(const QWVSTManager &owner)
