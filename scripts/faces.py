@@ -1,5 +1,4 @@
-#!/usr/bin/env python3
-"""The public headers: what stands at the top of a folder of QWCore and is installed. As a program, lists them."""
+"""The public headers: what stands at the top of a folder of QWCore and is installed."""
 import pathlib
 import re
 
@@ -59,7 +58,3 @@ def declarations(header):
         is_class = bool(re.search(r"\b(class|struct)\s+$", before))
         name = re.match(r"\s*(\w+)", after) if is_class else re.search(r"(\w+|operator\W+?)\s*\(", after)
         yield match["kind"], is_class, scope_of(before) + name.group(1), body_of(after) if is_class else ""
-
-
-if __name__ == "__main__":
-    print("\n".join(str(path.relative_to(CORE)) for path in headers()))
