@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
 # Checks the public headers as hosts get them: what is installed is what docs/architecture.md lists, and each header
 # compiles as the only one, under both compilers, with nothing of ours on the way but the installation.
-#   scripts/check-headers.sh [PRESET]        (configured; nothing needs to be built)
+#   scripts/check-headers.sh [PRESET]        (nothing needs to be built)
 . "$(dirname "$0")/setup.sh"
 help_if_asked "$0" "$@"
 preset=${1:-abi}
 
 stage=$(mktemp -d -t qwheaders.XXXXXX)
 trap 'rm -rf "$stage"' EXIT
+mkdir -p "build/$preset"
+quietly "build/$preset/configure.log" cmake --preset "$preset"
 quietly "build/$preset/headers.log" cmake --install "build/$preset" --prefix "$stage" --component headers
 public=$stage/include/QWCore
 

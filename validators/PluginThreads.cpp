@@ -11,7 +11,7 @@ namespace
 {
 using Clock = std::chrono::steady_clock;
 
-constexpr auto pollTime = std::chrono::milliseconds(5);
+constexpr auto restPollTime = std::chrono::milliseconds(5);
 constexpr char sleeping = 'S';
 
 /// The state stands behind the name, which may hold anything.
@@ -45,7 +45,7 @@ void PluginThreads::awaitRest(std::chrono::milliseconds calm, std::chrono::milli
             return;
         before = now;
         whileWaiting();
-        std::this_thread::sleep_for(pollTime);
+        std::this_thread::sleep_for(restPollTime);
     }
 }
 

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 namespace
 {
 constexpr auto longestEnding = 2s; ///< What then still lives is stuck in the kernel.
-constexpr auto pollTime = 1ms;
+constexpr auto endPollTime = 1ms;
 
 volatile std::sig_atomic_t current = 0; ///< The child's id while there is one.
 
@@ -71,7 +71,7 @@ void endOrphans()
         }
         if (reaped < 0 || std::chrono::steady_clock::now() > deadline) // none is left, or none will be reaped
             return;
-        std::this_thread::sleep_for(pollTime);
+        std::this_thread::sleep_for(endPollTime);
     }
 }
 } // namespace

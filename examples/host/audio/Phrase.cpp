@@ -20,7 +20,7 @@ constexpr Note notes[] = {
     {1.50, 0.45, 53, 96}, {1.75, 0.20, 60, 78}, {2.00, 0.20, 65, 84}, {2.25, 0.45, 69, 90}, {2.75, 0.20, 55, 96},
     {3.00, 0.90, 59, 92}, {3.00, 0.90, 62, 92}, {3.00, 0.90, 67, 96},
 };
-constexpr double length = 4; // seconds
+constexpr double phraseLength = 4; // seconds
 constexpr unsigned char noteOn = 0x90;
 constexpr unsigned char noteOff = 0x80;
 } // namespace
@@ -28,7 +28,7 @@ constexpr unsigned char noteOff = 0x80;
 Phrase Phrase::forTrying(double sampleRate)
 {
     Phrase phrase;
-    phrase.frames = static_cast<qint64>(length * sampleRate);
+    phrase.frames = static_cast<qint64>(phraseLength * sampleRate);
     for (const Note &note : notes) {
         phrase.events.push_back({static_cast<int>(note.start * sampleRate), {noteOn, note.key, note.velocity}});
         phrase.events.push_back({static_cast<int>((note.start + note.length) * sampleRate), {noteOff, note.key, 64}});

@@ -12,9 +12,9 @@ using platform::AudioPlugin;
 
 namespace
 {
-constexpr float silence = 1.0e-4f;      // -80 dB
+constexpr float inaudible = 1.0e-4f;    // -80 dB
 constexpr double quietBeforeEnd = 0.25; // seconds
-constexpr double fadeOut = 0.05;        // seconds
+constexpr double fadeOutTime = 0.05;    // seconds
 constexpr double longestLatency = 10;   // seconds; nothing that takes longer says so in earnest
 
 // A block of channels that lie one behind the other, with the pointers that plug-ins want.
@@ -57,7 +57,7 @@ float peakOf(const Sound &sound, qint64 frame)
 
 void fadeOutEnd(Sound &sound)
 {
-    const qint64 frames = std::min<qint64>(sound.frames(), static_cast<qint64>(fadeOut * sound.sampleRate));
+    const qint64 frames = std::min<qint64>(sound.frames(), static_cast<qint64>(fadeOutTime * sound.sampleRate));
     for (auto &channel : sound.channels) {
         for (qint64 i = 0; i < frames; ++i)
             channel[channel.size() - 1 - static_cast<size_t>(i)] *= static_cast<float>(i) / static_cast<float>(frames);
@@ -78,7 +78,7 @@ void cut(Sound &sound, qint64 first, qint64 frames)
 void trimSilence(Sound &sound, qint64 least)
 {
     qint64 end = sound.frames();
-    while (end > least && peakOf(sound, end - 1) < silence)
+    while (end > least && peakOf(sound, end - 1) < inaudible)
         --end;
     for (auto &channel : sound.channels)
         channel.resize(static_cast<size_t>(end));
@@ -149,7 +149,7 @@ void PluginRenderer::Pass::keep()
         for (int frame = 0; frame < blockFrames; ++frame) {
             const float sample = std::isfinite(samples[frame]) ? samples[frame] : 0.0f;
             output.channels[static_cast<size_t>(channel)].push_back(sample);
-            if (std::abs(sample) >= silence)
+            if (std::abs(sample) >= inaudible)
                 quiet = std::min<qint64>(quiet, blockFrames - frame);
         }
     }

@@ -11,9 +11,9 @@ namespace demo
 namespace
 {
 constexpr double rate = 48000;
-constexpr double length = 4; // seconds
+constexpr double toneLength = 4; // seconds
 
-struct Note
+struct Tone
 {
     double start;     ///< Seconds.
     double frequency; ///< Hz.
@@ -22,7 +22,7 @@ struct Note
     double decay; ///< Seconds to fall to a third.
 };
 
-constexpr Note notes[] = {
+constexpr Tone tones[] = {
     {0.00, 110.00, 0.34, 0.50, 0.60}, {0.00, 220.00, 0.24, 0.30, 0.30}, {0.25, 329.63, 0.22, 0.65, 0.22},
     {0.50, 440.00, 0.24, 0.25, 0.20}, {0.75, 554.37, 0.22, 0.75, 0.18}, {1.00, 659.26, 0.26, 0.50, 0.35},
     {1.50, 87.31, 0.36, 0.50, 0.55},  {1.50, 349.23, 0.22, 0.70, 0.26}, {1.75, 440.00, 0.20, 0.35, 0.20},
@@ -66,14 +66,14 @@ private:
     const double m_silenceStep = std::exp(-1 / (0.003 * rate));
 };
 
-void play(Sound &sound, const Note &note)
+void play(Sound &sound, const Tone &tone)
 {
-    const double left = std::cos(note.pan * std::numbers::pi / 2) * note.level;
-    const double right = std::sin(note.pan * std::numbers::pi / 2) * note.level;
-    const double end = note.start + 12 * note.decay; // by then it is 100 dB down
+    const double left = std::cos(tone.pan * std::numbers::pi / 2) * tone.level;
+    const double right = std::sin(tone.pan * std::numbers::pi / 2) * tone.level;
+    const double end = tone.start + 12 * tone.decay; // by then it is 100 dB down
     const auto last = std::min(sound.channels[0].size(), static_cast<size_t>(end * rate));
-    Pluck pluck(note.frequency, note.decay);
-    for (auto frame = static_cast<size_t>(note.start * rate); frame < last; ++frame) {
+    Pluck pluck(tone.frequency, tone.decay);
+    for (auto frame = static_cast<size_t>(tone.start * rate); frame < last; ++frame) {
         const double value = pluck.next();
         sound.channels[0][frame] += static_cast<float>(left * value);
         sound.channels[1][frame] += static_cast<float>(right * value);
@@ -93,7 +93,7 @@ void setPeak(Sound &sound, float wanted)
     }
 }
 
-void fadeOut(Sound &sound, size_t frames)
+void fadeOutLast(Sound &sound, size_t frames)
 {
     for (auto &channel : sound.channels) {
         for (size_t i = 0; i < frames; ++i)
@@ -106,10 +106,10 @@ Sound makeTestTone()
 {
     Sound sound;
     sound.sampleRate = rate;
-    sound.channels.assign(2, std::vector<float>(static_cast<size_t>(length * rate)));
-    for (const Note &note : notes)
-        play(sound, note);
-    fadeOut(sound, 2400);
+    sound.channels.assign(2, std::vector<float>(static_cast<size_t>(toneLength * rate)));
+    for (const Tone &tone : tones)
+        play(sound, tone);
+    fadeOutLast(sound, 2400);
     setPeak(sound, 0.79f);
     return sound;
 }

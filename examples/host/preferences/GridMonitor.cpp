@@ -16,8 +16,8 @@ using platform::localized;
 
 namespace
 {
-constexpr int refreshMilliseconds = 100;
-constexpr double gap = 0.16; ///< Of the pitch.
+constexpr int gridRefresh = 100; // milliseconds
+constexpr double gap = 0.16;     ///< Of the pitch.
 constexpr int statusRoom = 16;
 
 QColor withAlpha(QColor colour, float alpha)
@@ -43,7 +43,7 @@ GridMonitor::GridMonitor(QWidget *parent)
     : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    m_refresh.setInterval(refreshMilliseconds);
+    m_refresh.setInterval(gridRefresh);
     connect(&m_refresh, &QTimer::timeout, this, [this] {
         setAccessibleDescription(_status());
         update();

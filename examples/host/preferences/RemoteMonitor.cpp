@@ -17,7 +17,7 @@ using platform::localized;
 namespace
 {
 constexpr int fadeMilliseconds = 250;
-constexpr int refreshMilliseconds = 500;
+constexpr int remoteRefresh = 500; // milliseconds
 constexpr int spacing = 8;
 constexpr int keyHeight = 30;
 
@@ -35,7 +35,7 @@ RemoteMonitor::RemoteMonitor(QWidget *parent)
         m_lit.fill(false);
         update();
     });
-    m_refresh.setInterval(refreshMilliseconds);
+    m_refresh.setInterval(remoteRefresh);
     connect(&m_refresh, &QTimer::timeout, this, &RemoteMonitor::_followReceiver);
 }
 

@@ -14,11 +14,11 @@ namespace demo
 
 namespace
 {
-constexpr float range = 60; // decibels
+constexpr float decibelRange = 60; // decibels
 
 qreal partOf(float level)
 {
-    return level > 0 ? std::clamp(20 * std::log10(level) / range + 1, 0.0f, 1.0f) : 0;
+    return level > 0 ? std::clamp(20 * std::log10(level) / decibelRange + 1, 0.0f, 1.0f) : 0;
 }
 } // namespace
 

@@ -30,11 +30,11 @@ constexpr std::array<Byte, 256> makeBytes()
         bytes[static_cast<unsigned char>(c)] = Byte::Stop;
     return bytes;
 }
-constexpr std::array<Byte, 256> bytes = makeBytes();
+constexpr std::array<Byte, 256> kinds = makeBytes();
 
 Byte kindOf(char c)
 {
-    return bytes[static_cast<unsigned char>(c)];
+    return kinds[static_cast<unsigned char>(c)];
 }
 
 /// What writers of property lists escape.
