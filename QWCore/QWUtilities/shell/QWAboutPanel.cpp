@@ -22,6 +22,34 @@ namespace
 constexpr int quietRoundBezel = 1200;
 }
 
+/// Filters the window's events: Escape closes.
+class QWAboutPanel::Private : public QObject
+{
+public:
+    explicit Private(QWAboutPanel &owner);
+
+    void _open();
+    void close();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    std::unique_ptr<QWidget> m_nib; ///< Holds the view until the window takes it over.
+    std::unique_ptr<qw::BorderlessWindow> m_window;
+    QWAboutPanelContentView *m_view = nullptr; ///< Null when the interface file is not complete.
+    QLabel *m_appNameText = nullptr;
+    QLabel *m_versionText = nullptr;
+    QLabel *m_buildText = nullptr;
+    QLabel *m_additionalText = nullptr;
+    QLabel *m_copyrightText = nullptr;
+    QWButton *m_legalButton = nullptr;
+    QWButton *m_acknowledgementsButton = nullptr;
+
+private:
+    void awakeFromNib();
+    void _makeWindow();
+    void animationDidStopFinished();
+};
+
 QWAboutPanel &QWAboutPanel::aboutPanel()
 {
     return System::current().shared<QWAboutPanel>([] { return new QWAboutPanel; });
@@ -29,12 +57,19 @@ QWAboutPanel &QWAboutPanel::aboutPanel()
 
 void QWAboutPanel::open()
 {
-    aboutPanel()._open();
+    aboutPanel().d->_open();
 }
 
 QWAboutPanel::QWAboutPanel()
+    : d(std::make_unique<Private>(*this))
 {
-    platform::InterfaceFile nib("QWAboutPanel", qw::shellBundle(), *this);
+}
+
+QWAboutPanel::~QWAboutPanel() = default;
+
+QWAboutPanel::Private::Private(QWAboutPanel &owner)
+{
+    platform::InterfaceFile nib("QWAboutPanel", qw::shellBundle(), owner);
     nib.connectOutlet("view", m_view);
     nib.connectOutlet("appNameText", m_appNameText);
     nib.connectOutlet("versionText", m_versionText);
@@ -49,9 +84,7 @@ QWAboutPanel::QWAboutPanel()
     awakeFromNib();
 }
 
-QWAboutPanel::~QWAboutPanel() = default;
-
-void QWAboutPanel::awakeFromNib()
+void QWAboutPanel::Private::awakeFromNib()
 {
     const platform::Bundle &host = System::current().mainBundle();
     m_appNameText->setText(qw::applicationName());
@@ -62,15 +95,15 @@ void QWAboutPanel::awakeFromNib()
     m_acknowledgementsButton->setBezelStyle(quietRoundBezel);
 }
 
-void QWAboutPanel::_makeWindow()
+void QWAboutPanel::Private::_makeWindow()
 {
     m_window = std::make_unique<qw::BorderlessWindow>(std::move(m_nib), m_view);
     m_window->setWindowTitle(platform::formatted(platform::localized("About %@"), {m_appNameText->text()}));
     m_window->installEventFilter(this);
-    connect(m_window.get(), &qw::BorderlessWindow::animationDidStop, this, &QWAboutPanel::animationDidStopFinished);
+    connect(m_window.get(), &qw::BorderlessWindow::animationDidStop, this, &Private::animationDidStopFinished);
 }
 
-void QWAboutPanel::_open()
+void QWAboutPanel::Private::_open()
 {
     if (!m_view || (m_window && m_window->isVisible()))
         return;
@@ -89,6 +122,11 @@ void QWAboutPanel::_open()
 
 void QWAboutPanel::close()
 {
+    d->close();
+}
+
+void QWAboutPanel::Private::close()
+{
     if (!m_window)
         return;
     if (qw::BorderlessWindow::supportsAnimator())
@@ -97,7 +135,7 @@ void QWAboutPanel::close()
         m_window->close();
 }
 
-void QWAboutPanel::animationDidStopFinished()
+void QWAboutPanel::Private::animationDidStopFinished()
 {
     if (m_window->windowOpacity() == 0)
         m_window->close();
@@ -117,10 +155,10 @@ void QWAboutPanel::openAcknowledgements(QObject *)
 
 QWidget *QWAboutPanel::window() const
 {
-    return m_window.get();
+    return d->m_window.get();
 }
 
-bool QWAboutPanel::eventFilter(QObject *watched, QEvent *event)
+bool QWAboutPanel::Private::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::KeyPress || !static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel))
         return QObject::eventFilter(watched, event);

@@ -6,15 +6,7 @@
 
 #include <memory>
 
-class QLabel;
-class QWAboutPanelContentView;
-class QWButton;
 class QWidget;
-
-namespace qw
-{
-class BorderlessWindow;
-}
 
 /// The panel behind the application's About command. One per System; shown and hidden any number of times. Main thread.
 class QWUTILITIES_EXPORT QWAboutPanel : public QObject
@@ -22,41 +14,32 @@ class QWUTILITIES_EXPORT QWAboutPanel : public QObject
     Q_OBJECT
 
 public:
+    /// The about panel of the current System, made on first use, which shows nothing yet.
     static QWAboutPanel &aboutPanel();
 
-    /// Shows the one about panel, fading in.
+    /// Shows the one about panel, fading in; nothing when it is visible already.
     static void open();
 
+    /// The window goes at once; the System does so.
     ~QWAboutPanel() override;
 
     /// Fades the panel out, in the event loop; where nothing fades it is gone at once.
     void close();
 
-    Q_INVOKABLE void openLegal(QObject *sender);            ///< The manual viewer's legal text, then close().
-    Q_INVOKABLE void openAcknowledgements(QObject *sender); ///< As openLegal(), with the acknowledgements.
+    /// Opens the manual viewer's legal text, then close()s. The action of a button; @p sender does not matter.
+    Q_INVOKABLE void openLegal(QObject *sender);
 
-    QWidget *window() const; ///< Made by the first open(), null before.
+    /// As openLegal(), with the acknowledgements; @p sender does not matter.
+    Q_INVOKABLE void openAcknowledgements(QObject *sender);
 
-    /// Escape closes.
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    /// Made by the first open(), null before. Not to be deleted.
+    QWidget *window() const;
 
 protected:
+    /// Only for aboutPanel().
     QWAboutPanel();
 
 private:
-    void awakeFromNib();
-    void _open();
-    void _makeWindow();
-    void animationDidStopFinished();
-
-    std::unique_ptr<QWidget> m_nib; ///< Holds the view until the window takes it over.
-    std::unique_ptr<qw::BorderlessWindow> m_window;
-    QWAboutPanelContentView *m_view = nullptr; ///< Null when the interface file is not complete.
-    QLabel *m_appNameText = nullptr;
-    QLabel *m_versionText = nullptr;
-    QLabel *m_buildText = nullptr;
-    QLabel *m_additionalText = nullptr;
-    QLabel *m_copyrightText = nullptr;
-    QWButton *m_legalButton = nullptr;
-    QWButton *m_acknowledgementsButton = nullptr;
+    class Private;
+    std::unique_ptr<Private> d;
 };

@@ -1,10 +1,11 @@
 #include "QWManual.h"
 
-#include "QWUtilities/shell/manual/ManualVersion.h"
+#include "QWUtilities/shell/manual/ManualFolder.h"
+#include "QWUtilities/shell/manual/ManualToolbar.h"
+#include "QWUtilities/shell/manual/ManualUpdate.h"
 #include "QWUtilities/shell/panels/ShellInterface.h"
 
 #include <QWBase/QWApplication.h>
-#include <QWBase/QWError.h>
 #include <QWBase/QWFile.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
@@ -13,21 +14,15 @@
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/WebView.h>
 #include <QWPlatform/appkit/WindowFrame.h>
-#include <QWPlatform/appkit/toolbar/Toolbar.h>
-#include <QWPlatform/foundation/BackgroundWork.h>
+#include <QWPlatform/appkit/web/BrowserLinks.h>
+#include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
-#include <QWPlatform/foundation/Locations.h>
-#include <QWPlatform/foundation/processes/ChildProcesses.h>
 
-#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QLabel>
 #include <QLoggingCategory>
 #include <QPointer>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QScreen>
+#include <QVBoxLayout>
 
 using platform::formatted;
 using platform::localized;
@@ -36,25 +31,6 @@ using platform::System;
 namespace
 {
 Q_LOGGING_CATEGORY(manualLog, "quorwell.manual")
-
-constexpr int barSteps = 1000; ///< Of the whole progress bar.
-
-QString mapped(const QString &path)
-{
-    return System::current().locations().mapped(path);
-}
-
-QString applicationCode()
-{
-    const QWApplication *application = QWApplication::sharedApplication();
-    return application ? application->code() : QString();
-}
-
-QString majorVersion()
-{
-    const QWApplication *application = QWApplication::sharedApplication();
-    return QString::number(application ? application->majorVersion() : 0);
-}
 
 void tell(const QString &what, const QString &why)
 {
@@ -70,13 +46,43 @@ void tellOfUnwrittenPdf(const QString &path)
              {QFileInfo(path).fileName()}));
 }
 
-/// "" without a folder for it, of which the user was told.
-QString downloadPath()
+void printDidFinish(bool ok)
 {
-    const QString folder = QWApplication::sharedApplication()->tempDirectory();
-    return folder.isEmpty() ? QString() : folder + "/Manual.zip";
+    if (!ok)
+        tell(localized("The manual could not be printed"),
+             localized("The printer did not take the pages. It may be switched off, or not connected."));
+}
+
+QString manualTitle()
+{
+    return formatted(localized("%@ Manual"), {qw::applicationName()});
 }
 } // namespace
+
+class QWManual::Private
+{
+public:
+    explicit Private(QWManual &owner);
+
+    void _openManual();
+    void printToPDF();
+    void legal();
+
+    QWManual &m_owner;
+    qw::ManualFolder m_folder;
+    qw::ManualToolbar m_toolbar;
+    std::unique_ptr<QWidget> m_nib;
+    platform::Panel *m_window = nullptr;
+    platform::BrowserLinks m_browserLinks;
+    std::unique_ptr<platform::WebView> m_contentView;
+    qw::ManualUpdate m_update;
+
+private:
+    bool _loadNib();
+    void _makeContentView(QWidget &place);
+    void awakeFromNib();
+    void savePanelDidEnd(int returnCode, const QString &path);
+};
 
 QWManual &QWManual::manual()
 {
@@ -85,18 +91,18 @@ QWManual &QWManual::manual()
 
 void QWManual::openManual()
 {
-    manual()._openManual();
+    manual().d->_openManual();
 }
 
 void QWManual::openLegal()
 {
-    manual()._openManual();
+    openManual();
     manual().legal();
 }
 
 void QWManual::openAcknowledgements()
 {
-    manual()._openManual();
+    openManual();
     manual().acknowledgements();
 }
 
@@ -105,32 +111,41 @@ bool QWManual::appUsesQWManual()
     return !System::current().mainBundle().pathForResource("Manual", "zip").isEmpty();
 }
 
-QWManual::QWManual() = default;
+QWManual::QWManual()
+    : d(std::make_unique<Private>(*this))
+{
+}
+
 QWManual::~QWManual() = default;
 
-void QWManual::_openManual()
+QWManual::Private::Private(QWManual &owner)
+    : m_owner(owner)
+    , m_toolbar(owner)
+    , m_update(m_folder)
+{
+    QObject::connect(&m_update, &qw::ManualUpdate::installed, &owner, [&owner] { owner.home(); });
+}
+
+void QWManual::Private::_openManual()
 {
     if (!m_window) {
         if (!QWApplication::sharedApplication() || !_loadNib())
             return;
-        if (QWFile::fileExistsAtPath(m_manualIndexPath)) {
-            home();
-            m_found = true;
-        }
-        m_toolbar->validateVisibleItems();
+        const bool found = QWFile::fileExistsAtPath(m_folder.indexPath());
+        if (found)
+            m_owner.home();
+        m_toolbar.setFound(found);
     }
     platform::makeKeyAndOrderFront(*m_window);
 }
 
-bool QWManual::_loadNib()
+bool QWManual::Private::_loadNib()
 {
-    platform::InterfaceFile nib("QWManual", qw::shellBundle(), *this);
+    platform::InterfaceFile nib("QWManual", qw::shellBundle(), m_owner);
     QWidget *place = nullptr;
     nib.connectOutlet("window", m_window);
     nib.connectOutlet("contentView", place);
-    nib.connectOutlet("progressText", m_progressText);
-    nib.connectOutlet("progressBar", m_progressBar);
-    nib.connectOutlet("progressStopButton", m_progressStopButton);
+    m_update.connectOutlets(nib);
     if (!nib.isComplete())
         return false;
     m_nib = nib.takeWidget();
@@ -139,175 +154,65 @@ bool QWManual::_loadNib()
     return true;
 }
 
-void QWManual::awakeFromNib()
+void QWManual::Private::_makeContentView(QWidget &place)
 {
-    _makeToolbar();
-    _makeShortcuts();
-    _showProgress(false);
-    if (!_prepareManual())
+    auto *const column = new QVBoxLayout(&place);
+    column->setContentsMargins({});
+    m_contentView = System::current().webViews().make(&place);
+    column->addWidget(m_contentView->widget());
+    QObject::connect(m_contentView.get(), &platform::WebView::printFinished, &m_owner, &printDidFinish,
+                     Qt::QueuedConnection);
+    // Pages of the web belong into the user's browser; everything else stays in the panel.
+    m_contentView->setPolicy(
+        [this](const platform::WebView::Navigation &navigation) { return !m_browserLinks.take(navigation); });
+}
+
+void QWManual::Private::awakeFromNib()
+{
+    m_toolbar.addToWindow(*m_window, *m_contentView);
+    m_update.showProgress(false);
+    if (!m_folder.prepare())
         return;
-    checkVersion();
-    m_window->setWindowTitle(formatted(localized("%@ Manual"), {qw::applicationName()}));
+    m_update.checkVersion();
+    m_window->setWindowTitle(manualTitle());
     platform::centerWindow(*m_window, m_window->size());
     platform::constrainToScreen(*m_window);
 }
 
-/// Makes sure that there is a manual folder, with the host's own manual when it holds none; false, after an alert, when
-/// that cannot be.
-bool QWManual::_prepareManual()
-{
-    QWError error;
-    m_manualPath = QWApplication::sharedApplication()->supportDirectory() + "/Manual";
-    if (!QWFile::createDirectoryAtPath(m_manualPath, &error)) {
-        error.alert();
-        return false;
-    }
-    m_manualIndexPath = m_manualPath + "/index.html";
-    if (QWFile::fileExistsAtPath(m_manualIndexPath))
-        return true;
-    QWFile::makeAccessibleAtPath(m_manualPath);
-    if (!QWFile::emptyDirectoryAtPath(m_manualPath, &error)) {
-        error.alert();
-        return false;
-    }
-    if (appUsesQWManual())
-        _unzipToDirectory(System::current().mainBundle().pathForResource("Manual", "zip"), m_manualPath);
-    return true;
-}
-
-void QWManual::_unzipToDirectory(const QString &archive, const QString &directory) const
-{
-    System::current().childProcesses().run(
-        {.launchPath = "/usr/bin/unzip", .arguments = {"-q", mapped(archive), "-d", mapped(directory)}});
-    QWFile::makeAccessibleAtPath(directory); // what an archive forbids could be neither read nor replaced
-}
-
-void QWManual::checkVersion()
-{
-    const System &system = System::current();
-    const QUrl question(system.locations().supportSite() + "/support/manual_version.php?appCode=" + applicationCode() +
-                        "&version=" + majorVersion());
-    auto work = [self = QPointer(this), loader = &system.urlLoader(), question,
-                 index = mapped(m_manualIndexPath)]() -> std::function<void()> {
-        if (!qw::isNewerManualOffered(*loader, question, index))
-            return {};
-        return [self] {
-            if (self)
-                self->newVersionAvailable();
-        };
-    };
-    system.backgroundWork().start(work);
-}
-
-void QWManual::newVersionAvailable()
-{
-    const platform::Alert offer{.messageText = localized("A newer version of the manual is available"),
-                                .informativeText = localized("Would you like to download the update now?"),
-                                .buttons = {localized("Download"), localized("Later")}};
-    // The answer may come before the window system has made the new window the active one, above which alerts stand.
-    if (m_window && m_window->isVisible())
-        QApplication::setActiveWindow(m_window);
-    if (platform::runAlert(offer) != 0)
-        return;
-    const QString archive = downloadPath();
-    if (archive.isEmpty())
-        return;
-    const QUrl url(System::current().locations().supportSite() + "/support/manuals/" + applicationCode().toLower() +
-                   "/" + majorVersion() + "/Manual.zip");
-    m_downloader = System::current().urlDownloads().start(url, mapped(archive), *this);
-    m_progressText->setText(localized("Downloading update..."));
-    m_progressBar->setRange(0, barSteps);
-    m_progressBar->setValue(0);
-    _showProgress(true);
-}
-
-void QWManual::downloadDidReceiveResponse(qint64 expectedLength)
-{
-    m_downloadSize = static_cast<quint64>(expectedLength);
-    m_downloaded = 0;
-}
-
-void QWManual::downloadDidReceiveDataOfLength(qint64 length)
-{
-    m_downloaded += static_cast<quint64>(length);
-    const double fraction =
-        static_cast<double>(m_downloaded) / static_cast<double>(std::max<quint64>(m_downloadSize, 1));
-    m_progressBar->setValue(static_cast<int>(std::min(fraction, 1.0) * barSteps));
-}
-
-void QWManual::downloadDidFinish()
-{
-    m_downloader.reset();
-    m_progressText->setText(localized("Installing update..."));
-    m_progressBar->setRange(0, 0);
-    m_progressText->repaint(); // Unpacking keeps the main thread.
-    QWError error;
-    QWFile::makeAccessibleAtPath(m_manualPath);
-    const bool isEmptied = QWFile::emptyDirectoryAtPath(m_manualPath, &error);
-    if (const QString archive = downloadPath(); !archive.isEmpty())
-        _unzipToDirectory(archive, m_manualPath);
-    _showProgress(false);
-    home();
-    if (!isEmptied)
-        error.alert();
-}
-
-void QWManual::downloadDidFailWithError(const QString &localizedDescription)
-{
-    m_downloader.reset();
-    tell(localized("The downloading of the manual failed"), localizedDescription);
-    _showProgress(false);
-}
-
-void QWManual::stopProgress(QObject *)
-{
-    if (m_downloader)
-        m_downloader->cancel();
-    m_downloader.reset();
-    _showProgress(false);
-}
-
-void QWManual::_showProgress(bool shows)
-{
-    if (!m_window)
-        return;
-    const std::initializer_list<QWidget *> controls{m_progressText, m_progressBar, m_progressStopButton};
-    for (QWidget *control : controls) {
-        QSizePolicy policy = control->sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        control->setSizePolicy(policy);
-        control->setVisible(shows);
-    }
-}
-
 void QWManual::back(QObject *)
 {
-    if (m_contentView)
-        m_contentView->goBack();
+    if (d->m_contentView)
+        d->m_contentView->goBack();
 }
 
 void QWManual::forward(QObject *)
 {
-    if (m_contentView)
-        m_contentView->goForward();
+    if (d->m_contentView)
+        d->m_contentView->goForward();
 }
 
 void QWManual::home(QObject *)
 {
-    if (m_contentView)
-        m_contentView->load(QUrl::fromLocalFile(mapped(m_manualIndexPath)));
+    if (d->m_contentView)
+        d->m_contentView->load(d->m_folder.indexUrl());
 }
 
 void QWManual::print(QObject *)
 {
-    if (m_contentView)
-        m_contentView->print();
+    if (d->m_contentView)
+        d->m_contentView->print();
 }
 
 void QWManual::legal(QObject *)
 {
+    if (d->m_contentView)
+        d->legal();
+}
+
+void QWManual::Private::legal()
+{
     QFile file(qw::shellBundle().pathForResource("EULA", "html"));
-    if (!m_contentView || !file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly))
         return;
     const QString text = QString::fromUtf8(file.readAll()).replace("%CFBundleName%", qw::applicationName());
     m_contentView->loadHtml(text, QUrl());
@@ -315,37 +220,48 @@ void QWManual::legal(QObject *)
 
 void QWManual::acknowledgements(QObject *)
 {
-    if (m_contentView)
-        m_contentView->load(QUrl::fromLocalFile(mapped(m_manualPath + "/acknowledgements.html")));
+    if (d->m_contentView)
+        d->m_contentView->load(d->m_folder.acknowledgementsUrl());
 }
 
 void QWManual::printToPDF(QObject *)
 {
-    if (!m_contentView)
-        return;
+    if (d->m_contentView)
+        d->printToPDF();
+}
+
+void QWManual::Private::printToPDF()
+{
     const platform::SavePanelRequest request{.window = m_window,
                                              .title = localized("Save To PDF"),
-                                             .suggestedName =
-                                                 formatted(localized("%@ Manual"), {qw::applicationName()}),
+                                             .suggestedName = manualTitle(),
                                              .requiredFileType = "pdf"};
     System::current().filePanels().beginSavePanel(
         request, [this](int code, const QString &path) { savePanelDidEnd(code, path); });
 }
 
-void QWManual::savePanelDidEnd(int returnCode, const QString &path)
+void QWManual::Private::savePanelDidEnd(int returnCode, const QString &path)
 {
     if (returnCode != platform::FilePanels::OK)
         return;
-    m_contentView->printToPdf(path, [path, self = QPointer(this)](bool ok) {
-        if (!ok && self) // from the event loop: an alert runs one of its own, which the view's engine is not made for
+    m_contentView->printToPdf(path, [path, manual = QPointer(&m_owner)](bool ok) {
+        if (!ok && manual) // from the event loop: an alert runs one of its own, which the view's engine is not made for
             QMetaObject::invokeMethod(
-                self, [path] { tellOfUnwrittenPdf(path); }, Qt::QueuedConnection);
+                manual, [path] { tellOfUnwrittenPdf(path); }, Qt::QueuedConnection);
     });
 }
 
-void QWManual::printDidFinish(bool ok)
+void QWManual::stopProgress(QObject *)
 {
-    if (!ok)
-        tell(localized("The manual could not be printed"),
-             localized("The printer did not take the pages. It may be switched off, or not connected."));
+    d->m_update.stop();
+}
+
+platform::Panel *QWManual::window() const
+{
+    return d->m_window;
+}
+
+platform::WebView *QWManual::contentView() const
+{
+    return d->m_contentView.get();
 }

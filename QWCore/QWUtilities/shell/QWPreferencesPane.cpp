@@ -6,9 +6,15 @@
 
 #include <algorithm>
 
+class QWPreferencesPane::Private
+{
+public:
+    platform::UserDefaults &defaults;
+};
+
 QWPreferencesPane::QWPreferencesPane(QWidget *parent)
     : QWidget(parent)
-    , m_defaults(platform::System::current().userDefaults())
+    , d(new Private{.defaults = platform::System::current().userDefaults()})
 {
 }
 
@@ -55,4 +61,9 @@ QSize QWPreferencesPane::paneSize() const
     const int width = std::max(this->width(), needed.width());
     const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : needed.height();
     return {width, std::max(this->height(), height)};
+}
+
+platform::UserDefaults &QWPreferencesPane::defaults() const
+{
+    return d->defaults;
 }

@@ -1,35 +1,57 @@
 #include "QWPreferencesPanel.h"
 
+#include "QWUtilities/shell/preferences/PaneStage.h"
+#include "QWUtilities/shell/preferences/PaneToolbar.h"
+
+#include <QWPlatform/System.h>
 #include <QWPlatform/appkit/InterfaceFile.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/WindowFrame.h>
-#include <QWPlatform/appkit/responders/WidgetTree.h>
 #include <QWPlatform/appkit/toolbar/Toolbar.h>
 #include <QWPlatform/appkit/toolbar/ToolbarItem.h>
 #include <QWPlatform/foundation/Bundle.h>
 
+#include <QPointer>
 #include <QShortcut>
-#include <QStyle>
-#include <QVBoxLayout>
-#include <QVariantAnimation>
 
 #include <algorithm>
+#include <optional>
 
 using platform::System;
-using platform::Toolbar;
 using platform::ToolbarItem;
 
-namespace
+class QWPreferencesPanel::Private
 {
-constexpr int longestAnimation = 250; ///< In milliseconds.
+public:
+    explicit Private(QWPreferencesPanel &owner)
+        : m_owner(owner)
+        , m_toolbarItems(owner)
+    {
+    }
 
-/// The desktop's own; 0 where it asks for no motion.
-int resizeMilliseconds(const QWidget &window)
+    void _openPane(const QString &identifier);
+    void _update();
+    void changePane(QWPreferencesPane &pane);
+
+    QWPreferencesPanel &m_owner;
+    qw::PaneToolbar m_toolbarItems;
+    std::unique_ptr<QWidget> m_nib;
+    platform::Panel *m_panel = nullptr;
+    QPointer<QWPreferencesPane> m_currentPane;
+    QStringList m_toolbarItemIdentifiers;
+    std::optional<qw::PaneStage> m_stage; ///< As soon as there is a panel.
+
+private:
+    bool _loadNib();
+    void _makeContent();
+    void _selectPane(const QString &identifier);
+    void windowWillClose();
+};
+
+QWPreferencesPanel &QWPreferencesPanel::_install(QWPreferencesPanel *(*make)())
 {
-    return std::min(window.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &window),
-                    longestAnimation);
+    return System::current().shared<QWPreferencesPanel>(make);
 }
-} // namespace
 
 QWPreferencesPanel &QWPreferencesPanel::sharedInstance()
 {
@@ -38,20 +60,24 @@ QWPreferencesPanel &QWPreferencesPanel::sharedInstance()
 
 void QWPreferencesPanel::open()
 {
-    sharedInstance()._openPane({});
+    sharedInstance().d->_openPane({});
 }
 
 void QWPreferencesPanel::openPane(const QString &identifier)
 {
-    sharedInstance()._openPane(identifier);
+    sharedInstance().d->_openPane(identifier);
 }
 
 void QWPreferencesPanel::update()
 {
-    sharedInstance()._update();
+    sharedInstance().d->_update();
 }
 
-QWPreferencesPanel::QWPreferencesPanel() = default;
+QWPreferencesPanel::QWPreferencesPanel()
+    : d(std::make_unique<Private>(*this))
+{
+}
+
 QWPreferencesPanel::~QWPreferencesPanel() = default;
 
 QString QWPreferencesPanel::panelNibName() const
@@ -66,69 +92,67 @@ QList<QWPreferencesPane *> QWPreferencesPanel::panes() const
 
 void QWPreferencesPanel::nibDidLoad(platform::InterfaceFile &) {}
 
-void QWPreferencesPanel::_openPane(const QString &identifier)
+platform::Panel *QWPreferencesPanel::panel() const
+{
+    return d->m_panel;
+}
+
+QWPreferencesPane *QWPreferencesPanel::currentPane() const
+{
+    return d->m_currentPane;
+}
+
+const QStringList &QWPreferencesPanel::toolbarItemIdentifiers() const
+{
+    return d->m_toolbarItemIdentifiers;
+}
+
+void QWPreferencesPanel::Private::_openPane(const QString &identifier)
 {
     const bool isFirst = !m_panel;
     if (isFirst && !_loadNib())
         return;
-    const bool isKnown = !identifier.isNull() && paneForIdentifier(identifier);
+    const bool isKnown = !identifier.isNull() && m_owner.paneForIdentifier(identifier);
     if (isKnown || isFirst) {
         _selectPane(isKnown ? identifier : m_toolbarItemIdentifiers.value(0));
-        platform::centerWindow(*m_panel, m_resize ? m_resize->endValue().toSize() : m_panel->size());
+        platform::centerWindow(*m_panel, m_stage->panelSize());
     }
     platform::constrainToScreen(*m_panel);
     platform::makeKeyAndOrderFront(*m_panel);
 }
 
-void QWPreferencesPanel::_update()
+void QWPreferencesPanel::Private::_update()
 {
-    const QList<QWPreferencesPane *> all = m_panel ? panes() : QList<QWPreferencesPane *>();
+    const QList<QWPreferencesPane *> all = m_panel ? m_owner.panes() : QList<QWPreferencesPane *>();
     for (QWPreferencesPane *const pane : all)
         pane->updateControls();
 }
 
-bool QWPreferencesPanel::_loadNib()
+bool QWPreferencesPanel::Private::_loadNib()
 {
-    if (panelNibName().isEmpty())
+    if (m_owner.panelNibName().isEmpty())
         return false;
-    platform::InterfaceFile nib(panelNibName(), platform::Bundle::forClassOf(*this), *this);
+    platform::InterfaceFile nib(m_owner.panelNibName(), platform::Bundle::forClassOf(m_owner), m_owner);
     platform::Panel *panel = nullptr;
     nib.connectOutlet("panel", panel);
-    nibDidLoad(nib);
+    m_owner.nibDidLoad(nib);
     m_nib = nib.takeWidget(); // kept even so, for outlets that were found
     if (!nib.isComplete())
         return false;
     m_panel = panel;
-    connect(m_panel, &platform::Panel::willClose, this, &QWPreferencesPanel::windowWillClose);
-    connect(new QShortcut(QKeySequence::Close, m_panel), &QShortcut::activated, m_panel, &QWidget::close);
-    _makeContentView();
-    _makeToolbar();
+    QObject::connect(m_panel, &platform::Panel::willClose, &m_owner, [this] { windowWillClose(); });
+    QObject::connect(new QShortcut(QKeySequence::Close, m_panel), &QShortcut::activated, m_panel, &QWidget::close);
+    _makeContent();
     _update();
     return true;
 }
 
-void QWPreferencesPanel::_makeContentView()
+void QWPreferencesPanel::Private::_makeContent()
 {
-    m_contentView = new QWidget;
-    m_contentView->setObjectName("contentView");
-    delete m_panel->layout();
-    auto *const column = new QVBoxLayout(m_panel);
-    column->setContentsMargins({});
-    column->setSpacing(0);
-    column->addWidget(m_contentView, 1);
-}
-
-void QWPreferencesPanel::_makeToolbar()
-{
-    const QList<QWPreferencesPane *> all = panes();
+    const QList<QWPreferencesPane *> all = m_owner.panes();
     for (const QWPreferencesPane *const pane : all)
         m_toolbarItemIdentifiers.append(pane->identifier());
-    m_toolbar = new Toolbar("preferencesToolbar", m_panel);
-    m_toolbar->setAllowsUserCustomization(false);
-    m_toolbar->setAutosavesConfiguration(false);
-    m_toolbar->setDisplayMode(Toolbar::IconAndLabel);
-    m_toolbar->setToolbarDelegate(this);
-    static_cast<QBoxLayout *>(m_panel->layout())->insertWidget(0, m_toolbar);
+    m_stage.emplace(*m_panel, m_toolbarItems);
 }
 
 QWPreferencesPane *QWPreferencesPanel::paneForIdentifier(const QString &identifier) const
@@ -139,112 +163,41 @@ QWPreferencesPane *QWPreferencesPanel::paneForIdentifier(const QString &identifi
     return found == all.end() ? nullptr : *found;
 }
 
-QStringList QWPreferencesPanel::toolbarAllowedItemIdentifiers(Toolbar &)
-{
-    return m_toolbarItemIdentifiers;
-}
-
-QStringList QWPreferencesPanel::toolbarDefaultItemIdentifiers(Toolbar &)
-{
-    return m_toolbarItemIdentifiers;
-}
-
-QStringList QWPreferencesPanel::toolbarSelectableItemIdentifiers(Toolbar &)
-{
-    return m_toolbarItemIdentifiers;
-}
-
-std::unique_ptr<ToolbarItem> QWPreferencesPanel::toolbarItemForItemIdentifier(Toolbar &, const QString &identifier,
-                                                                              bool)
-{
-    const QWPreferencesPane *const pane = paneForIdentifier(identifier);
-    if (!pane)
-        return nullptr;
-    auto item = std::make_unique<ToolbarItem>(identifier);
-    item->setLabel(pane->title());
-    item->setToolTip(pane->toolTip());
-    item->setImage(pane->image());
-    item->setTarget(this);
-    item->setAction("changePane:");
-    return item;
-}
-
 /// As if the user had chosen the item.
-void QWPreferencesPanel::_selectPane(const QString &identifier)
+void QWPreferencesPanel::Private::_selectPane(const QString &identifier)
 {
-    const std::unique_ptr<ToolbarItem> item = toolbarItemForItemIdentifier(*m_toolbar, identifier, false);
+    platform::Toolbar &toolbar = m_stage->toolbar();
+    const std::unique_ptr<ToolbarItem> item = m_toolbarItems.toolbarItemForItemIdentifier(toolbar, identifier, false);
     if (!item)
         return;
-    m_toolbar->setSelectedItemIdentifier(identifier);
-    changePane(item.get());
+    toolbar.setSelectedItemIdentifier(identifier);
+    m_owner.changePane(item.get());
 }
 
 void QWPreferencesPanel::changePane(QObject *toolbarItem)
 {
     const auto *const item = qobject_cast<ToolbarItem *>(toolbarItem);
     QWPreferencesPane *const pane = item ? paneForIdentifier(item->itemIdentifier()) : nullptr;
-    if (!pane || !m_panel || pane == m_currentPane)
-        return;
+    if (pane && d->m_panel && pane != d->m_currentPane)
+        d->changePane(*pane);
+}
+
+/// The old pane goes back to where it came from.
+void QWPreferencesPanel::Private::changePane(QWPreferencesPane &pane)
+{
     const QPointer<QWPreferencesPane> old = m_currentPane;
     if (old)
         old->paneWillResignFront();
-    pane->paneWillBecomeFront();
-    _swapPane(*pane);
+    pane.paneWillBecomeFront();
+    m_stage->show(pane, *m_nib);
     if (old)
         old->paneDidResignFront();
-    pane->paneDidBecomeFront();
-    m_currentPane = pane;
-}
-
-/// The old pane goes back to where it came from. The new one is whole at once; the panel opens over it. Keys that went
-/// into the old one go into the new one; Qt would give them to the toolbar.
-void QWPreferencesPanel::_swapPane(QWPreferencesPane &pane)
-{
-    bool hadKeyboard = false;
-    if (auto *const first = m_contentView->findChild<QWidget *>({}, Qt::FindDirectChildrenOnly)) {
-        hadKeyboard = platform::isWithin(m_panel->focusWidget(), *first);
-        first->hide();
-        first->setParent(m_nib.get());
-    }
-    const QSize content = pane.paneSize().expandedTo({m_toolbar->sizeHint().width(), 0});
-    _fitPanel(content);
-    pane.setParent(m_contentView);
-    pane.setGeometry(QRect({}, content));
-    pane.show();
-    if (hadKeyboard)
-        pane.setFocus();
-}
-
-void QWPreferencesPanel::_fitPanel(const QSize &content)
-{
-    delete m_resize;
-    const QSize size = content + QSize(0, m_toolbar->sizeHint().height());
-    if (m_panel->isVisible())
-        return _setFrameAnimated(size);
-    QRect frame(QPoint(), size);
-    frame.moveBottomLeft(m_panel->geometry().bottomLeft());
-    m_panel->setFixedSize(size);
-    m_panel->setGeometry(frame);
-}
-
-/// The top left corner stays.
-void QWPreferencesPanel::_setFrameAnimated(const QSize &size)
-{
-    const int duration = resizeMilliseconds(*m_panel);
-    if (duration <= 0)
-        return m_panel->setFixedSize(size);
-    m_resize = new QVariantAnimation(this);
-    m_resize->setStartValue(m_panel->size());
-    m_resize->setEndValue(size);
-    m_resize->setDuration(duration);
-    m_resize->setEasingCurve(QEasingCurve::InOutQuad);
-    connect(m_resize, &QVariantAnimation::valueChanged, m_panel,
-            [panel = m_panel](const QVariant &value) { panel->setFixedSize(value.toSize()); });
-    m_resize->start(QAbstractAnimation::DeleteWhenStopped);
+    pane.paneDidBecomeFront();
+    m_currentPane = &pane;
 }
 
 /// Ends editing: what was typed last into a field is committed.
-void QWPreferencesPanel::windowWillClose()
+void QWPreferencesPanel::Private::windowWillClose()
 {
     m_panel->setFocus(Qt::OtherFocusReason);
 }

@@ -2,17 +2,13 @@
 
 #include "QWPreferencesPane.h"
 
-#include <QWPlatform/System.h>
-#include <QWPlatform/appkit/toolbar/ToolbarDelegate.h>
 #include <QWUtilities/qwutilities_export.h>
 
+#include <QList>
 #include <QObject>
-#include <QPointer>
+#include <QStringList>
 
 #include <memory>
-#include <utility>
-
-class QVariantAnimation;
 
 namespace platform
 {
@@ -28,17 +24,17 @@ class Panel;
 ///     QWPreferencesPanel::open();                   // on "Preferences…"
 ///
 /// One per System. Main thread.
-class QWUTILITIES_EXPORT QWPreferencesPanel : public QObject, public platform::ToolbarDelegate
+class QWUTILITIES_EXPORT QWPreferencesPanel : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Makes the host's class @p Host the shared controller; when there is one already, it stays, and no other is made.
+    /// Makes the host's class @p Host the shared controller, which the System owns; when there is one already, it
+    /// stays, and no other is made.
     template <class Host>
     static QWPreferencesPanel &install()
     {
-        const auto make = []() -> QWPreferencesPanel * { return new Host; };
-        return platform::System::current().shared<QWPreferencesPanel>(make);
+        return _install([]() -> QWPreferencesPanel * { return new Host; });
     }
 
     /// The installed one; without any, one that has no panel and opens nothing.
@@ -53,55 +49,45 @@ public:
     /// Brings the controls of every pane up to date with the defaults.
     static void update();
 
+    /// Closes the panel; the System does so.
     ~QWPreferencesPanel() override;
 
     /// Name of the host's interface file. Its outermost widget is a plain one that holds the panel, named "panel", and
-    /// the panes beside it. Once loaded, nibDidLoad() is called.
+    /// the panes beside it. Once loaded, nibDidLoad() is called. "" in the base: there is none.
     virtual QString panelNibName() const;
 
-    /// In the order of the toolbar; asked for when the interface file is loaded. Not owned.
+    /// In the order of the toolbar; asked for when the interface file is loaded, and at each change. Not owned, not
+    /// null. None in the base.
     virtual QList<QWPreferencesPane *> panes() const;
 
     /// The first of the panes with that identifier, or null.
     QWPreferencesPane *paneForIdentifier(const QString &identifier) const;
 
-    /// The action of the toolbar's items. The panel grows or shrinks to the new pane: from its top edge while it shows,
-    /// else from its bottom left corner.
+    /// The action of the toolbar's items: shows the pane of @p toolbarItem, one of theirs; other senders change
+    /// nothing. The panel grows or shrinks to the new pane: from its top edge while it shows, else from its bottom left
+    /// corner.
     Q_INVOKABLE void changePane(QObject *toolbarItem);
 
-    platform::Panel *panel() const { return m_panel; } ///< Null before the first opening.
-    QWPreferencesPane *currentPane() const { return m_currentPane; }
-    const QStringList &toolbarItemIdentifiers() const { return m_toolbarItemIdentifiers; }
+    /// Not to be deleted; null before the first opening.
+    platform::Panel *panel() const;
 
-    QStringList toolbarAllowedItemIdentifiers(platform::Toolbar &toolbar) override;
-    QStringList toolbarDefaultItemIdentifiers(platform::Toolbar &toolbar) override;
-    QStringList toolbarSelectableItemIdentifiers(platform::Toolbar &toolbar) override;
-    std::unique_ptr<platform::ToolbarItem>
-    toolbarItemForItemIdentifier(platform::Toolbar &toolbar, const QString &identifier, bool willBeInserted) override;
+    /// The pane that shows, or would if the panel did; null before the first opening and without panes.
+    QWPreferencesPane *currentPane() const;
+
+    /// Those of the panes, in their order, as they were when the interface file was loaded; none before.
+    const QStringList &toolbarItemIdentifiers() const;
 
 protected:
+    /// Only for install().
     QWPreferencesPanel();
 
-    /// The place to connect the outlets of the panes. One that is missing keeps the panel from opening.
+    /// The place to connect the outlets of the panes to those in @p nib, which lives as long as the call. One that is
+    /// missing keeps the panel from opening. Does nothing in the base.
     virtual void nibDidLoad(platform::InterfaceFile &nib);
 
 private:
-    void _openPane(const QString &identifier);
-    void _update();
-    bool _loadNib();
-    void _makeContentView();
-    void _makeToolbar();
-    void _selectPane(const QString &identifier);
-    void _swapPane(QWPreferencesPane &pane);
-    void _fitPanel(const QSize &content);
-    void _setFrameAnimated(const QSize &size);
-    void windowWillClose();
+    static QWPreferencesPanel &_install(QWPreferencesPanel *(*make)());
 
-    std::unique_ptr<QWidget> m_nib;
-    platform::Panel *m_panel = nullptr;
-    QPointer<QWPreferencesPane> m_currentPane;
-    QStringList m_toolbarItemIdentifiers;
-    platform::Toolbar *m_toolbar = nullptr;
-    QWidget *m_contentView = nullptr;
-    QPointer<QVariantAnimation> m_resize; ///< While the panel is on its way to another size.
+    class Private;
+    std::unique_ptr<Private> d;
 };

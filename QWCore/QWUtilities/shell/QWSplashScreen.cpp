@@ -38,6 +38,31 @@ void waitUntilExposed(const QWidget &window)
 }
 } // namespace
 
+class QWSplashScreen::Private
+{
+public:
+    explicit Private(QWSplashScreen &owner);
+
+    void open();
+    void close();
+    void _setAction(const QString &action);
+    bool _isVisible() const;
+
+    std::unique_ptr<QWidget> m_nib;                     ///< Holds the view until the window takes it over.
+    QWSplashScreenContentView *m_contentView = nullptr; ///< Null when the interface file is not complete.
+    QLabel *m_applicationNameText = nullptr;
+    QLabel *m_versionText = nullptr;
+    QLabel *m_copyrightText = nullptr;
+    QLabel *m_actionText = nullptr;
+    std::unique_ptr<qw::BorderlessWindow> m_window;
+
+private:
+    void awakeFromNib();
+    void _makeWindow();
+    void animationDidStopFinished();
+    void _closeWindow();
+};
+
 QWSplashScreen &QWSplashScreen::splashScreen()
 {
     return System::current().shared<QWSplashScreen>([] { return new QWSplashScreen; });
@@ -47,18 +72,25 @@ void QWSplashScreen::setAction(const QString &action)
 {
     const QWApplication *application = QWApplication::sharedApplication();
     if (application && application->usesSplashScreen())
-        splashScreen()._setAction(action);
+        splashScreen().d->_setAction(action);
 }
 
 bool QWSplashScreen::isVisible()
 {
     const auto *splash = System::current().sharedIfMade<QWSplashScreen>();
-    return splash && splash->_isVisible();
+    return splash && splash->d->_isVisible();
 }
 
 QWSplashScreen::QWSplashScreen()
+    : d(std::make_unique<Private>(*this))
 {
-    platform::InterfaceFile nib("QWSplashScreen", qw::shellBundle(), *this);
+}
+
+QWSplashScreen::~QWSplashScreen() = default;
+
+QWSplashScreen::Private::Private(QWSplashScreen &owner)
+{
+    platform::InterfaceFile nib("QWSplashScreen", qw::shellBundle(), owner);
     nib.connectOutlet("contentView", m_contentView);
     nib.connectOutlet("applicationNameText", m_applicationNameText);
     nib.connectOutlet("versionText", m_versionText);
@@ -70,9 +102,7 @@ QWSplashScreen::QWSplashScreen()
     awakeFromNib();
 }
 
-QWSplashScreen::~QWSplashScreen() = default;
-
-void QWSplashScreen::awakeFromNib()
+void QWSplashScreen::Private::awakeFromNib()
 {
     m_applicationNameText->setText(qw::applicationName());
     m_versionText->setText(qw::displayVersionOfHost());
@@ -81,13 +111,16 @@ void QWSplashScreen::awakeFromNib()
 
 void QWSplashScreen::open()
 {
+    d->open();
+}
+
+void QWSplashScreen::Private::open()
+{
     if (_isVisible() || !m_contentView)
         return;
     if (!m_window)
-        m_window = std::make_unique<qw::BorderlessWindow>(std::move(m_nib), m_contentView);
+        _makeWindow();
     m_window->setWindowTitle(m_applicationNameText->text());
-    connect(m_window.get(), &qw::BorderlessWindow::animationDidStop, this, &QWSplashScreen::animationDidStopFinished,
-            Qt::UniqueConnection);
     m_window->center();
     m_window->makeKeyAndOrderFront();
     waitUntilExposed(*m_window);
@@ -95,7 +128,18 @@ void QWSplashScreen::open()
     pump();
 }
 
+void QWSplashScreen::Private::_makeWindow()
+{
+    m_window = std::make_unique<qw::BorderlessWindow>(std::move(m_nib), m_contentView);
+    QObject::connect(m_window.get(), &qw::BorderlessWindow::animationDidStop, [this] { animationDidStopFinished(); });
+}
+
 void QWSplashScreen::close()
+{
+    d->close();
+}
+
+void QWSplashScreen::Private::close()
 {
     if (m_window && qw::BorderlessWindow::supportsAnimator())
         m_window->animateOpacity(0);
@@ -103,20 +147,21 @@ void QWSplashScreen::close()
         _closeWindow();
 }
 
-void QWSplashScreen::animationDidStopFinished()
+void QWSplashScreen::Private::animationDidStopFinished()
 {
     if (m_window->windowOpacity() == 0)
         _closeWindow();
 }
 
-void QWSplashScreen::_closeWindow()
+/// Ends with the splash screen, and so with this.
+void QWSplashScreen::Private::_closeWindow()
 {
     if (m_window)
         m_window->close();
     System::current().release<QWSplashScreen>();
 }
 
-void QWSplashScreen::_setAction(const QString &action)
+void QWSplashScreen::Private::_setAction(const QString &action)
 {
     if (!m_contentView)
         return;
@@ -127,12 +172,12 @@ void QWSplashScreen::_setAction(const QString &action)
     pump();
 }
 
-bool QWSplashScreen::_isVisible() const
+bool QWSplashScreen::Private::_isVisible() const
 {
     return m_window && m_window->isVisible();
 }
 
 QWidget *QWSplashScreen::window() const
 {
-    return m_window.get();
+    return d->m_window.get();
 }

@@ -6,14 +6,7 @@
 
 #include <memory>
 
-class QLabel;
-class QWSplashScreenContentView;
 class QWidget;
-
-namespace qw
-{
-class BorderlessWindow;
-}
 
 /// The panel that shows while the application finishes launching: name, version, copyright and one line that tells
 /// what happens now. One per System, made on first use, gone when closed. Main thread.
@@ -22,7 +15,7 @@ class QWUTILITIES_EXPORT QWSplashScreen : public QObject
     Q_OBJECT
 
 public:
-    /// The one splash screen; a new, unopened one when there is none.
+    /// The one splash screen; a new, unopened one when there is none. Owned by the System.
     static QWSplashScreen &splashScreen();
 
     /// Shows "<action>..." in the action line at once, though the main thread is busy. Does nothing unless the
@@ -32,6 +25,7 @@ public:
     /// False when there is no splash screen; never makes one.
     static bool isVisible();
 
+    /// The window goes at once; close() fades.
     ~QWSplashScreen() override;
 
     /// Shows the window, painted when the call returns; nothing when it is visible already.
@@ -41,23 +35,14 @@ public:
     /// destroyed before the call returns.
     void close();
 
-    QWidget *window() const; ///< Made by open(), null before.
+    /// Made by open(), null before. Not to be deleted.
+    QWidget *window() const;
 
 protected:
+    /// Only for splashScreen().
     QWSplashScreen();
 
 private:
-    void awakeFromNib();
-    void _setAction(const QString &action);
-    bool _isVisible() const;
-    void animationDidStopFinished();
-    void _closeWindow();
-
-    std::unique_ptr<QWidget> m_nib;                     ///< Holds the view until the window takes it over.
-    QWSplashScreenContentView *m_contentView = nullptr; ///< Null when the interface file is not complete.
-    QLabel *m_applicationNameText = nullptr;
-    QLabel *m_versionText = nullptr;
-    QLabel *m_copyrightText = nullptr;
-    QLabel *m_actionText = nullptr;
-    std::unique_ptr<qw::BorderlessWindow> m_window;
+    class Private;
+    std::unique_ptr<Private> d;
 };

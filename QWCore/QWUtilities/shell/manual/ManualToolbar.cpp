@@ -1,13 +1,14 @@
-// The manual window's toolbar, its keys and its browser view: what leads from the user to QWManual's operations.
-#include "QWManual.h"
+#include "ManualToolbar.h"
+
+#include "QWUtilities/shell/QWManual.h"
 #include "QWUtilities/shell/panels/ShellInterface.h"
 
-#include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Panel.h>
 #include <QWPlatform/appkit/TintedIcon.h>
 #include <QWPlatform/appkit/WebView.h>
 #include <QWPlatform/appkit/toolbar/Toolbar.h>
 #include <QWPlatform/appkit/toolbar/ToolbarItem.h>
+#include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
 
 #include <QBoxLayout>
@@ -18,6 +19,9 @@
 
 using platform::Toolbar;
 using platform::ToolbarItem;
+
+namespace qw
+{
 
 namespace
 {
@@ -81,46 +85,48 @@ const Item *itemWithIdentifier(const QString &identifier)
 }
 } // namespace
 
-void QWManual::_makeToolbar()
+ManualToolbar::ManualToolbar(QWManual &manual)
+    : m_manual(manual)
 {
-    m_toolbar = new Toolbar("QWManualToolbar2", m_window);
+}
+
+ManualToolbar::~ManualToolbar() = default;
+
+void ManualToolbar::addToWindow(platform::Panel &window, const platform::WebView &view)
+{
+    m_view = &view;
+    m_toolbar = new Toolbar("QWManualToolbar2", &window);
     m_toolbar->setAllowsUserCustomization(true);
     m_toolbar->setAutosavesConfiguration(true);
     m_toolbar->setDisplayMode(Toolbar::IconOnly);
     m_toolbar->setToolbarDelegate(this);
-    if (auto *const column = qobject_cast<QBoxLayout *>(m_window->layout()))
+    if (auto *const column = qobject_cast<QBoxLayout *>(window.layout()))
         column->insertWidget(0, m_toolbar);
-    connect(m_contentView.get(), &platform::WebView::historyChanged, m_toolbar, &Toolbar::validateVisibleItems);
+    QObject::connect(&view, &platform::WebView::historyChanged, m_toolbar, &Toolbar::validateVisibleItems);
+    _makeShortcuts(window);
 }
 
-void QWManual::_makeShortcuts()
+void ManualToolbar::_makeShortcuts(platform::Panel &window)
 {
     for (const Key &key : keys) {
-        auto *const shortcut = new QShortcut(key.key, m_window);
-        connect(shortcut, &QShortcut::activated, this, [this, &key] {
+        auto *const shortcut = new QShortcut(key.key, &window);
+        QObject::connect(shortcut, &QShortcut::activated, &m_manual, [this, &key] {
             if (_mayUse(key.item))
-                (this->*key.action)(nullptr);
+                (m_manual.*key.action)(nullptr);
         });
     }
     // Escape too: the browser engine hands on no key of a page that has the focus.
     for (const QKeySequence::StandardKey key : {QKeySequence::Close, QKeySequence::Cancel})
-        connect(new QShortcut(key, m_window), &QShortcut::activated, m_window, &QWidget::close);
+        QObject::connect(new QShortcut(key, &window), &QShortcut::activated, &window, &QWidget::close);
 }
 
-void QWManual::_makeContentView(QWidget &place)
+void ManualToolbar::setFound(bool found)
 {
-    auto *const column = new QVBoxLayout(&place);
-    column->setContentsMargins({});
-    m_contentView = platform::System::current().webViews().make(&place);
-    column->addWidget(m_contentView->widget());
-    connect(m_contentView.get(), &platform::WebView::printFinished, this, &QWManual::printDidFinish,
-            Qt::QueuedConnection);
-    // Pages of the web belong into the user's browser; everything else stays in the panel.
-    m_contentView->setPolicy(
-        [this](const platform::WebView::Navigation &navigation) { return !m_browserLinks.take(navigation); });
+    m_found = found;
+    m_toolbar->validateVisibleItems();
 }
 
-QStringList QWManual::toolbarAllowedItemIdentifiers(Toolbar &)
+QStringList ManualToolbar::toolbarAllowedItemIdentifiers(Toolbar &)
 {
     QStringList identifiers;
     for (const Item &item : items)
@@ -128,12 +134,12 @@ QStringList QWManual::toolbarAllowedItemIdentifiers(Toolbar &)
     return identifiers << Toolbar::FlexibleSpaceItem << Toolbar::SeparatorItem << Toolbar::SpaceItem;
 }
 
-QStringList QWManual::toolbarDefaultItemIdentifiers(Toolbar &)
+QStringList ManualToolbar::toolbarDefaultItemIdentifiers(Toolbar &)
 {
     return {backItem, forwardItem, homeItem, Toolbar::FlexibleSpaceItem, printItem};
 }
 
-std::unique_ptr<ToolbarItem> QWManual::toolbarItemForItemIdentifier(Toolbar &, const QString &identifier, bool)
+std::unique_ptr<ToolbarItem> ManualToolbar::toolbarItemForItemIdentifier(Toolbar &, const QString &identifier, bool)
 {
     const Item *const row = itemWithIdentifier(identifier);
     if (!row)
@@ -141,19 +147,21 @@ std::unique_ptr<ToolbarItem> QWManual::toolbarItemForItemIdentifier(Toolbar &, c
     auto item = std::make_unique<ToolbarItem>(identifier);
     item->setLabel(platform::localized(row->label));
     item->setPaletteLabel(platform::localized(row->label));
-    item->setImage(platform::tintedIcon(qw::shellBundle().pathForResource(row->image, "svg")));
-    item->setTarget(this);
+    item->setImage(platform::tintedIcon(shellBundle().pathForResource(row->image, "svg")));
+    item->setTarget(&m_manual);
     item->setAction(row->action);
     return item;
 }
 
-bool QWManual::validateToolbarItem(ToolbarItem &item)
+bool ManualToolbar::validateToolbarItem(ToolbarItem &item)
 {
     return _mayUse(item.itemIdentifier());
 }
 
-bool QWManual::_mayUse(const QString &identifier) const
+bool ManualToolbar::_mayUse(const QString &identifier) const
 {
     const Item *const row = itemWithIdentifier(identifier);
-    return !row || (m_contentView && row->isEnabled(*m_contentView, m_found));
+    return !row || (m_view && row->isEnabled(*m_view, m_found));
 }
+
+} // namespace qw
