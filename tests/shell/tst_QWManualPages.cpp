@@ -3,6 +3,7 @@
 
 #include <QWPlatform/appkit/toolbar/ToolbarItem.h>
 #include <QWPlatform/foundation/Bundle.h>
+#include <QWUtilities/shell/manual/ManualToolbar.h>
 
 using platform::Toolbar;
 
@@ -143,13 +144,13 @@ void tst_QWManualPages::toolbarHoldsItsItems()
     QVERIFY(toolbar.allowsUserCustomization());
     QVERIFY(toolbar.autosavesConfiguration());
     QCOMPARE(toolbar.displayMode(), Toolbar::IconOnly);
-    QCOMPARE(manual.toolbarAllowedItemIdentifiers(toolbar), all);
+    QCOMPARE(toolbar.allowedItemIdentifiers(), all);
     QCOMPARE(toolbar.itemIdentifiers(), QStringList({all[0], all[1], all[2], all[5], all[3]}));
 
     const QStringList labels{"Back", "Forward", "Home", "Print", "Save To PDF"};
     const QStringList actions{"back:", "forward:", "home:", "print:", "printToPDF:"};
     for (int i = 0; i < labels.size(); ++i) {
-        const auto item = manual.toolbarItemForItemIdentifier(toolbar, all[i], true);
+        const auto item = toolbar.paletteItem(all[i]);
         QCOMPARE(item->label(), labels[i]);
         QCOMPARE(item->paletteLabel(), labels[i]);
         QCOMPARE(item->action().name(), actions[i]);
@@ -157,7 +158,7 @@ void tst_QWManualPages::toolbarHoldsItsItems()
         QVERIFY(!item->icon().isNull());
         QVERIFY(platform::respondsTo(&manual, item->action()));
     }
-    QVERIFY(!manual.toolbarItemForItemIdentifier(toolbar, "SomethingElse", true));
+    QVERIFY(!toolbar.paletteItem("SomethingElse"));
 }
 
 void tst_QWManualPages::toolbarItemsAreEnabledWhenTheyWork()
@@ -179,7 +180,7 @@ void tst_QWManualPages::toolbarItemsAreEnabledWhenTheyWork()
     QVERIFY(enabled("Forward"));
 
     platform::ToolbarItem stranger("SomethingElse");
-    QVERIFY(QWManual::manual().validateToolbarItem(stranger));
+    QVERIFY(qw::ManualToolbar(QWManual::manual()).validateToolbarItem(stranger));
 }
 
 void tst_QWManualPages::toolbarLeadsThroughThePages()

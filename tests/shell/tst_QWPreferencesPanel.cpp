@@ -61,15 +61,15 @@ void tst_QWPreferencesPanel::toolbarIsThatOfThePanes()
     QVERIFY(toolbar.isVisible());
     QCOMPARE(host.controller().toolbarItemIdentifiers(), all);
     QCOMPARE(toolbar.itemIdentifiers(), all);
-    QCOMPARE(host.controller().toolbarAllowedItemIdentifiers(toolbar), all);
-    QCOMPARE(host.controller().toolbarDefaultItemIdentifiers(toolbar), all);
-    QCOMPARE(host.controller().toolbarSelectableItemIdentifiers(toolbar), all);
+    QCOMPARE(toolbar.allowedItemIdentifiers(), all);
+    for (const QString &identifier : all)
+        QVERIFY2(toolbar.itemWithIdentifier(identifier)->isCheckable(), qPrintable(identifier));
     const platform::ToolbarItem &item = *toolbar.itemWithIdentifier("files");
     QCOMPARE(item.label(), "Title of files");
     QVERIFY(!item.icon().isNull());
     QCOMPARE(item.target(), &host.controller());
     QCOMPARE(item.action().name(), "changePane:");
-    QVERIFY(!host.controller().toolbarItemForItemIdentifier(toolbar, "unknown", true));
+    QVERIFY(!toolbar.paletteItem("unknown"));
 }
 
 void tst_QWPreferencesPanel::toolTipIsTheViews()
@@ -77,7 +77,7 @@ void tst_QWPreferencesPanel::toolTipIsTheViews()
     const PreferencesFixture host;
     QWPreferencesPanel::open();
     host.controller().paneForIdentifier("files")->setToolTip("Sound files");
-    const auto item = host.controller().toolbarItemForItemIdentifier(host.toolbar(), "files", true);
+    const auto item = host.toolbar().paletteItem("files");
     QCOMPARE(item->toolTip(), "Sound files");
 }
 
