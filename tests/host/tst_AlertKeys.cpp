@@ -128,7 +128,7 @@ void failDownload()
     ManualFixture fixture;
     fixture.system.alerts.answer = answer;
     fixture.startUpdate();
-    QWManual::manual().downloadDidFailWithError("The server hung up.");
+    fixture.system.urlDownloads.fail("The server hung up.");
 }
 
 void useManual(const std::function<void(const ManualFixture &)> &use)
