@@ -23,7 +23,7 @@ constexpr int quietRoundBezel = 1200;
 }
 
 /// Filters the window's events: Escape closes.
-class QWAboutPanel::Private : public QObject
+class Q_DECL_HIDDEN QWAboutPanel::Private : public QObject
 {
 public:
     explicit Private(QWAboutPanel &owner);

@@ -59,7 +59,7 @@ QString manualTitle()
 }
 } // namespace
 
-class QWManual::Private
+class Q_DECL_HIDDEN QWManual::Private
 {
 public:
     explicit Private(QWManual &owner);

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-class QWPreferencesPane::Private
+class Q_DECL_HIDDEN QWPreferencesPane::Private
 {
 public:
     platform::UserDefaults &defaults;

@@ -20,7 +20,7 @@
 using platform::System;
 using platform::ToolbarItem;
 
-class QWPreferencesPanel::Private
+class Q_DECL_HIDDEN QWPreferencesPanel::Private
 {
 public:
     explicit Private(QWPreferencesPanel &owner)

@@ -38,7 +38,7 @@ void waitUntilExposed(const QWidget &window)
 }
 } // namespace
 
-class QWSplashScreen::Private
+class Q_DECL_HIDDEN QWSplashScreen::Private
 {
 public:
     explicit Private(QWSplashScreen &owner);
