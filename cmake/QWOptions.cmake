@@ -36,8 +36,7 @@ endif()
 
 if(QW_SANITIZER)
     # Undefined behaviour ends the program, as other faults do, so that its test fails.
-    # The browser engine's classes carry no type information, which the check of vtable pointers takes for a fault.
-    add_compile_options(-fsanitize=${QW_SANITIZER} -fno-sanitize=vptr -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_compile_options(-fsanitize=${QW_SANITIZER} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${QW_SANITIZER})
 endif()
 
