@@ -9,11 +9,7 @@ set(ENV{QT_QPA_PLATFORM} offscreen)
 set(ENV{QTWEBENGINE_DISABLE_SANDBOX} 1)
 set(ENV{QT_LOGGING_RULES} "qt.qpa.*=false")
 set(ENV{LC_ALL} C.UTF-8)
-# For programs built with a sanitizer. What Qt, the browser engine and plug-ins leave behind or share between their own
-# threads is theirs; options of the caller come last and win.
-set(ENV{ASAN_OPTIONS} "detect_leaks=0:new_delete_type_mismatch=0:$ENV{ASAN_OPTIONS}")
-set(ENV{UBSAN_OPTIONS} "print_stacktrace=1:$ENV{UBSAN_OPTIONS}")
-set(ENV{TSAN_OPTIONS} "ignore_noninstrumented_modules=1:$ENV{TSAN_OPTIONS}")
+include(${CMAKE_CURRENT_LIST_DIR}/QWSanitizerOptions.cmake)
 execute_process(COMMAND ${PROGRAM} RESULT_VARIABLE result)
 file(REMOVE_RECURSE ${home})
 if(NOT result EQUAL 0)

@@ -35,7 +35,8 @@ TrialJudgement ofEnded(const TrialReport &report, int exitStatus)
         return {.isPremature = report.verdict() == Verdict::Premature, .reason = report.text()};
     if (exitStatus == static_cast<int>(ValidatorStatus::NoProgress)) // its watchdog has told why
         return {.status = ValidatorStatus::NoProgress};
-    return {.reason = "The plug-in ends the process" + during(report.step) + '.'};
+    // Not always by its own will: the display's library ends every program whose display goes away.
+    return {.isPremature = true, .reason = "The plug-in ends the process" + during(report.step) + '.'};
 }
 } // namespace
 

@@ -34,7 +34,7 @@ double luminance(const QColor &color)
 
 double contrast(const QColor &a, const QColor &b)
 {
-    const auto [low, high] = std::minmax(luminance(a), luminance(b));
+    const auto [low, high] = std::minmax({luminance(a), luminance(b)}); // by value: references to these would dangle
     return (high + 0.05) / (low + 0.05);
 }
 } // namespace

@@ -103,7 +103,7 @@ void misbehaveAtOpen()
     if (behaviour == Behaviour::CrashAtOpen || behaviour == Behaviour::CrashAtInstantiate ||
         (behaviour == Behaviour::Greedy && !isMemoryEndless()))
         crash();
-    if (behaviour == Behaviour::Exiting)
+    if (behaviour == Behaviour::Exiting || (behaviour == Behaviour::ExitingAtFirst && isFirstTime()))
         std::exit(0);
     if (behaviour == Behaviour::Stopping)
         std::raise(SIGSTOP);

@@ -21,6 +21,7 @@ enum class Behaviour
     CrashAtFirstClose,
     KilledAtFirst,
     Exiting,
+    ExitingAtFirst,
     Stopping,
     Greedy,
     Forking,

@@ -51,6 +51,8 @@ private slots:
             << "CrashAtFirstClose" << QByteArray("The plug-in crashes (closing): Segmentation fault.");
         QTest::newRow("killed by others, once")
             << "KilledAtFirst" << QByteArray("The plug-in crashes (opening): Killed.");
+        QTest::newRow("process ended, as when a display goes away")
+            << "ExitingAtFirst" << QByteArray("The plug-in ends the process (opening).");
         QTest::newRow("noise at the beginning")
             << "NotFiniteAtFirst" << QByteArray("The plug-in gives samples that are not finite.");
     }

@@ -1,4 +1,6 @@
 # BUILD_DIR, SOURCE_DIR, CXX and FLAGS come from the test. Any failure ends it.
+include(${SOURCE_DIR}/cmake/QWSanitizerOptions.cmake)
+
 function(run)
     cmake_parse_arguments(arg "" "OUTPUT;ERRORS" "COMMAND" ${ARGN})
     execute_process(COMMAND ${arg_COMMAND} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors

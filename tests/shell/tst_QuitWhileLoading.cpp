@@ -281,9 +281,9 @@ int runHost(const QString &what, const QString &address)
 {
     System::current().locations().setSupportSite(address);
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
+    QObject::connect(&input, &QSocketNotifier::activated, QCoreApplication::instance(), &QCoreApplication::quit);
     QMetaObject::invokeMethod(
-        qApp, [&] { startWhat(what, address); }, Qt::QueuedConnection);
+        QCoreApplication::instance(), [&] { startWhat(what, address); }, Qt::QueuedConnection);
     return QWApplication::sharedApplication() ? QWApplication::exec() : QCoreApplication::exec();
 }
 

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void readOnlyFolderHurtsNothing();
     void fullDiskKeepsWhatWasThere();
     void fullDiskLeavesNoHalfFiles();
+    void hugeFileIsNotReplaced();
     void failedWritesAreLogged();
     void failedWritesAreToldWhereTheHostWantsIt();
     void whatCannotBeSetAsideIsNotWrittenOver();
@@ -222,6 +223,21 @@ void tst_ShortcutBadInput::fullDiskLeavesNoHalfFiles()
     QCOMPARE(registry.presets(), QStringList());
     QVERIFY(!QFile::exists(system.path("Mine.plist")));
     QVERIFY(!QFile::exists(system.real("~/Mine.qwshortcuts")));
+}
+
+/// With a hole in it, it takes no room on the disk, and all of the memory if it were read.
+void tst_ShortcutBadInput::hugeFileIsNotReplaced()
+{
+    const ShortcutSystem system(factory);
+    auto &registry = loaded();
+    registry.setAlertsFailures(true);
+    const QString path = system.real("~/Recording.qwshortcuts");
+    QFile huge(path);
+    QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(qint64(3) << 30));
+    registry.exportShortcuts(nullptr);
+    system.filePanels.endSave(platform::FilePanels::OK, path);
+    QVERIFY(system.alerts.alerts.front().informativeText.contains("What has this name is too large to be replaced."));
+    QCOMPARE(huge.size(), qint64(3) << 30);
 }
 
 void tst_ShortcutBadInput::failedWritesAreLogged()

@@ -2,6 +2,7 @@
 
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/PropertyList.h>
+#include <QWPlatform/foundation/files/RegularFile.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -58,6 +59,8 @@ bool writeArray(const QString &path, const QVariantList &array, QWError *error)
         return fail(error, path, platform::localized("What has this name is no file."));
     if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return fail(error, path, file.errorString());
+    if (file.size() > platform::largestRegularFile) // what was there is kept in memory until the new text is whole
+        return fail(error, path, platform::localized("What has this name is too large to be replaced."));
     const QByteArray before = file.readAll();
     if (overwrite(file, textOf(array)))
         return true;
