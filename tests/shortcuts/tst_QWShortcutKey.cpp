@@ -3,7 +3,7 @@
 
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWUtilities/shortcuts/QWShortcutKey.h>
-#include <QWUtilities/shortcuts/dispatch/QWShortcutKeyMenuItem.h>
+#include <QWUtilities/shortcuts/menus/QWShortcutKeyMenuItem.h>
 
 #include <QKeyEvent>
 

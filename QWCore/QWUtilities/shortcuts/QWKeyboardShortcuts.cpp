@@ -1,15 +1,15 @@
 #include "QWKeyboardShortcuts.h"
 
-#include "QWUtilities/shortcuts/dispatch/MainMenuItems.h"
+#include "QWUtilities/shortcuts/dispatch/ShortcutFilter.h"
 #include "QWUtilities/shortcuts/editor/ShortcutEditorPanel.h"
 #include "QWUtilities/shortcuts/files/DefinitionCheck.h"
 #include "QWUtilities/shortcuts/files/FactoryDefinition.h"
 #include "QWUtilities/shortcuts/files/PresetNames.h"
 #include "QWUtilities/shortcuts/files/ShortcutFiles.h"
 #include "QWUtilities/shortcuts/files/ShortcutFolder.h"
+#include "QWUtilities/shortcuts/menus/MainMenuItems.h"
 #include "QWUtilities/shortcuts/model/ShortcutIndex.h"
 #include "QWUtilities/shortcuts/search/GroupSearch.h"
-#include "QWUtilities/shortcuts/search/ShortcutFilter.h"
 
 #include <QWBase/QWApplication.h>
 #include <QWBase/QWError.h>

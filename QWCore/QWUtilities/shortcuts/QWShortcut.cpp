@@ -1,8 +1,8 @@
 #include "QWShortcut.h"
 
 #include "QWShortcutGroup.h"
-#include "QWUtilities/shortcuts/dispatch/MainMenuItems.h"
-#include "QWUtilities/shortcuts/dispatch/QWShortcutKeyMenuItem.h"
+#include "QWUtilities/shortcuts/menus/MainMenuItems.h"
+#include "QWUtilities/shortcuts/menus/QWShortcutKeyMenuItem.h"
 #include "QWUtilities/shortcuts/model/ShortcutIndex.h"
 
 #include <QWPlatform/appkit/MenuItem.h>

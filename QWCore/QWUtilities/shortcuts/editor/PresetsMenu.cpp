@@ -1,7 +1,7 @@
 #include "PresetsMenu.h"
 
 #include "QWUtilities/shortcuts/QWKeyboardShortcuts.h"
-#include "QWUtilities/shortcuts/model/PresetMatch.h"
+#include "QWUtilities/shortcuts/files/PresetMatch.h"
 
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/foundation/Localization.h>

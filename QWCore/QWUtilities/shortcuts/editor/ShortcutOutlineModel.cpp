@@ -1,7 +1,7 @@
 #include "ShortcutOutlineModel.h"
 
 #include "Keycaps.h"
-#include "QWUtilities/shortcuts/dispatch/MainMenuItems.h"
+#include "QWUtilities/shortcuts/menus/MainMenuItems.h"
 
 #include <QWPlatform/foundation/Localization.h>
 

@@ -1,7 +1,7 @@
 #include "DefinitionErrors.h"
 
 #include "QWUtilities/shortcuts/QWShortcutGroup.h"
-#include "QWUtilities/shortcuts/dispatch/MainMenuItems.h"
+#include "QWUtilities/shortcuts/menus/MainMenuItems.h"
 
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>

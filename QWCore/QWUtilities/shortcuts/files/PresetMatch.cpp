@@ -1,7 +1,7 @@
 #include "PresetMatch.h"
 
 #include "QWUtilities/shortcuts/QWKeyboardShortcuts.h"
-#include "QWUtilities/shortcuts/files/ShortcutFiles.h"
+#include "ShortcutFiles.h"
 
 #include <QWPlatform/foundation/lists/PropertyListValues.h>
 
