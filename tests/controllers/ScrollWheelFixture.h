@@ -8,9 +8,9 @@
 #include <QWPlatform/foundation/PropertyList.h>
 #include <QWPlatform/foundation/UserDefaults.h>
 #include <QWUtilities/controllers/QWScrollWheelManager.h>
-#include <QWUtilities/controllers/wheel/ScrollWheelTable.h>
 
 #include <QAbstractButton>
+#include <QTableView>
 #include <QTest>
 
 /// The host's object that acts; remembers what it was sent.
@@ -88,6 +88,16 @@ struct ScrollWheelFixture
     {
         load(bindings);
         QWScrollWheelManager::openPanel();
+    }
+
+    static QTableView &table()
+    {
+        return *QWScrollWheelManager::defaultManager().panel()->findChild<QTableView *>("table");
+    }
+
+    static QAbstractButton *removeActionButton()
+    {
+        return QWScrollWheelManager::defaultManager().panel()->findChild<QAbstractButton *>("removeActionButton");
     }
 
     bool send(const platform::ScrollEvent &event)

@@ -13,7 +13,7 @@ QWScrollWheelManager &manager()
 
 QTableView &table()
 {
-    return *manager().table();
+    return ScrollWheelFixture::table();
 }
 
 QString accessibleText(int row, int column)
@@ -114,7 +114,7 @@ void tst_ScrollWheelColumns::otherColumnsShowNothing()
     host.load({host.record(true, 0, "zoom:")});
     for (const char *column : {"", "Axis", "modifiers", "vertical"})
         QVERIFY(!host.cell(column).isValid());
-    const QAbstractItemModel &model = *manager().table()->model();
+    const QAbstractItemModel &model = *table().model();
     for (const int section : {-1, model.columnCount()})
         QVERIFY(!model.headerData(section, Qt::Horizontal).isValid());
 }
@@ -150,7 +150,7 @@ void tst_ScrollWheelColumns::screenReaderIsToldTheCells()
     for (int column = 0; column < told.size(); ++column)
         QCOMPARE(accessibleText(0, column), told[column]);
     QVERIFY(!table().accessibleName().isEmpty());
-    QVERIFY(!manager().removeActionButton()->accessibleName().isEmpty());
+    QVERIFY(!host.removeActionButton()->accessibleName().isEmpty());
     QCOMPARE(table().model()->headerData(7, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Reverse");
 }
 

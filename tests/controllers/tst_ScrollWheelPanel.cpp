@@ -16,7 +16,7 @@ QWScrollWheelManager &manager()
 
 QTableView &table()
 {
-    return *manager().table();
+    return ScrollWheelFixture::table();
 }
 
 QPoint middleOf(int row, int column)
@@ -123,10 +123,10 @@ void tst_ScrollWheelPanel::removeTakesTheSelectedRow()
     const ScrollWheelFixture host;
     host.open({host.record(true, 1, "a:"), host.record(true, 2, "b:"), host.record(true, 3, "c:")});
     table().selectRow(1);
-    QTest::mouseClick(manager().removeActionButton(), Qt::LeftButton);
+    QTest::mouseClick(host.removeActionButton(), Qt::LeftButton);
     QCOMPARE(manager().actions(), QVariantList({host.record(true, 1, "a:"), host.record(true, 3, "c:")}));
     table().clearSelection();
-    QTest::mouseClick(manager().removeActionButton(), Qt::LeftButton);
+    QTest::mouseClick(host.removeActionButton(), Qt::LeftButton);
     manager().removeAction();
     QCOMPARE(table().model()->rowCount(), 2);
 }
@@ -135,16 +135,16 @@ void tst_ScrollWheelPanel::removeIsEnabledWithASelection()
 {
     const ScrollWheelFixture host;
     host.load({host.record(true, 0, "zoom:"), host.record(true, 1, "zoom:")});
-    QVERIFY(!manager().removeActionButton()->isEnabled());
+    QVERIFY(!host.removeActionButton()->isEnabled());
     table().selectRow(1);
-    QVERIFY(manager().removeActionButton()->isEnabled());
+    QVERIFY(host.removeActionButton()->isEnabled());
     table().clearSelection();
-    QVERIFY(!manager().removeActionButton()->isEnabled());
+    QVERIFY(!host.removeActionButton()->isEnabled());
     while (table().model()->rowCount() > 0) {
         table().selectRow(0);
         manager().removeAction();
     }
-    QVERIFY(!manager().removeActionButton()->isEnabled());
+    QVERIFY(!host.removeActionButton()->isEnabled());
 }
 
 void tst_ScrollWheelPanel::clickTogglesABox()

@@ -75,7 +75,7 @@ void savePresetTwice()
     editor.name = "Mine";
     for (int i = 0; i < 2; ++i)
         host().registry().saveShortcutPanelDidEnd(1);
-    host().registry().setEditor(nullptr);
+    qw::ShortcutEditor::setOf(host().registry(), nullptr);
 }
 
 /// Types a name into the file panel, which adds the extension "pdf".

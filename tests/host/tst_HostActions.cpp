@@ -264,8 +264,8 @@ void tst_HostActions::editorIsOpenedAndClosed()
         return HostUnderTest::host().system.userDefaults().boolean("Keyboard Shortcuts Open");
     };
     QVERIFY(_host().press("Keyboard Shortcuts…"));
-    QVERIFY(_host().registry().editor());
-    QWidget *const window = _host().registry().editor()->window();
+    QVERIFY(qw::ShortcutEditor::of(_host().registry()));
+    QWidget *const window = qw::ShortcutEditor::of(_host().registry())->window();
     QVERIFY(QTest::qWaitForWindowActive(window));
     QVERIFY(isLeftOpen());
     QVERIFY(_host().pressAndWait("Reverse")); // the editor floats: it leaves shortcuts working

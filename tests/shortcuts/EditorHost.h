@@ -58,7 +58,7 @@ public:
     }
 
     QWKeyboardShortcuts &registry() const { return QWKeyboardShortcuts::sharedInstance(); }
-    qw::ShortcutEditor *editor() const { return registry().editor(); }
+    qw::ShortcutEditor *editor() const { return qw::ShortcutEditor::of(registry()); }
     QWidget *window() const { return editor() ? editor()->window() : nullptr; }
     QWidget *sheet() const { return editor()->setShortcutPanel(); }
 

@@ -54,10 +54,10 @@ public:
 };
 
 /// Gives @p registry an editor, which it owns.
-inline FakeShortcutEditor &addEditor(QWKeyboardShortcuts &registry)
+inline FakeShortcutEditor &addEditor(const QWKeyboardShortcuts &registry)
 {
     auto editor = std::make_unique<FakeShortcutEditor>();
     FakeShortcutEditor &fake = *editor;
-    registry.setEditor(std::move(editor));
+    qw::ShortcutEditor::setOf(registry, std::move(editor));
     return fake;
 }

@@ -55,7 +55,7 @@ void tst_KeyCapture::captureSheetGetsEverything()
     QFETCH(Route, route);
     auto made = std::make_unique<CapturingEditor>();
     CapturingEditor &editor = *made;
-    _registry().setEditor(std::move(made));
+    qw::ShortcutEditor::setOf(_registry(), std::move(made));
     auto *const button = new QPushButton("OK", &editor.sheet);
     int clicks = 0;
     connect(button, &QPushButton::clicked, this, [&] { ++clicks; });
@@ -151,7 +151,7 @@ void tst_KeyCapture::layoutsGiveTheirOwnCharacters()
     QVERIFY(XServer::setLayout(layout));
     auto made = std::make_unique<CapturingEditor>();
     CapturingEditor &editor = *made;
-    _registry().setEditor(std::move(made));
+    qw::ShortcutEditor::setOf(_registry(), std::move(made));
     QVERIFY(activate(editor.sheet));
     QVERIFY(XServer::act({"key", keys}));
     QTRY_COMPARE(editor.keysDown().size(), std::size_t(1));

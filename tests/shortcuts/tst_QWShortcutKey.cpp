@@ -313,13 +313,13 @@ void tst_QWShortcutKey::numbersOfOtherTypesAreRead()
 void tst_QWShortcutKey::menuItemShowsTheKey()
 {
     platform::MenuItem item("Save");
-    QWShortcutKeyMenuItem::setShortcutKey(item, QWShortcutKey('s', shift | command));
+    qw::QWShortcutKeyMenuItem::setShortcutKey(item, QWShortcutKey('s', shift | command));
     QCOMPARE(item.keyEquivalent(), QString("s"));
     QCOMPARE(item.keyEquivalentModifierMask(), shift | command);
-    QWShortcutKeyMenuItem::clearKeyEquivalent(item);
+    qw::QWShortcutKeyMenuItem::clearKeyEquivalent(item);
     QCOMPARE(item.keyEquivalent(), QString());
     QCOMPARE(item.keyEquivalentModifierMask(), shift | command);
-    QWShortcutKeyMenuItem::setShortcutKey(item, QWShortcutKey());
+    qw::QWShortcutKeyMenuItem::setShortcutKey(item, QWShortcutKey());
     QCOMPARE(item.keyEquivalent(), QString());
 }
 

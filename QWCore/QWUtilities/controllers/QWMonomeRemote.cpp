@@ -1,20 +1,30 @@
 #include "QWMonomeRemote.h"
 
+#include "QWUtilities/controllers/grid/GridLights.h"
+#include "QWUtilities/controllers/grid/GridLine.h"
+#include "QWUtilities/controllers/grid/GridMapping.h"
 #include "QWUtilities/controllers/grid/GridModel.h"
+#include "QWUtilities/controllers/grid/GridObservers.h"
 #include "QWUtilities/controllers/grid/GridProtocol.h"
 #include "QWUtilities/controllers/grid/GridReader.h"
+#include "QWUtilities/controllers/grid/GridReaders.h"
 
 #include <QWBase/QWApplicationLog.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/devices/serial/SerialLines.h>
+#include <QWPlatform/devices/serial/SerialRegistry.h>
 #include <QWPlatform/foundation/Clock.h>
 
 #include <QCoreApplication>
 
-#include <algorithm>
 #include <array>
+#include <atomic>
+#include <span>
+#include <utility>
+#include <vector>
 
 using namespace std::chrono_literals;
+using platform::System;
 
 namespace
 {
@@ -29,47 +39,135 @@ constexpr auto fadeStep = std::chrono::nanoseconds(1s) / 30;
 constexpr int brightest = 15;
 } // namespace
 
+class Q_DECL_HIDDEN QWMonomeRemote::Private final : public platform::SerialRegistryClient
+{
+public:
+    explicit Private(QWMonomeRemote &owner);
+
+    /// Looks for grids from now on.
+    void begin();
+
+    /// From now on nothing is called, read or sent.
+    void end();
+
+    void shutdown();
+    QWGridPosition _transformPosition(QWGridPosition position) const;
+    QWGridPosition _untransformPosition(QWGridPosition position) const;
+
+    qw::GridObservers m_observers;
+    qw::GridLine m_line;
+    std::atomic<quint8> m_orientation = 0;
+    std::atomic<qint8> m_origin = 0;
+    std::atomic<quint32> m_serialNumber = 0;
+    std::atomic<quint32> m_rows = 0;
+    std::atomic<quint32> m_columns = 0;
+    qw::GridLights m_lights;
+
+private:
+    void serialServicesMatched(const std::vector<platform::SerialService> &services) override;
+    void serialServiceMessage(const platform::SerialService &service, quint32 messageType) override;
+
+    void remoteAdded(const QString &path);
+    void remoteRemoved();
+    void readRemote(qw::GridReader &reader);
+
+    void _logOpeningFailed(int error, const QString &advice);
+    void _recognize(const QString &path);
+    void _showStartUp(const qw::GridReader &reader);
+    void _read(std::span<const std::uint8_t> buffer, std::ptrdiff_t count);
+    void _press(const qw::GridPress &press);
+    qw::GridMapping _mapping() const;
+
+    QWMonomeRemote &m_owner;
+    platform::SerialRegistry &m_registry;
+    platform::SerialLines &m_lines;
+    platform::Clock &m_clock;
+    QWApplicationLog &m_log;
+    QObject m_termination; ///< Receiver of the application's last signal.
+
+    platform::SerialRegistry::Handle m_removalNotification = 0; ///< Of the grid added last.
+    qw::GridReaders m_readers;                                  ///< Last: they use all else.
+};
+
 QWMonomeRemote &QWMonomeRemote::remote()
 {
-    return platform::System::current().shared<QWMonomeRemote>([] { return new QWMonomeRemote; });
+    return System::current().shared<QWMonomeRemote>([] { return new QWMonomeRemote; });
 }
 
 QWMonomeRemote::QWMonomeRemote()
-    : m_registry(platform::System::current().serialRegistry())
-    , m_lines(platform::System::current().serialLines())
-    , m_clock(platform::System::current().clock())
-    , m_log(QWApplicationLog::sharedLog())
+    : d(std::make_unique<Private>(*this))
 {
-    serialServicesMatched(m_registry.addMatchingNotification(*this));
-    if (const auto *application = QCoreApplication::instance())
-        QObject::connect(application, &QCoreApplication::aboutToQuit, &m_termination, [this] { shutdown(); });
+    d->begin();
 }
 
 QWMonomeRemote::~QWMonomeRemote()
 {
-    m_registry.removeClient(*this);
-    shutdown();
-    _endReaders();
+    d->end();
+}
+
+bool QWMonomeRemote::isConnected() const
+{
+    return d->m_line.isOpen();
+}
+
+quint32 QWMonomeRemote::serialNumber() const
+{
+    return d->m_serialNumber;
+}
+
+quint32 QWMonomeRemote::numberOfRows() const
+{
+    return d->m_rows;
+}
+
+quint32 QWMonomeRemote::numberOfColumns() const
+{
+    return d->m_columns;
+}
+
+quint32 QWMonomeRemote::numberOfButtons() const
+{
+    return numberOfRows() * numberOfColumns();
+}
+
+unsigned QWMonomeRemote::orientation() const
+{
+    return d->m_orientation;
+}
+
+void QWMonomeRemote::setOrientation(unsigned orientation)
+{
+    d->m_orientation = static_cast<quint8>(orientation);
+}
+
+qint8 QWMonomeRemote::origin() const
+{
+    return d->m_origin;
+}
+
+void QWMonomeRemote::setOrigin(qint8 origin)
+{
+    d->m_origin = origin;
+}
+
+float QWMonomeRemote::intensity() const
+{
+    return d->m_lights.intensity();
 }
 
 void QWMonomeRemote::setIntensity(float intensity)
 {
-    m_intensity = intensity;
-    m_intensityChanges.note();
-    m_intensityChanges.send(
-        [this] { _write(qw::gridBrightnessMessage(_protocol(), qw::gridBrightnessLevel(m_intensity))); });
+    d->m_lights.setIntensity(intensity);
 }
 
 void QWMonomeRemote::setLEDStateAtPosition(bool on, QWGridPosition position)
 {
-    m_frame.setLED(on, _untransformPosition(position));
-    m_frameChanges.note();
-    _writeFrame();
+    d->m_lights.setLED(on, d->_untransformPosition(position));
 }
 
 bool QWMonomeRemote::LEDStateAtPosition(QWGridPosition position) const
 {
-    return m_frame.led(_untransformPosition(position));
+    return d->m_lights.led(d->_untransformPosition(position));
 }
 
 void QWMonomeRemote::toggleLEDAtPosition(QWGridPosition position)
@@ -79,54 +177,75 @@ void QWMonomeRemote::toggleLEDAtPosition(QWGridPosition position)
 
 void QWMonomeRemote::setLEDFrameAtQuadrant(const quint8 *rows, unsigned quadrant)
 {
-    m_frame.setRows(rows, quadrant);
-    m_frameChanges.note();
-    _writeFrame();
+    d->m_lights.setRows(rows, quadrant);
 }
 
 void QWMonomeRemote::clearLEDs()
 {
-    const bool isSeries = _protocol() == qw::GridProtocol::Series;
-    const unsigned before = m_frameChanges.count();
-    if (isSeries)
-        _write(qw::gridClearMessage());
-    m_frame.clear();
-    const bool isAlone = m_frameChanges.note() == before + 1; // else a frame may have come behind the message
-    if (!isSeries || !isAlone)
-        _writeFrame();
+    d->m_lights.clear();
 }
 
 void QWMonomeRemote::addObserver(QWMonomeRemoteObserver &observer)
 {
-    m_observers.add(observer);
+    d->m_observers.add(observer);
 }
 
 void QWMonomeRemote::removeObserver(QWMonomeRemoteObserver &observer)
 {
-    m_observers.remove(observer);
+    d->m_observers.remove(observer);
 }
 
 bool QWMonomeRemote::hasObserver(const QWMonomeRemoteObserver &observer) const
 {
-    return m_observers.has(observer);
+    return d->m_observers.has(observer);
 }
 
 void QWMonomeRemote::shutdown()
 {
-    if (!isConnected())
+    d->shutdown();
+}
+
+QWMonomeRemote::Private::Private(QWMonomeRemote &owner)
+    : m_line(System::current().serialLines())
+    , m_lights(m_line)
+    , m_owner(owner)
+    , m_registry(System::current().serialRegistry())
+    , m_lines(System::current().serialLines())
+    , m_clock(System::current().clock())
+    , m_log(QWApplicationLog::sharedLog())
+{
+}
+
+void QWMonomeRemote::Private::begin()
+{
+    serialServicesMatched(m_registry.addMatchingNotification(*this));
+    if (const auto *application = QCoreApplication::instance())
+        QObject::connect(application, &QCoreApplication::aboutToQuit, &m_termination, [this] { shutdown(); });
+}
+
+void QWMonomeRemote::Private::end()
+{
+    m_registry.removeClient(*this);
+    shutdown();
+    m_readers.end();
+}
+
+void QWMonomeRemote::Private::shutdown()
+{
+    if (!m_line.isOpen())
         return;
-    _cancelReader();
-    clearLEDs();
-    m_lines.drain(m_fileID);
-    m_lines.close(m_fileID.exchange(0));
+    m_readers.cancel();
+    m_lights.clear();
+    m_line.drain();
+    m_line.close();
     m_observers.release();
 }
 
-void QWMonomeRemote::serialServicesMatched(const std::vector<platform::SerialService> &services)
+void QWMonomeRemote::Private::serialServicesMatched(const std::vector<platform::SerialService> &services)
 {
     for (const platform::SerialService &service : services) {
         if (!service.advice.isEmpty())
-            m_log.warningMessage(QW_LOG_CONTEXT(logDomain), service.advice);
+            m_log.warningMessage({logDomain, __FILE__, __LINE__, __func__, &m_owner}, service.advice);
         if (!qw::isGridPath(service.dialInDevice.toStdString()))
             continue;
         m_removalNotification = m_registry.addInterestNotification(service, *this);
@@ -136,7 +255,7 @@ void QWMonomeRemote::serialServicesMatched(const std::vector<platform::SerialSer
 
 // When two grids were connected, the first one's end releases the notification of the second and closes it. Intended:
 // one grid at a time is supported.
-void QWMonomeRemote::serialServiceMessage(const platform::SerialService &, quint32 messageType)
+void QWMonomeRemote::Private::serialServiceMessage(const platform::SerialService &, quint32 messageType)
 {
     if (messageType != serviceIsTerminated)
         return;
@@ -144,172 +263,103 @@ void QWMonomeRemote::serialServiceMessage(const platform::SerialService &, quint
     remoteRemoved();
 }
 
-void QWMonomeRemote::remoteAdded(const QString &path)
+void QWMonomeRemote::Private::remoteAdded(const QString &path)
 {
     m_clock.sleep(settling);
     const platform::SerialLines::Opening line = m_lines.open(path);
     if (line.descriptor == 0)
         return _logOpeningFailed(line.error, line.advice);
-    m_fileID = line.descriptor;
+    m_line.setDescriptor(line.descriptor);
     _recognize(path);
-    clearLEDs();
-    setIntensity(1.0f);
-    _startReader();
-    m_observers.each([this](QWMonomeRemoteObserver &observer) { observer.monomeRemoteConnected(*this); });
+    m_lights.clear();
+    m_lights.setIntensity(1.0f);
+    m_readers.start([this](qw::GridReader &reader) { readRemote(reader); }); // beside one that still reads
+    m_observers.each([this](QWMonomeRemoteObserver &observer) { observer.monomeRemoteConnected(m_owner); });
 }
 
-void QWMonomeRemote::remoteRemoved()
+void QWMonomeRemote::Private::remoteRemoved()
 {
-    _cancelReader();
-    m_lines.close(m_fileID.exchange(0));
-    m_observers.each([this](QWMonomeRemoteObserver &observer) { observer.monomeRemoteRemoved(*this); });
+    m_readers.cancel();
+    m_line.close();
+    m_observers.each([this](QWMonomeRemoteObserver &observer) { observer.monomeRemoteRemoved(m_owner); });
 }
 
 /// The body of the reader thread.
-void QWMonomeRemote::readRemote(qw::GridReader &reader)
+void QWMonomeRemote::Private::readRemote(qw::GridReader &reader)
 {
     _showStartUp(reader);
     std::array<std::uint8_t, readLength> buffer{};
     do {
-        _read(buffer, m_lines.read(m_fileID, buffer));
+        _read(buffer, m_line.read(buffer));
         m_clock.sleep(pollInterval, reader.ending());
     } while (!reader.isCancelled());
 }
 
-void QWMonomeRemote::_logOpeningFailed(int error, const QString &advice)
+void QWMonomeRemote::Private::_logOpeningFailed(int error, const QString &advice)
 {
-    const QWApplicationLogContext context = QW_LOG_CONTEXT(logDomain);
+    const QWApplicationLogContext context{logDomain, __FILE__, __LINE__, __func__, &m_owner};
     m_log.logContextFormatArguments(QWApplicationLog::Error, &context, "remoteAdded error: %d",
                                     {QString::number(error)});
     if (!advice.isEmpty())
         m_log.warningMessage(context, advice);
 }
 
-void QWMonomeRemote::_recognize(const QString &path)
+void QWMonomeRemote::Private::_recognize(const QString &path)
 {
     const std::string text = path.toStdString();
     if (const auto model = qw::gridModelOfPath(text)) {
         m_rows = model->rows;
         m_columns = model->columns;
-        m_use40hProtocol = model->protocol == qw::GridProtocol::FortyH;
+        m_line.setProtocol(model->protocol);
     }
     m_serialNumber = qw::gridSerialNumber(text);
 }
 
-/// The reader of a grid that is still connected goes on; it reads the new one's line as well.
-void QWMonomeRemote::_startReader()
-{
-    const std::lock_guard guard(m_readersMutex);
-    std::erase_if(m_formerReaders, [](const auto &reader) { return reader->hasFinished(); });
-    if (m_readThread)
-        m_formerReaders.push_back(std::move(m_readThread));
-    m_readThread = std::make_unique<qw::GridReader>([this](qw::GridReader &reader) { readRemote(reader); });
-}
-
-/// Does not wait: the reader may be inside an observer that waits for this thread.
-void QWMonomeRemote::_cancelReader()
-{
-    const std::lock_guard guard(m_readersMutex);
-    if (!m_readThread)
-        return;
-    m_readThread->cancel();
-    m_formerReaders.push_back(std::move(m_readThread));
-}
-
-/// An observer may wait for this thread: what was sent here is delivered until it returns.
-void QWMonomeRemote::_endReaders()
-{
-    _cancelReader();
-    std::vector<std::unique_ptr<qw::GridReader>> readers;
-    {
-        const std::lock_guard guard(m_readersMutex);
-        readers.swap(m_formerReaders);
-    }
-    for (const auto &reader : readers)
-        reader->end();
-    for (const auto &reader : readers)
-        while (!reader->waitForEnd(pollInterval))
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-}
-
 /// A cancelled reader ends its show, on whatever grid is connected then.
-void QWMonomeRemote::_showStartUp(const qw::GridReader &reader)
+void QWMonomeRemote::Private::_showStartUp(const qw::GridReader &reader)
 {
-    setLEDFrameAtQuadrant(startUpPattern.data(), 0);
+    m_lights.setRows(startUpPattern.data(), 0);
     m_clock.sleep(patternTime, reader.ending());
-    setIntensity(1.0f);
+    m_lights.setIntensity(1.0f);
     m_clock.sleep(fadeStep, reader.ending());
     for (int level = brightest - 1; level >= 1; --level) {
-        setIntensity(static_cast<float>(level) / brightest);
+        m_lights.setIntensity(static_cast<float>(level) / brightest);
         m_clock.sleep(fadeStep, reader.ending());
     }
-    clearLEDs();
-    setIntensity(1.0f);
+    m_lights.clear();
+    m_lights.setIntensity(1.0f);
 }
 
 /// The last byte of an odd count is paired with what an earlier read left behind it. Intended.
-void QWMonomeRemote::_read(std::span<const std::uint8_t> buffer, std::ptrdiff_t count)
+void QWMonomeRemote::Private::_read(std::span<const std::uint8_t> buffer, std::ptrdiff_t count)
 {
     for (std::ptrdiff_t offset = 0; offset < count; offset += 2) {
         const auto i = static_cast<std::size_t>(offset);
-        _press(qw::decodeGridPress(_protocol(), buffer[i], buffer[i + 1]));
+        _press(qw::decodeGridPress(m_line.protocol(), buffer[i], buffer[i + 1]));
     }
 }
 
-void QWMonomeRemote::_press(const qw::GridPress &press)
+void QWMonomeRemote::Private::_press(const qw::GridPress &press)
 {
     if (press.kind == qw::GridPress::None)
         return;
     const QWGridPosition position = _transformPosition({static_cast<float>(press.x), static_cast<float>(press.y)});
     const auto call = press.kind == qw::GridPress::Down ? &QWMonomeRemoteObserver::monomeRemoteButtonDownAtPosition
                                                         : &QWMonomeRemoteObserver::monomeRemoteButtonUpAtPosition;
-    m_observers.each([&](QWMonomeRemoteObserver &observer) { (observer.*call)(*this, position); });
+    m_observers.each([&](QWMonomeRemoteObserver &observer) { (observer.*call)(m_owner, position); });
 }
 
-void QWMonomeRemote::_writeFrame()
-{
-    m_frameChanges.send([this] { _writeFrameOnce(); });
-}
-
-/// In one write: messages of other threads come before or behind the whole frame, and a call is what takes the time.
-void QWMonomeRemote::_writeFrameOnce()
-{
-    std::array<std::uint8_t, qw::gridLongestFrame> bytes{};
-    auto end = bytes.begin();
-    const auto append = [&end](const qw::GridMessage &message) {
-        end = std::copy_n(message.bytes.begin(), message.length, end);
-    };
-    if (_protocol() == qw::GridProtocol::FortyH)
-        for (unsigned row = 0; row < 8; ++row)
-            append(qw::gridRowMessage(row, m_frame.row(0, row)));
-    else
-        for (unsigned quadrant = 0; quadrant < qw::GridFrame::quadrants; ++quadrant)
-            append(qw::gridQuadrantMessage(quadrant, m_frame.rows(quadrant)));
-    m_lines.write(m_fileID, std::span(bytes.begin(), end));
-}
-
-/// Whether it arrives is not looked at.
-void QWMonomeRemote::_write(const qw::GridMessage &message)
-{
-    m_lines.write(m_fileID, std::span(message.bytes).first(message.length));
-}
-
-qw::GridProtocol QWMonomeRemote::_protocol() const
-{
-    return m_use40hProtocol ? qw::GridProtocol::FortyH : qw::GridProtocol::Series;
-}
-
-qw::GridMapping QWMonomeRemote::_mapping() const
+qw::GridMapping QWMonomeRemote::Private::_mapping() const
 {
     return {.orientation = m_orientation, .origin = m_origin, .rows = m_rows, .columns = m_columns};
 }
 
-QWGridPosition QWMonomeRemote::_transformPosition(QWGridPosition position) const
+QWGridPosition QWMonomeRemote::Private::_transformPosition(QWGridPosition position) const
 {
     return _mapping().transformed(position);
 }
 
-QWGridPosition QWMonomeRemote::_untransformPosition(QWGridPosition position) const
+QWGridPosition QWMonomeRemote::Private::_untransformPosition(QWGridPosition position) const
 {
     return _mapping().untransformed(position);
 }

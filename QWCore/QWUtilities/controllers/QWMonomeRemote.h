@@ -1,76 +1,62 @@
 #pragma once
 
 #include "QWMonomeRemoteObserver.h"
-#include "QWUtilities/controllers/grid/GridChanges.h"
-#include "QWUtilities/controllers/grid/GridFrame.h"
-#include "QWUtilities/controllers/grid/GridMapping.h"
-#include "QWUtilities/controllers/grid/GridObservers.h"
 
-#include <QWPlatform/devices/serial/SerialRegistry.h>
 #include <QWUtilities/qwutilities_export.h>
 
-#include <QObject>
+#include <QtGlobal>
 
-#include <atomic>
 #include <memory>
-#include <mutex>
-#include <span>
-#include <vector>
-
-class QWApplicationLog;
-
-namespace platform
-{
-class Clock;
-class SerialLines;
-} // namespace platform
-
-namespace qw
-{
-class GridReader;
-struct GridMessage;
-} // namespace qw
 
 /// The monome grid on a serial line: buttons in, LEDs out. At most one is connected; it is found when it is plugged in.
 /// One object per System, made by the host on the main thread. What is said of the grid may be asked, and LEDs may be
-/// set, on any thread and also while no grid is connected.
+/// set, on any thread and also while no grid is connected: what a grid does not get is neither told nor sent later.
 ///
 /// Positions are the application's: those of the grid, turned by the orientation, then flipped if the origin is 1.
-class QWUTILITIES_EXPORT QWMonomeRemote final : private platform::SerialRegistryClient
+class QWUTILITIES_EXPORT QWMonomeRemote final
 {
 public:
-    /// Looks for grids from the first call on; opening one that is there already takes 0.1 s.
+    /// The one object of the current System. Looks for grids from the first call on; opening one that is there already
+    /// takes 0.1 s. A grid that cannot be opened is told in the log only.
     static QWMonomeRemote &remote();
 
     /// As shutdown(), then waits for the readers; delivers queued calls meanwhile, since an observer may wait for one.
     /// Not on a reader's thread.
-    ~QWMonomeRemote() override;
+    ~QWMonomeRemote();
 
-    bool isConnected() const { return m_fileID != 0; }
+    QWMonomeRemote(const QWMonomeRemote &) = delete;            ///< There is one.
+    QWMonomeRemote &operator=(const QWMonomeRemote &) = delete; ///< There is one.
 
-    /// Of the grid connected last; 0 before the first.
-    quint32 serialNumber() const { return m_serialNumber; }
-    quint32 numberOfRows() const { return m_rows; }
-    quint32 numberOfColumns() const { return m_columns; }
-    quint32 numberOfButtons() const { return m_rows * m_columns; }
+    /// A grid was opened, and was not unplugged or shut down since.
+    bool isConnected() const;
 
-    /// Quarter turns, 0 to 3; beyond that positions are not turned. Eight bits are kept.
-    unsigned orientation() const { return m_orientation; }
-    void setOrientation(unsigned orientation) { m_orientation = static_cast<quint8>(orientation); }
+    /// @name Of the grid connected last
+    /// 0 before the first.
+    ///@{
+    quint32 serialNumber() const;    ///< The number in the name of its device.
+    quint32 numberOfRows() const;    ///< 8 or 16, before it is turned.
+    quint32 numberOfColumns() const; ///< 8 or 16, before it is turned.
+    quint32 numberOfButtons() const; ///< Rows times columns.
+    ///@}
 
-    /// 1 flips the vertical axis; no other value does.
-    qint8 origin() const { return m_origin; }
-    void setOrigin(qint8 origin) { m_origin = origin; }
+    /// Quarter turns, 0 to 3 and 0 at first; beyond that positions are not turned. Eight bits are kept.
+    unsigned orientation() const;
+    void setOrientation(unsigned orientation); ///< For positions from now on; LEDs that are lit stay where they are.
 
-    /// Brightness of the LEDs, 0.0 to 1.0 in 16 steps; kept as it was given. Sent at once.
-    float intensity() const { return m_intensity; }
-    void setIntensity(float intensity);
+    /// 1 flips the vertical axis; no other value does. 0 at first.
+    qint8 origin() const;
+    void setOrigin(qint8 origin); ///< For positions from now on; LEDs that are lit stay where they are.
+
+    /// Brightness of the LEDs, 0.0 to 1.0 in 16 steps; kept as it was given. 0 before the first grid, which is set
+    /// to 1.
+    float intensity() const;
+    void setIntensity(float intensity); ///< Sent at once; what lies beyond counts as the nearer end.
 
     /// Columns 8 to 15 of the device cannot be reached this way: setLEDFrameAtQuadrant() lights them. Each change sends
-    /// the whole frame.
+    /// the whole frame. A position without an LED changes none.
     void setLEDStateAtPosition(bool on, QWGridPosition position);
-    bool LEDStateAtPosition(QWGridPosition position) const;
-    void toggleLEDAtPosition(QWGridPosition position);
+    bool LEDStateAtPosition(QWGridPosition position) const; ///< As it was set; false where no LED can be reached.
+    void toggleLEDAtPosition(QWGridPosition position);      ///< Two threads that do so at once may do it once.
 
     /// @p rows: 8 bytes, row 0 first, bit n = column n, of the device. Quadrants 0 and 1 lie above 2 and 3; the frame
     /// is sent, but not changed, for any other.
@@ -85,7 +71,7 @@ public:
     /// Waits for a call in progress on another thread, except from within a call of any observer; such a call must not
     /// wait for the thread that removes. An observer must be removed before it is destroyed, after a shutdown too.
     void removeObserver(QWMonomeRemoteObserver &observer);
-    bool hasObserver(const QWMonomeRemoteObserver &observer) const;
+    bool hasObserver(const QWMonomeRemoteObserver &observer) const; ///< Was added, and not removed since.
 
     /// Clears and closes the grid; no observer is called any more, ever, and none can be added. A call that another
     /// thread is in goes on: removeObserver() waits for it. Nothing when no grid is connected. Comes by itself when the
@@ -95,50 +81,6 @@ public:
 private:
     QWMonomeRemote();
 
-    void serialServicesMatched(const std::vector<platform::SerialService> &services) override;
-    void serialServiceMessage(const platform::SerialService &service, quint32 messageType) override;
-
-    void remoteAdded(const QString &path);
-    void remoteRemoved();
-    void readRemote(qw::GridReader &reader);
-
-    void _logOpeningFailed(int error, const QString &advice);
-    void _recognize(const QString &path);
-    void _startReader();
-    void _cancelReader();
-    void _endReaders();
-    void _showStartUp(const qw::GridReader &reader);
-    void _read(std::span<const std::uint8_t> buffer, std::ptrdiff_t count);
-    void _press(const qw::GridPress &press);
-    void _writeFrame();
-    void _writeFrameOnce();
-    void _write(const qw::GridMessage &message);
-    qw::GridProtocol _protocol() const;
-    qw::GridMapping _mapping() const;
-    QWGridPosition _transformPosition(QWGridPosition position) const;
-    QWGridPosition _untransformPosition(QWGridPosition position) const;
-
-    platform::SerialRegistry &m_registry;
-    platform::SerialLines &m_lines;
-    platform::Clock &m_clock;
-    QWApplicationLog &m_log;
-    QObject m_termination; ///< Receiver of the application's last signal.
-
-    qw::GridObservers m_observers;
-    std::atomic<int> m_fileID = 0; ///< Of the open line; 0: none is connected.
-    std::atomic<bool> m_use40hProtocol = false;
-    std::atomic<quint8> m_orientation = 0;
-    std::atomic<qint8> m_origin = 0;
-    std::atomic<quint32> m_serialNumber = 0;
-    std::atomic<quint32> m_rows = 0;
-    std::atomic<quint32> m_columns = 0;
-    qw::GridFrame m_frame;
-    qw::GridChanges m_frameChanges;
-    std::atomic<float> m_intensity = 0;
-    qw::GridChanges m_intensityChanges;
-
-    platform::SerialRegistry::Handle m_removalNotification = 0; ///< Of the grid added last.
-    std::mutex m_readersMutex;                                  ///< Guards both below.
-    std::unique_ptr<qw::GridReader> m_readThread;
-    std::vector<std::unique_ptr<qw::GridReader>> m_formerReaders; ///< Cancelled, or of a grid that another replaced.
+    class Private;
+    std::unique_ptr<Private> d;
 };

@@ -10,6 +10,7 @@ class QWMonomeRemote;
 class QWUTILITIES_EXPORT QWMonomeRemoteObserver
 {
 public:
+    /// Removes itself from nothing: that is done before.
     virtual ~QWMonomeRemoteObserver();
 
     /// A grid was opened; its buttons are read from now on. Main thread.
@@ -21,5 +22,7 @@ public:
     /// A button, at the application's position. Called on the grid's reader thread, a millisecond after the press at
     /// most: what touches windows has to be handed to the main thread.
     virtual void monomeRemoteButtonDownAtPosition(QWMonomeRemote &remote, QWGridPosition position);
+
+    /// The same when it is let go.
     virtual void monomeRemoteButtonUpAtPosition(QWMonomeRemote &remote, QWGridPosition position);
 };

@@ -8,8 +8,12 @@
 #include <QWPlatform/devices/input/RemoteReceiver.h>
 
 #include <QCoreApplication>
+#include <QVariantList>
 
 #include <algorithm>
+#include <optional>
+#include <set>
+#include <source_location>
 
 using platform::System;
 
@@ -27,12 +31,47 @@ std::optional<QVariantList> childElements(const std::optional<QVariantList> &ele
 }
 } // namespace
 
+class Q_DECL_HIDDEN QWRemoteControl::Private
+{
+public:
+    explicit Private(QWRemoteControl &owner)
+        : m_owner(owner)
+    {
+    }
+
+    void _initQueue();
+    void _destroyQueue();
+
+    QWRemoteControl &m_owner;
+    std::set<QWRemoteControlListener *> m_listeners;
+    std::unique_ptr<platform::HidInterface> m_interface; ///< Null when released.
+    std::unique_ptr<platform::HidQueue> m_queue;         ///< Null when not set up; set though a later step failed.
+
+private:
+    bool _openInterface();
+    bool _setUpQueue();
+    bool _addElements(const QVariantList &elements);
+    bool _failed(const char *message, std::source_location where = std::source_location::current()) const;
+
+    void remoteControlEvent(qint32 result);
+    void _handleEvent(const platform::HidEvent &event);
+    void _buttonDown(unsigned button);
+    void _buttonUp(unsigned button);
+    template <class Call>
+    void _forEachListener(Call call);
+    void _receiverRemoved();
+
+    static void _queueCallback(void *target, qint32 result, void *refcon, void *sender);
+    static void _removalCallback(void *target, qint32 result, void *refcon, void *sender);
+};
+
 QWRemoteControl &QWRemoteControl::remoteControl()
 {
     return System::current().shared<QWRemoteControl>([] { return new QWRemoteControl; });
 }
 
 QWRemoteControl::QWRemoteControl()
+    : d(std::make_unique<Private>(*this))
 {
     if (const auto *const application = QCoreApplication::instance())
         connect(application, &QCoreApplication::aboutToQuit, this, &QWRemoteControl::applicationWillTerminate);
@@ -40,42 +79,42 @@ QWRemoteControl::QWRemoteControl()
 
 QWRemoteControl::~QWRemoteControl()
 {
-    _destroyQueue();
+    d->_destroyQueue();
 }
 
 bool QWRemoteControl::addListener(QWRemoteControlListener *listener)
 {
-    if (m_listeners.insert(listener).second && !m_queue)
-        _initQueue();
+    if (d->m_listeners.insert(listener).second && !d->m_queue)
+        d->_initQueue();
     return true;
 }
 
 bool QWRemoteControl::removeListener(QWRemoteControlListener *listener)
 {
-    m_listeners.erase(listener);
-    if (m_listeners.empty() && m_queue)
-        _destroyQueue();
+    d->m_listeners.erase(listener);
+    if (d->m_listeners.empty() && d->m_queue)
+        d->_destroyQueue();
     return true;
 }
 
 bool QWRemoteControl::hasListener(QWRemoteControlListener *listener) const
 {
-    return m_listeners.contains(listener);
+    return d->m_listeners.contains(listener);
 }
 
 bool QWRemoteControl::isActive() const
 {
-    return m_queue && m_queue->isStarted();
+    return d->m_queue && d->m_queue->isStarted();
 }
 
 void QWRemoteControl::applicationWillTerminate()
 {
-    m_listeners.clear();
-    _destroyQueue();
+    d->m_listeners.clear();
+    d->_destroyQueue();
 }
 
 /// Each step only after the one before it. What was made before a step that fails is kept.
-void QWRemoteControl::_initQueue()
+void QWRemoteControl::Private::_initQueue()
 {
     auto &receiver = System::current().remoteReceiver();
     const auto service = receiver.firstServiceMatching("AppleIRController");
@@ -97,7 +136,7 @@ void QWRemoteControl::_initQueue()
         _failed("Starting the queue failed");
 }
 
-bool QWRemoteControl::_openInterface()
+bool QWRemoteControl::Private::_openInterface()
 {
     if (!m_interface->openExclusively()) {
         m_interface->close();
@@ -108,7 +147,7 @@ bool QWRemoteControl::_openInterface()
     return true;
 }
 
-bool QWRemoteControl::_setUpQueue()
+bool QWRemoteControl::Private::_setUpQueue()
 {
     const auto elements = childElements(m_interface->copyMatchingElements());
     if (!elements)
@@ -126,7 +165,7 @@ bool QWRemoteControl::_setUpQueue()
 }
 
 /// In order, up to the first that fails.
-bool QWRemoteControl::_addElements(const QVariantList &elements)
+bool QWRemoteControl::Private::_addElements(const QVariantList &elements)
 {
     return std::all_of(elements.begin(), elements.end(), [this](const QVariant &element) {
         bool isNumber = false;
@@ -135,7 +174,7 @@ bool QWRemoteControl::_addElements(const QVariantList &elements)
     });
 }
 
-void QWRemoteControl::_destroyQueue()
+void QWRemoteControl::Private::_destroyQueue()
 {
     if (m_queue) {
         m_queue->stop();
@@ -148,16 +187,16 @@ void QWRemoteControl::_destroyQueue()
 }
 
 /// Always false, so that a step can return it.
-bool QWRemoteControl::_failed(const char *message, std::source_location where) const
+bool QWRemoteControl::Private::_failed(const char *message, std::source_location where) const
 {
     QWApplicationLog::sharedLog().warningMessage({"QWRemoteControl", "QWCore/QWUtilities/QWRemoteControl",
-                                                  int(where.line()), "-[QWRemoteControl _initQueue]", this},
+                                                  int(where.line()), "-[QWRemoteControl _initQueue]", &m_owner},
                                                  message);
     return false;
 }
 
 /// Takes out all that has come, unless a listener gives the receiver back meanwhile.
-void QWRemoteControl::remoteControlEvent(qint32 result)
+void QWRemoteControl::Private::remoteControlEvent(qint32 result)
 {
     if (result != 0)
         return;
@@ -170,7 +209,7 @@ void QWRemoteControl::remoteControlEvent(qint32 result)
     }
 }
 
-void QWRemoteControl::_handleEvent(const platform::HidEvent &event)
+void QWRemoteControl::Private::_handleEvent(const platform::HidEvent &event)
 {
     const auto calls = qw::remoteButtonCalls(event.elementCookie, event.value);
     if (calls && calls->down)
@@ -179,39 +218,40 @@ void QWRemoteControl::_handleEvent(const platform::HidEvent &event)
         _buttonUp(calls->button);
 }
 
-void QWRemoteControl::_buttonDown(unsigned button)
+void QWRemoteControl::Private::_buttonDown(unsigned button)
 {
-    _forEachListener([&](QWRemoteControlListener &listener) { listener.remoteControlButtonDown(*this, button); });
+    _forEachListener([&](QWRemoteControlListener &listener) { listener.remoteControlButtonDown(m_owner, button); });
 }
 
-void QWRemoteControl::_buttonUp(unsigned button)
+void QWRemoteControl::Private::_buttonUp(unsigned button)
 {
-    _forEachListener([&](QWRemoteControlListener &listener) { listener.remoteControlButtonUp(*this, button); });
+    _forEachListener([&](QWRemoteControlListener &listener) { listener.remoteControlButtonUp(m_owner, button); });
 }
 
 /// A call may add and remove listeners: one that was removed is not called any more, one that was added is not yet.
 template <class Call>
-void QWRemoteControl::_forEachListener(Call call)
+void QWRemoteControl::Private::_forEachListener(Call call)
 {
     const auto listeners = m_listeners;
     for (QWRemoteControlListener *const listener : listeners)
-        if (hasListener(listener))
+        if (m_listeners.contains(listener))
             call(*listener);
 }
 
 /// The listeners stay, so that they hear the receiver again as soon as a new listener finds it back.
-void QWRemoteControl::_receiverRemoved()
+void QWRemoteControl::Private::_receiverRemoved()
 {
-    QWApplicationLog::sharedLog().warningMessage(QW_LOG_CONTEXT("QWRemoteControl"), "The remote was disconnected");
+    QWApplicationLog::sharedLog().warningMessage({"QWRemoteControl", __FILE__, __LINE__, __func__, &m_owner},
+                                                 "The remote was disconnected");
     _destroyQueue();
 }
 
-void QWRemoteControl::_queueCallback(void *, qint32 result, void *refcon, void *)
+void QWRemoteControl::Private::_queueCallback(void *, qint32 result, void *refcon, void *)
 {
-    static_cast<QWRemoteControl *>(refcon)->remoteControlEvent(result);
+    static_cast<Private *>(refcon)->remoteControlEvent(result);
 }
 
-void QWRemoteControl::_removalCallback(void *, qint32, void *refcon, void *)
+void QWRemoteControl::Private::_removalCallback(void *, qint32, void *refcon, void *)
 {
-    static_cast<QWRemoteControl *>(refcon)->_receiverRemoved();
+    static_cast<Private *>(refcon)->_receiverRemoved();
 }

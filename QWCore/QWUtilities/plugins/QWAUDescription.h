@@ -15,39 +15,54 @@
 ///     ignore                boolean  always
 ///     name, manufacturer,   string   when the record holds a value, which may be ""
 ///     identifier
+///
+/// Its fields lie open: catalogs of ten thousand records are read, searched and saved in one go.
 class QWUTILITIES_EXPORT QWAUDescription : public QWCatalogRecord
 {
 public:
     /// An empty record.
     static std::shared_ptr<QWAUDescription> description();
+
+    /// A record with the entries of @p state that are there and of the right type.
     static std::shared_ptr<QWAUDescription> descriptionWithState(const QVariantMap &state);
 
-    QWAUDescription();
-    ~QWAUDescription() override;
+    QWAUDescription();           ///< Empty, in no catalog.
+    ~QWAUDescription() override; ///< The catalog and the menus made from it share a record; it goes with the last.
 
+    /// Which unit it is: the record's key in its catalog.
     const QWComponentDescription &componentDescription() const { return m_componentDescription; }
+
+    /// In a catalog only before its next validate().
     void setComponentDescription(const QWComponentDescription &description);
 
-    /// Display names; a missing one is loaded with loadInfo() first, and is "" when that gives none.
-    QString name();
-    void setName(const QString &name);
-    QString manufacturer();
-    void setManufacturer(const QString &manufacturer);
+    /// @name Display names
+    /// A missing one is loaded with loadInfo() first, and is "" when that gives none.
+    ///@{
+    QString name();                                    ///< Of the unit, without its manufacturer.
+    void setName(const QString &name);                 ///< Kept, "" too: it is not loaded again.
+    QString manufacturer();                            ///< Its submenu's title.
+    void setManufacturer(const QString &manufacturer); ///< Kept, "" too: it is not loaded again.
+    ///@}
 
     /// Bundle identifier of the unit's bundle; "" when it was not found.
     QString identifier() const { return m_identifier.value_or(QString()); }
-    void setIdentifier(const QString &identifier);
+    void setIdentifier(const QString &identifier); ///< Kept and saved, "" too.
 
-    bool isInstrument() const { return m_componentDescription.isInstrument(); }
-    bool isEffect() const { return m_componentDescription.isEffect(); }
-    bool isPlayer() const { return m_componentDescription.isPlayer(); }
+    /// @name By the type of the unit
+    ///@{
+    bool isInstrument() const { return m_componentDescription.isInstrument(); } ///< Stands in the instruments' menu.
+    bool isEffect() const { return m_componentDescription.isEffect(); }         ///< An effect or a music effect.
+    bool isPlayer() const { return m_componentDescription.isPlayer(); }         ///< Plays files; stands in no menu.
+    ///@}
 
     /// Fills name and manufacturer from the component registry; false when the manufacturer is empty then.
     bool loadInfo();
 
+    /// In the order of the keys.
     void writeState(QWStateWriter &writer) const override;
 
 protected:
+    /// Unknown keys and values of a wrong type change nothing.
     void applyValueForKey(std::string_view key, const QVariant &value) override;
 
 private:

@@ -17,9 +17,10 @@ class QWUTILITIES_EXPORT QWAUManager
 public:
     /// Loads the catalog; a missing or unreadable file gives an empty one.
     QWAUManager();
-    virtual ~QWAUManager();
-    QWAUManager(const QWAUManager &) = delete;
-    QWAUManager &operator=(const QWAUManager &) = delete;
+    virtual ~QWAUManager(); ///< Menus made here stay.
+
+    QWAUManager(const QWAUManager &) = delete;            ///< One per file.
+    QWAUManager &operator=(const QWAUManager &) = delete; ///< One per file.
 
     /// Drops units that are gone, then tries each new one once. Failures are shown as alerts, not returned.
     void validate();
@@ -27,9 +28,11 @@ public:
     /// New menu with one submenu a manufacturer; its items carry their component descriptions. @p target is not owned.
     /// Empty without units.
     std::unique_ptr<QMenu> instrumentsMenuWithTargetAction(QObject *target, const platform::Selector &action) const;
+
+    /// The same of the units that are no instruments; players are in neither menu.
     std::unique_ptr<QMenu> effectsMenuWithTargetAction(QObject *target, const platform::Selector &action) const;
 
-    /// In order of addition.
+    /// The records, in order of addition; shared with whoever keeps one. Valid until the next validate().
     const std::vector<std::shared_ptr<QWAUDescription>> &database() const;
 
 private:

@@ -16,9 +16,10 @@ class QWUTILITIES_EXPORT QWVSTManager
 public:
     /// Loads the catalog; a missing or unreadable file gives an empty one.
     QWVSTManager();
-    virtual ~QWVSTManager();
-    QWVSTManager(const QWVSTManager &) = delete;
-    QWVSTManager &operator=(const QWVSTManager &) = delete;
+    virtual ~QWVSTManager(); ///< Menus made here stay, and so do the records they share.
+
+    QWVSTManager(const QWVSTManager &) = delete;            ///< One per file.
+    QWVSTManager &operator=(const QWVSTManager &) = delete; ///< One per file.
 
     /// Drops stale records, then tries each new bundle once. Failures are shown as alerts, not returned.
     void validate();
@@ -27,9 +28,11 @@ public:
     /// std::shared_ptr<QWVSTDescription>. @p target is not owned. Never empty: without plug-ins it holds
     /// "No plug-ins found".
     std::unique_ptr<QMenu> instrumentsMenuWithTargetAction(QObject *target, const platform::Selector &action) const;
+
+    /// The same of the plug-ins that are no instruments.
     std::unique_ptr<QMenu> effectsMenuWithTargetAction(QObject *target, const platform::Selector &action) const;
 
-    /// In order of addition.
+    /// The records, in order of addition; shared with whoever keeps one. Valid until the next validate().
     const std::vector<std::shared_ptr<QWVSTDescription>> &database() const;
 
 private:

@@ -29,8 +29,9 @@ platform::ChildProcessRequest wrappingRequest()
 }
 } // namespace
 
-struct QWVSTWrapping::State
+class Q_DECL_HIDDEN QWVSTWrapping::Private
 {
+public:
     std::atomic<bool> isCancelled = false;
     bool isUnderWay = false; ///< Main thread only.
 };
@@ -41,38 +42,37 @@ QWVSTWrapping &QWVSTWrapping::sharedInstance()
 }
 
 QWVSTWrapping::QWVSTWrapping()
-    : m_state(std::make_shared<State>())
+    : d(std::make_shared<Private>())
 {
 }
 
 QWVSTWrapping::~QWVSTWrapping()
 {
-    m_state->isCancelled = true;
+    d->isCancelled = true;
 }
 
 bool QWVSTWrapping::isUnderWay() const
 {
-    return m_state->isUnderWay;
+    return d->isUnderWay;
 }
 
 bool QWVSTWrapping::begin(std::function<void()> done)
 {
-    if (m_state->isUnderWay)
+    if (d->isUnderWay)
         return false;
     auto &processes = System::current().childProcesses();
-    m_state->isUnderWay =
-        System::current().backgroundWork().start([=, state = m_state, &processes, request = wrappingRequest()] {
-            const auto hasMore = [&] {
-                const platform::ChildProcessResult result = processes.run(request);
-                return result.exited && result.status == moreToDo;
-            };
-            while (!state->isCancelled && hasMore()) {
-            }
-            return [=] {
-                state->isUnderWay = false;
-                if (!state->isCancelled)
-                    done();
-            };
-        });
-    return m_state->isUnderWay;
+    d->isUnderWay = System::current().backgroundWork().start([=, state = d, &processes, request = wrappingRequest()] {
+        const auto hasMore = [&] {
+            const platform::ChildProcessResult result = processes.run(request);
+            return result.exited && result.status == moreToDo;
+        };
+        while (!state->isCancelled && hasMore()) {
+        }
+        return [=] {
+            state->isUnderWay = false;
+            if (!state->isCancelled)
+                done();
+        };
+    });
+    return d->isUnderWay;
 }

@@ -10,6 +10,7 @@
 class QWUTILITIES_EXPORT QWVSTWrapping
 {
 public:
+    /// The one object of the current System, made on first use.
     static QWVSTWrapping &sharedInstance();
 
     /// The run in progress goes on without it, until it is done or the application ends.
@@ -20,12 +21,14 @@ public:
     /// already, or nothing can be started: @p done is then dropped.
     bool begin(std::function<void()> done);
 
+    /// From begin() until its @p done has been, or would have been, called.
     bool isUnderWay() const;
 
 protected:
+    /// For sharedInstance(), which makes the one there is.
     QWVSTWrapping();
 
 private:
-    struct State;
-    std::shared_ptr<State> m_state; ///< Shared with the work.
+    class Private;
+    std::shared_ptr<Private> d; ///< Shared with the work, which may outlive this.
 };

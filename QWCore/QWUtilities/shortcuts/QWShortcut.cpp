@@ -112,9 +112,9 @@ void QWShortcut::fakeAction(QObject *) {}
 void QWShortcut::_refresh(MenuItem &item) const
 {
     if (m_enabled)
-        QWShortcutKeyMenuItem::setShortcutKey(item, m_key);
+        qw::QWShortcutKeyMenuItem::setShortcutKey(item, m_key);
     else
-        QWShortcutKeyMenuItem::clearKeyEquivalent(item);
+        qw::QWShortcutKeyMenuItem::clearKeyEquivalent(item);
     item.setAction(m_action);
     item.setTag(m_tag);
     if (m_representedObject.isValid())

@@ -23,7 +23,7 @@ QVariant frameBefore;                      ///< The user's own, which comes back
 
 qw::ShortcutEditor *editor()
 {
-    return QWKeyboardShortcuts::sharedInstance().editor();
+    return qw::ShortcutEditor::of(QWKeyboardShortcuts::sharedInstance());
 }
 
 QWidget *editorWindow(DemoApplication &)

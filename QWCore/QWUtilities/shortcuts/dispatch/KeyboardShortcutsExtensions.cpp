@@ -2,6 +2,7 @@
 
 #include "KeyPressTracker.h"
 #include "QWUtilities/shortcuts/QWKeyboardShortcuts.h"
+#include "QWUtilities/shortcuts/menus/MainMenuItems.h"
 
 #include <QWBase/QWApplication.h>
 #include <QWPlatform/System.h>
@@ -30,6 +31,18 @@ bool isConsumed(QObject &receiver, const QKeyEvent &event)
     return consumed;
 }
 
+/// Gives the items of @p bar their keys and actions, as loading gives them to all windows that there are then: it may
+/// be younger, or have got its menus since.
+void menuBarWillShow(const QMenuBar &bar)
+{
+    const auto *const registry = platform::System::current().sharedIfMade<QWKeyboardShortcuts>();
+    if (!registry)
+        return;
+    const MainMenuItems::Batch batch(bar);
+    for (const auto &group : registry->groups())
+        group->refreshMenu();
+}
+
 /// A bar shows with its window, or comes into one that shows already.
 void menusWillShow(const QObject &receiver)
 {
@@ -38,7 +51,7 @@ void menusWillShow(const QObject &receiver)
         return;
     const auto *const bar = qobject_cast<const QMenuBar *>(widget);
     if (const QMenuBar *const shown = bar || !widget->isWindow() ? bar : platform::menuBarOf(widget))
-        QWKeyboardShortcuts::menuBarWillShow(*shown);
+        menuBarWillShow(*shown);
 }
 } // namespace
 

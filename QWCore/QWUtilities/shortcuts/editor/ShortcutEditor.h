@@ -5,8 +5,11 @@
 
 #include <QString>
 
+#include <memory>
+
 class QMenu;
 class QWidget;
+class QWKeyboardShortcuts;
 
 namespace qw
 {
@@ -16,6 +19,12 @@ class QWUTILITIES_SHARED_EXPORT ShortcutEditor
 {
 public:
     virtual ~ShortcutEditor();
+
+    /// The editor of @p registry, which owns it; null until its windows are first wanted.
+    static ShortcutEditor *of(const QWKeyboardShortcuts &registry);
+
+    /// In place of the editor that @p registry has; null: the next opening makes one.
+    static void setOf(const QWKeyboardShortcuts &registry, std::unique_ptr<ShortcutEditor> editor);
 
     /// Brings the editor's window to the front and makes it key.
     virtual void open() = 0;

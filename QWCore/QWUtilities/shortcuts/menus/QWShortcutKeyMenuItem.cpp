@@ -4,6 +4,9 @@
 
 #include <QWPlatform/appkit/MenuItem.h>
 
+namespace qw
+{
+
 namespace QWShortcutKeyMenuItem
 {
 
@@ -18,3 +21,5 @@ void clearKeyEquivalent(platform::MenuItem &item)
 }
 
 } // namespace QWShortcutKeyMenuItem
+
+} // namespace qw

@@ -9,6 +9,9 @@ namespace platform
 class MenuItem;
 }
 
+namespace qw
+{
+
 /// Shortcut keys as key equivalents of menu items.
 namespace QWShortcutKeyMenuItem
 {
@@ -20,3 +23,5 @@ QWUTILITIES_TEST_EXPORT void setShortcutKey(platform::MenuItem &item, const QWSh
 QWUTILITIES_TEST_EXPORT void clearKeyEquivalent(platform::MenuItem &item);
 
 } // namespace QWShortcutKeyMenuItem
+
+} // namespace qw
