@@ -2,6 +2,8 @@
 
 #include <QWBase/QWApplication.h>
 #include <QWUtilities/controllers/QWMonomeRemote.h>
+#include <QWUtilities/controllers/grid/GridMapping.h>
+#include <QWUtilities/controllers/grid/GridProtocol.h>
 #include <simulators/PseudoTerminal.h>
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QWPlatform/appkit/Selector.h>
-#include <QWUtilities/qwutilities_private.h>
 
 #include <QHash>
 #include <QVariant>
@@ -18,7 +17,7 @@ namespace qw
 {
 
 /// Builds a menu of plug-ins in folders, all in title order.
-class QWUTILITIES_TEST_EXPORT PluginMenu
+class PluginMenu
 {
 public:
     /// One level of the menu, made known here and turned into items by take().

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QWBase/QWComponentDescription.h>
-#include <QWUtilities/qwutilities_private.h>
 
 #include <QMap>
 #include <QString>
@@ -10,7 +9,7 @@ namespace qw
 {
 
 /// Which ".component" bundle, by its identifier, registers which unit in its resource file.
-class QWUTILITIES_TEST_EXPORT ComponentIdentifiers
+class ComponentIdentifiers
 {
 public:
     /// Adds the bundles of the folder at @p path (documented text); a later one replaces an earlier one of the same

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_private.h>
-
 #include <QString>
 
 #include <vector>
@@ -10,7 +8,7 @@ namespace qw
 {
 
 /// One folder's entries, read in one go.
-class QWUTILITIES_TEST_EXPORT FolderEntries
+class FolderEntries
 {
 public:
     enum class Kind : unsigned char

@@ -2,8 +2,6 @@
 
 #include "PluginFormat.h"
 
-#include <QWUtilities/qwutilities_private.h>
-
 #include <QStringList>
 #include <QVariant>
 
@@ -14,7 +12,7 @@ namespace qw
 
 /// What both catalogs do with a new plug-in: ask about known-bad ones, heed the skip key, try it in the validator
 /// program and take what that hands off. Main thread; blocks while alerts are open and while the validator runs.
-class QWUTILITIES_TEST_EXPORT PluginValidation
+class PluginValidation
 {
 public:
     explicit PluginValidation(const PluginFormat &format);
@@ -40,7 +38,7 @@ public:
 
     /// Runs a scan's part in which failures are the plug-ins' own: tells the splash screen that plug-ins are being
     /// located and keeps the application from reporting exceptions.
-    class QWUTILITIES_TEST_EXPORT Scan
+    class Scan
     {
     public:
         explicit Scan(PluginValidation &validation);

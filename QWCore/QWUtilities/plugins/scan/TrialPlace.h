@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_private.h>
-
 #include <QString>
 
 namespace qw
@@ -9,6 +7,6 @@ namespace qw
 
 /// Why no validator can leave its result at @p handOff (a real path), as the system says it; "" when one can. Makes the
 /// folder, and tries with a file of its own, larger than any result, of which nothing stays.
-QWUTILITIES_TEST_EXPORT QString whyNoHandOffFits(const QString &handOff);
+QString whyNoHandOffFits(const QString &handOff);
 
 } // namespace qw

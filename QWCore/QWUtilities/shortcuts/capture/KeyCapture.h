@@ -2,8 +2,6 @@
 
 #include "QWUtilities/shortcuts/QWShortcutKey.h"
 
-#include <QWUtilities/qwutilities_private.h>
-
 #include <QString>
 
 #include <memory>
@@ -15,7 +13,7 @@ namespace qw
 {
 
 /// What is being captured for a shortcut: the key last pressed, and whether it may be the shortcut's. Knows no widgets.
-class QWUTILITIES_TEST_EXPORT KeyCapture
+class KeyCapture
 {
 public:
     /// @p registry outlives this.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QWUtilities/qwutilities_private.h>
-
 #include <QtGlobal>
 
 #include <optional>
@@ -11,7 +9,7 @@ namespace qw
 
 /// How long a key has been held down, by the System's clock. A window system that repeats a held key may report each
 /// repeat as let go and pressed again, so that a key counts as let go only when it stays up for a moment.
-class QWUTILITIES_TEST_EXPORT KeyHold
+class KeyHold
 {
 public:
     static constexpr qint64 longEnough = 1'000'000'000; ///< Nanoseconds.
