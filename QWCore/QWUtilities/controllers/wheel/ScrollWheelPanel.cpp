@@ -27,9 +27,9 @@ namespace qw
 
 namespace
 {
-constexpr auto frameKey = "Scroll Wheel Manager Frame";
-constexpr auto openKey = "Scroll Wheel Manager Open";
-constexpr QRect usualFrame(217, 544, 411, 187);
+constexpr auto wheelFrameKey = "Scroll Wheel Manager Frame";
+constexpr auto wheelOpenKey = "Scroll Wheel Manager Open";
+constexpr QRect usualWheelFrame(217, 544, 411, 187);
 } // namespace
 
 std::unique_ptr<ScrollWheelPanel> ScrollWheelPanel::load(QWScrollWheelManager &owner,
@@ -77,7 +77,7 @@ ScrollWheelPanel::~ScrollWheelPanel() = default;
 void ScrollWheelPanel::registerDefaults()
 {
     System::current().userDefaults().registerDefaults(
-        {{frameKey, platform::TextForms::stringFromRect(usualFrame)}, {openKey, false}});
+        {{wheelFrameKey, platform::TextForms::stringFromRect(usualWheelFrame)}, {wheelOpenKey, false}});
 }
 
 void ScrollWheelPanel::open()
@@ -89,7 +89,7 @@ void ScrollWheelPanel::open()
 
 void ScrollWheelPanel::openAgain()
 {
-    if (System::current().userDefaults().boolean(openKey))
+    if (System::current().userDefaults().boolean(wheelOpenKey))
         open();
 }
 
@@ -114,8 +114,8 @@ void ScrollWheelPanel::scrollToBottom()
 void ScrollWheelPanel::store() const
 {
     platform::UserDefaults &defaults = System::current().userDefaults();
-    defaults.setObject(openKey, m_openState->isOpen());
-    defaults.setObject(frameKey, platform::stringFromFrame(*m_panel));
+    defaults.setObject(wheelOpenKey, m_openState->isOpen());
+    defaults.setObject(wheelFrameKey, platform::stringFromFrame(*m_panel));
 }
 
 void ScrollWheelPanel::_setImages(const QWScrollWheelManager &owner)
@@ -133,13 +133,13 @@ void ScrollWheelPanel::_setImages(const QWScrollWheelManager &owner)
 /// The width is the table's own; of the stored frame it is ignored.
 void ScrollWheelPanel::_restoreFrame()
 {
-    const QString text = System::current().userDefaults().string(frameKey);
+    const QString text = System::current().userDefaults().string(wheelFrameKey);
     QRect frame = platform::TextForms::wholeRectFromString(text);
     if (!frame.isValid())
-        frame = usualFrame;
-    frame.setWidth(usualFrame.width());
+        frame = usualWheelFrame;
+    frame.setWidth(usualWheelFrame.width());
     frame.setHeight(std::max(frame.height(), m_panel->minimumHeight()));
-    m_panel->setFixedWidth(usualFrame.width());
+    m_panel->setFixedWidth(usualWheelFrame.width());
     m_panel->setGeometry(platform::constrainedToScreen(frame));
 }
 
