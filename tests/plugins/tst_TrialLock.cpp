@@ -43,34 +43,34 @@ class tst_TrialLock : public QObject
 private slots:
     void freeLockIsTakenAtOnce()
     {
-        const TrialLock lock(path(), m_clock);
+        const qw::TrialLock lock(path(), m_clock);
         QVERIFY(!lock.isHeldByAnother());
         QCOMPARE(m_clock.elapsed, 0ns);
     }
 
     void secondWaitsUntilTheFirstLetsGo()
     {
-        std::optional<TrialLock> first(std::in_place, path(), m_clock);
+        std::optional<qw::TrialLock> first(std::in_place, path(), m_clock);
         m_clock.whileSleeping = [&] {
             if (m_clock.elapsed > 1s)
                 first.reset();
         };
-        const TrialLock second(path(), m_clock);
+        const qw::TrialLock second(path(), m_clock);
         QVERIFY(!second.isHeldByAnother());
         QVERIFY(!first);
     }
 
     void holderThatDoesNotEndIsNotWaitedForForEver()
     {
-        const TrialLock first(path(), m_clock);
-        const TrialLock second(path(), m_clock);
+        const qw::TrialLock first(path(), m_clock);
+        const qw::TrialLock second(path(), m_clock);
         QVERIFY(second.isHeldByAnother());
         QVERIFY(m_clock.elapsed > 1min && m_clock.elapsed < 10min);
     }
 
     void eachTrialOfOthersIsWaitedForAnew()
     {
-        std::optional<TrialLock> other(std::in_place, path(), m_clock);
+        std::optional<qw::TrialLock> other(std::in_place, path(), m_clock);
         auto since = m_clock.elapsed;
         m_clock.whileSleeping = [&] {
             if (m_clock.elapsed < 10min && m_clock.elapsed - since > 1min) {
@@ -84,7 +84,7 @@ private slots:
                 other.reset();
             }
         };
-        const TrialLock lock(path(), m_clock);
+        const qw::TrialLock lock(path(), m_clock);
         QVERIFY(!lock.isHeldByAnother());
         QVERIFY(m_clock.elapsed >= 10min);
     }
@@ -97,31 +97,31 @@ private slots:
         const pid_t sleeper = holder.readAllStandardOutput().trimmed().toInt(); // it has the file open as well
         QVERIFY(sleeper > 1);
         {
-            const TrialLock lock(path(), m_clock);
+            const qw::TrialLock lock(path(), m_clock);
             QVERIFY(lock.isHeldByAnother());
         }
         ::kill(sleeper, SIGKILL);
         QVERIFY(holder.waitForFinished());
-        const TrialLock lock(path(), m_clock);
+        const qw::TrialLock lock(path(), m_clock);
         QVERIFY(!lock.isHeldByAnother());
     }
 
     void fileOfAnotherUserIsALockToo()
     {
         {
-            const TrialLock makesTheFile(path(), m_clock);
+            const qw::TrialLock makesTheFile(path(), m_clock);
         }
         QVERIFY(QFile::setPermissions(path(), QFileDevice::ReadOwner | QFileDevice::ReadOther));
         const OrdinaryUser user;
         QVERIFY(user.isReady);
-        const TrialLock first(path(), m_clock);
-        const TrialLock second(path(), m_clock);
+        const qw::TrialLock first(path(), m_clock);
+        const qw::TrialLock second(path(), m_clock);
         QVERIFY(!first.isHeldByAnother() && second.isHeldByAnother());
     }
 
     void placeWithoutFilesIsNoReasonToWait()
     {
-        const TrialLock lock(path() + "/nowhere", m_clock);
+        const qw::TrialLock lock(path() + "/nowhere", m_clock);
         QVERIFY(!lock.isHeldByAnother());
         QCOMPARE(m_clock.elapsed, 0ns);
     }
