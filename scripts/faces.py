@@ -6,6 +6,8 @@ CORE = pathlib.Path(__file__).resolve().parent.parent / "QWCore"
 FLOORS = ["QWPlatform", "QWBase", "QWUtilities"]
 # What puts the product together stands at the top of its folder, too.
 NOT_INSTALLED = {"QWUtilities/Categories.h"}
+# Rooms that belong to no folder but to the top of their floor.
+ROOMS_OF_THE_FLOOR = {"QWPlatform/machine"}
 
 DECLARED = re.compile(r"(?<!friend )\b[A-Z]+?_(?P<kind>(SHARED_|TEST_)?)EXPORT\b")
 SCOPES = re.compile(r"\bnamespace\s+(?P<namespace>[\w:]+)\s*\{|"
@@ -14,7 +16,7 @@ SCOPES = re.compile(r"\bnamespace\s+(?P<namespace>[\w:]+)\s*\{|"
 
 def folder_of(place):
     """The folder whose face and rooms these are: "QWPlatform/appkit", "QWBase", "QWUtilities/shell"."""
-    if place.parts[0] == "QWBase" or len(place.parts) == 2:
+    if place.parts[0] == "QWBase" or len(place.parts) == 2 or str(place.parent) in ROOMS_OF_THE_FLOOR:
         return place.parts[0]
     return "/".join(place.parts[:2])
 

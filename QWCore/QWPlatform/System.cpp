@@ -1,48 +1,52 @@
 #include "System.h"
 
-#include "QWPlatform/appkit/Alerts.h"
-#include "QWPlatform/appkit/FilePanels.h"
-#include "QWPlatform/appkit/WebView.h"
-#include "QWPlatform/appkit/Workspace.h"
-#include "QWPlatform/appkit/windows/InstanceLink.h"
-#include "QWPlatform/devices/components/ComponentRegistry.h"
-#include "QWPlatform/devices/input/KeyboardState.h"
-#include "QWPlatform/devices/input/RemoteReceiver.h"
-#include "QWPlatform/devices/serial/SerialLines.h"
-#include "QWPlatform/devices/serial/SerialRegistry.h"
 #include "QWPlatform/foundation/BackgroundWork.h"
-#include "QWPlatform/foundation/Bundle.h"
-#include "QWPlatform/foundation/Clock.h"
-#include "QWPlatform/foundation/Locations.h"
-#include "QWPlatform/foundation/UserDefaults.h"
 #include "QWPlatform/foundation/processes/ChildProcesses.h"
 #include "QWPlatform/linux/system/LinuxSystem.h"
+#include "QWPlatform/machine/SystemScope.h"
+#include "QWPlatform/machine/SystemServices.h"
 #include "QWPlatform/network/UrlLoader.h"
 #include "QWPlatform/network/transfers/UrlDownload.h"
-#include "QWPlatform/plugins/PluginLoader.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace platform
 {
 
-namespace
+class System::Private
 {
-System *innermost = nullptr;
-}
+public:
+    explicit Private(Services parts)
+        : services(std::move(parts))
+    {
+    }
 
-System::Services::Services() = default;
-System::Services::Services(Services &&) noexcept = default;
-System::Services::~Services() = default;
+    struct Shared
+    {
+        std::type_index type;
+        SharedObject object;
+    };
+
+    /// The entry of @p type, or the end.
+    auto entryOf(std::type_index type)
+    {
+        return std::find_if(shared.begin(), shared.end(), [&](const Shared &s) { return s.type == type; });
+    }
+
+    Services services;
+    BackgroundWork backgroundWork; ///< Ends before the services that its work uses.
+    std::vector<Shared> shared;    ///< In order of making.
+};
 
 System &System::current()
 {
+    System *const innermost = Scope::innermost();
     return innermost ? *innermost : linuxSystem();
 }
 
 System::System(Services services)
-    : m_services(std::move(services))
-    , m_backgroundWork(std::make_unique<BackgroundWork>())
+    : d(std::make_unique<Private>(std::move(services)))
 {
 }
 
@@ -53,49 +57,138 @@ System::~System()
     endWork();
 }
 
+Locations &System::locations() const
+{
+    return *d->services.locations;
+}
+
+const Bundle &System::mainBundle() const
+{
+    return *d->services.mainBundle;
+}
+
+UserDefaults &System::userDefaults() const
+{
+    return *d->services.userDefaults;
+}
+
+Alerts &System::alerts() const
+{
+    return *d->services.alerts;
+}
+
+FilePanels &System::filePanels() const
+{
+    return *d->services.filePanels;
+}
+
+Workspace &System::workspace() const
+{
+    return *d->services.workspace;
+}
+
+WebViews &System::webViews() const
+{
+    return *d->services.webViews;
+}
+
+UrlLoader &System::urlLoader() const
+{
+    return *d->services.urlLoader;
+}
+
+PluginLoader &System::pluginLoader() const
+{
+    return *d->services.pluginLoader;
+}
+
+Clock &System::clock() const
+{
+    return *d->services.clock;
+}
+
+InstanceLink &System::instanceLink() const
+{
+    return *d->services.instanceLink;
+}
+
+ChildProcesses &System::childProcesses() const
+{
+    return *d->services.childProcesses;
+}
+
+UrlDownloads &System::urlDownloads() const
+{
+    return *d->services.urlDownloads;
+}
+
+ComponentRegistry &System::componentRegistry() const
+{
+    return *d->services.componentRegistry;
+}
+
+KeyboardState &System::keyboardState() const
+{
+    return *d->services.keyboardState;
+}
+
+RemoteReceiver &System::remoteReceiver() const
+{
+    return *d->services.remoteReceiver;
+}
+
+SerialRegistry &System::serialRegistry() const
+{
+    return *d->services.serialRegistry;
+}
+
+SerialLines &System::serialLines() const
+{
+    return *d->services.serialLines;
+}
+
+BackgroundWork &System::backgroundWork() const
+{
+    return d->backgroundWork;
+}
+
 void System::endWork()
 {
-    if (m_services.urlLoader)
-        m_services.urlLoader->cancelAll();
-    if (m_services.urlDownloads)
-        m_services.urlDownloads->cancelAll();
-    if (m_services.childProcesses)
-        m_services.childProcesses->endAll();
-    m_backgroundWork->end();
+    if (d->services.urlLoader)
+        d->services.urlLoader->cancelAll();
+    if (d->services.urlDownloads)
+        d->services.urlDownloads->cancelAll();
+    if (d->services.childProcesses)
+        d->services.childProcesses->endAll();
+    d->backgroundWork.end();
 }
 
 void System::releaseShared()
 {
-    while (!m_shared.empty()) {
-        auto last = std::move(m_shared.back()); // out of the list first: its destructor may look around
-        m_shared.pop_back();
+    while (!d->shared.empty()) {
+        auto last = std::move(d->shared.back()); // out of the list first: its destructor may look around
+        d->shared.pop_back();
     }
+}
+
+void System::_keep(std::type_index type, SharedObject object)
+{
+    d->shared.push_back({type, std::move(object)});
 }
 
 void *System::_find(std::type_index type) const
 {
-    const auto found = std::find_if(m_shared.begin(), m_shared.end(), [&](const Shared &s) { return s.type == type; });
-    return found == m_shared.end() ? nullptr : found->object.get();
+    const auto found = d->entryOf(type);
+    return found == d->shared.end() ? nullptr : found->object.get();
 }
 
 void System::_release(std::type_index type)
 {
-    const auto found = std::find_if(m_shared.begin(), m_shared.end(), [&](const Shared &s) { return s.type == type; });
-    if (found == m_shared.end())
+    const auto found = d->entryOf(type);
+    if (found == d->shared.end())
         return;
     auto object = std::move(found->object);
-    m_shared.erase(found);
-}
-
-System::Scope::Scope(System &system)
-    : m_outer(innermost)
-{
-    innermost = &system;
-}
-
-System::Scope::~Scope()
-{
-    innermost = m_outer;
+    d->shared.erase(found);
 }
 
 } // namespace platform

@@ -3,23 +3,14 @@
 #include "fakes/FakeUrlLoader.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/appkit/Alerts.h>
-#include <QWPlatform/appkit/FilePanels.h>
-#include <QWPlatform/appkit/WebView.h>
-#include <QWPlatform/appkit/Workspace.h>
-#include <QWPlatform/appkit/windows/InstanceLink.h>
-#include <QWPlatform/devices/components/ComponentRegistry.h>
-#include <QWPlatform/devices/input/KeyboardState.h>
-#include <QWPlatform/devices/input/RemoteReceiver.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/UserDefaults.h>
-#include <QWPlatform/foundation/processes/ChildProcesses.h>
 #include <QWPlatform/linux/serial/LinuxSerialLines.h>
 #include <QWPlatform/linux/serial/LinuxSerialRegistry.h>
 #include <QWPlatform/linux/system/LinuxClock.h>
-#include <QWPlatform/network/transfers/UrlDownload.h>
-#include <QWPlatform/plugins/PluginLoader.h>
+#include <QWPlatform/machine/SystemScope.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QTemporaryDir>
 

@@ -5,6 +5,7 @@
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/PropertyList.h>
 #include <QWPlatform/foundation/UserDefaults.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QDir>
 #include <QFile>

@@ -17,6 +17,7 @@
 #include "FakeWorkspace.h"
 
 #include <QWPlatform/System.h>
+#include <QWPlatform/machine/SystemScope.h>
 
 #include <QTemporaryDir>
 

@@ -100,20 +100,15 @@ bool appkit()
            found(&constrainToScreen) && found(&typeid(Workspace)) && found(&openUrlOrTell);
 }
 
-void runOn(platform::System &system)
-{
-    const platform::System::Scope current(system);
-}
-
 bool rest()
 {
     using namespace platform;
     const AudioComponent component{.type = fourCharCode("aufx")};
-    return component.type && found(&System::current) && found(&System::endWork) && found(&runOn) &&
-           found(&BackgroundWork::running) && found(&Bundle::forExecutable) && found(&typeid(Clock)) &&
-           found(&localized) && found(&Locations::mapped) && found(&PropertyList::fromFile) &&
-           found(&TextForms::stringFromRect) && found(&UserDefaults::synchronize) && found(&typeid(UrlLoader)) &&
-           found(&typeid(AudioPlugin)) && found(&AudioPlugin::category) && found(&typeid(PluginLoader));
+    return component.type && found(&System::current) && found(&System::endWork) && found(&BackgroundWork::running) &&
+           found(&Bundle::forExecutable) && found(&typeid(Clock)) && found(&localized) && found(&Locations::mapped) &&
+           found(&PropertyList::fromFile) && found(&TextForms::stringFromRect) && found(&UserDefaults::synchronize) &&
+           found(&typeid(UrlLoader)) && found(&typeid(AudioPlugin)) && found(&AudioPlugin::category) &&
+           found(&typeid(PluginLoader));
 }
 
 bool product()

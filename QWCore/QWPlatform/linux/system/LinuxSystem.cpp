@@ -1,7 +1,6 @@
 #include "LinuxSystem.h"
 
 #include "LinuxClock.h"
-#include "QWPlatform/System.h"
 #include "QWPlatform/appkit/Alerts.h"
 #include "QWPlatform/appkit/FilePanels.h"
 #include "QWPlatform/appkit/WebView.h"
@@ -30,6 +29,7 @@
 #include "QWPlatform/linux/remote/LinuxRemoteReceiver.h"
 #include "QWPlatform/linux/serial/LinuxSerialLines.h"
 #include "QWPlatform/linux/serial/LinuxSerialRegistry.h"
+#include "QWPlatform/machine/SystemServices.h"
 #include "QWPlatform/network/UrlLoader.h"
 #include "QWPlatform/network/transfers/UrlDownload.h"
 #include "QWPlatform/plugins/PluginLoader.h"

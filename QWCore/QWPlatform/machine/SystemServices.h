@@ -1,0 +1,37 @@
+#pragma once
+
+#include "QWPlatform/System.h"
+
+#include <QWPlatform/qwplatform_private.h>
+
+namespace platform
+{
+
+/// What a System is made of; every pointer that is asked for is set.
+struct QWPLATFORM_TEST_EXPORT System::Services
+{
+    Services();
+    Services(Services &&) noexcept;
+    ~Services();
+
+    std::unique_ptr<Locations> locations;
+    std::unique_ptr<Bundle> mainBundle;
+    std::unique_ptr<UserDefaults> userDefaults;
+    std::unique_ptr<Alerts> alerts;
+    std::unique_ptr<FilePanels> filePanels;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<WebViews> webViews;
+    std::unique_ptr<InstanceLink> instanceLink;
+    std::unique_ptr<ChildProcesses> childProcesses;
+    std::unique_ptr<UrlLoader> urlLoader;
+    std::unique_ptr<UrlDownloads> urlDownloads;
+    std::unique_ptr<ComponentRegistry> componentRegistry;
+    std::unique_ptr<PluginLoader> pluginLoader;
+    std::unique_ptr<KeyboardState> keyboardState;
+    std::unique_ptr<RemoteReceiver> remoteReceiver;
+    std::unique_ptr<SerialRegistry> serialRegistry;
+    std::unique_ptr<SerialLines> serialLines;
+    std::unique_ptr<Clock> clock;
+};
+
+} // namespace platform
