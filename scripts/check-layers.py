@@ -28,7 +28,7 @@ SUBSYSTEMS = {
 # Room -> headers in it that other folders of the library, our programs and the floors above may include; hosts may not.
 SHARED = {
     "QWPlatform/appkit/events": {"ModifierFlags", "PendingInput"},
-    "QWPlatform/appkit/menus": {"KeyEquivalent", "MenuEvents"},
+    "QWPlatform/appkit/menus": {"KeyEquivalent", "MenuEvents", "MenuKeys"},
     "QWPlatform/appkit/responders": {"FirstResponder", "WidgetTree"},
     "QWPlatform/appkit/toolbar": {"Toolbar", "ToolbarDelegate", "ToolbarItem"},
     "QWPlatform/appkit/web": {"BrowserLinks"},

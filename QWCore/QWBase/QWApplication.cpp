@@ -5,12 +5,12 @@
 #include "QWError.h"
 
 #include <QWPlatform/System.h>
-#include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/appkit/Selector.h>
 #include <QWPlatform/appkit/Theme.h>
 #include <QWPlatform/appkit/events/PendingInput.h>
 #include <QWPlatform/appkit/menus/MenuEvents.h>
+#include <QWPlatform/appkit/menus/MenuKeys.h>
 #include <QWPlatform/appkit/responders/FirstResponder.h>
 #include <QWPlatform/appkit/windows/InstanceLink.h>
 #include <QWPlatform/devices/input/KeyboardState.h>

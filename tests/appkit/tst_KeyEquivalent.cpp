@@ -1,5 +1,7 @@
 #include "MenuTarget.h"
 
+#include <QWPlatform/appkit/menus/MenuKeys.h>
+
 #include <QDialog>
 #include <QKeyEvent>
 #include <QLineEdit>

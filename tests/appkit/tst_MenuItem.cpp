@@ -1,6 +1,7 @@
 #include "MenuTarget.h"
 
 #include <QWPlatform/appkit/ResponderChain.h>
+#include <QWPlatform/appkit/menus/ShownTitle.h>
 
 #include <QApplication>
 #include <QMenu>

@@ -15,6 +15,7 @@
 #include <QUiLoader>
 
 #include <array>
+#include <vector>
 
 namespace platform
 {
@@ -65,35 +66,66 @@ void localizeTexts(QObject &object)
 }
 } // namespace
 
-InterfaceFile::InterfaceFile(const QString &name, const Bundle &bundle, QObject &owner, QWidget *parent)
-    : m_name(name)
+class InterfaceFile::Private
 {
-    const QString path = _path(name, bundle);
+public:
+    explicit Private(const QString &name)
+        : m_name(name)
+    {
+    }
+
+    QString _path(const Bundle &bundle);
+    void _load(const QString &path, QWidget *parent);
+    void _connectActions(QObject &owner);
+    void _connectAction(QObject &control, QObject &owner);
+    QObject *_find(const QString &name, const QMetaObject &type);
+    void _fail(const QString &error);
+
+    const QString m_name;
+    std::unique_ptr<QWidget> m_widget;
+    QStringList m_errors;
+    std::vector<std::function<void()>> m_outlets; ///< Each makes one null.
+};
+
+InterfaceFile::InterfaceFile(const QString &name, const Bundle &bundle, QObject &owner, QWidget *parent)
+    : d(std::make_unique<Private>(name))
+{
+    const QString path = d->_path(bundle);
     if (!path.isEmpty())
-        _load(path, parent);
-    if (m_widget)
-        _connectActions(owner);
+        d->_load(path, parent);
+    if (d->m_widget)
+        d->_connectActions(owner);
 }
 
 InterfaceFile::~InterfaceFile()
 {
-    if (m_widget && m_widget->parentWidget())
-        m_widget.release(); // its parent owns it
+    if (d->m_widget && d->m_widget->parentWidget())
+        d->m_widget.release(); // its parent owns it
+}
+
+QWidget *InterfaceFile::widget() const
+{
+    return d->m_widget.get();
 }
 
 std::unique_ptr<QWidget> InterfaceFile::takeWidget()
 {
-    m_outlets.clear();
-    return std::move(m_widget);
+    d->m_outlets.clear();
+    return std::move(d->m_widget);
 }
 
 bool InterfaceFile::isComplete() const
 {
-    if (m_errors.isEmpty())
+    if (d->m_errors.isEmpty())
         return true;
-    for (const auto &clear : m_outlets)
+    for (const auto &clear : d->m_outlets)
         clear();
     return false;
+}
+
+const QStringList &InterfaceFile::errors() const
+{
+    return d->m_errors;
 }
 
 void InterfaceFile::registerClass(const QString &className, Factory factory)
@@ -101,17 +133,27 @@ void InterfaceFile::registerClass(const QString &className, Factory factory)
     factories().insert(className, std::move(factory));
 }
 
-QString InterfaceFile::_path(const QString &name, const Bundle &bundle)
+QObject *InterfaceFile::_find(const QString &name, const QMetaObject &type)
 {
-    QString path = System::current().mainBundle().pathForResource(name, "ui");
+    return d->_find(name, type);
+}
+
+void InterfaceFile::_clearIfIncomplete(std::function<void()> clear)
+{
+    d->m_outlets.push_back(std::move(clear));
+}
+
+QString InterfaceFile::Private::_path(const Bundle &bundle)
+{
+    QString path = System::current().mainBundle().pathForResource(m_name, "ui");
     if (path.isEmpty())
-        path = bundle.pathForResource(name, "ui");
+        path = bundle.pathForResource(m_name, "ui");
     if (path.isEmpty())
         _fail("there is no such file in the host's resources or in " + bundle.resourcesPath());
     return path;
 }
 
-void InterfaceFile::_load(const QString &path, QWidget *parent)
+void InterfaceFile::Private::_load(const QString &path, QWidget *parent)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -122,7 +164,7 @@ void InterfaceFile::_load(const QString &path, QWidget *parent)
         _fail(loader->errorString());
 }
 
-void InterfaceFile::_connectActions(QObject &owner)
+void InterfaceFile::Private::_connectActions(QObject &owner)
 {
     QObjectList objects = m_widget->findChildren<QObject *>();
     objects.prepend(m_widget.get());
@@ -132,7 +174,7 @@ void InterfaceFile::_connectActions(QObject &owner)
     }
 }
 
-void InterfaceFile::_connectAction(QObject &control, QObject &owner)
+void InterfaceFile::Private::_connectAction(QObject &control, QObject &owner)
 {
     const QString name =
         control.dynamicPropertyNames().contains("action") ? control.property("action").toString() : QString();
@@ -145,7 +187,7 @@ void InterfaceFile::_connectAction(QObject &control, QObject &owner)
         _fail(QString("\"%1\", a %2, sends no action").arg(control.objectName(), control.metaObject()->className()));
 }
 
-QObject *InterfaceFile::_find(const QString &name, const QMetaObject &type)
+QObject *InterfaceFile::Private::_find(const QString &name, const QMetaObject &type)
 {
     if (!m_widget)
         return nullptr;
@@ -158,7 +200,7 @@ QObject *InterfaceFile::_find(const QString &name, const QMetaObject &type)
     return found;
 }
 
-void InterfaceFile::_fail(const QString &error)
+void InterfaceFile::Private::_fail(const QString &error)
 {
     m_errors.append("Interface file \"" + m_name + "\": " + error);
     qWarning("%s", qPrintable(m_errors.last()));

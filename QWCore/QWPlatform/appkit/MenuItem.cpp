@@ -1,77 +1,15 @@
 #include "MenuItem.h"
 
 #include "QWPlatform/appkit/menus/KeyEquivalent.h"
-#include "QWPlatform/appkit/menus/MenuTitleFlash.h"
-#include "QWPlatform/appkit/responders/FirstResponder.h"
-#include "QWPlatform/appkit/responders/WidgetTree.h"
+#include "QWPlatform/appkit/menus/ShownTitle.h"
 #include "ResponderChain.h"
 
-#include <QApplication>
-#include <QKeyEvent>
 #include <QMenu>
-#include <QMenuBar>
 #include <QMetaMethod>
 #include <QSet>
 
-#include <algorithm>
-
 namespace platform
 {
-
-namespace
-{
-constexpr qsizetype longestShownTitle = 120;
-
-/// @p position moved so that no surrogate pair is cut.
-qsizetype wholeCharacter(const QString &text, qsizetype position)
-{
-    return text.at(position).isLowSurrogate() ? position + 1 : position;
-}
-
-QString shortened(const QString &text)
-{
-    if (text.size() <= longestShownTitle)
-        return text;
-    const qsizetype left = wholeCharacter(text, longestShownTitle / 2);
-    const qsizetype right = wholeCharacter(text, text.size() - longestShownTitle / 2);
-    return text.left(left) + QChar(0x2026) + text.mid(right);
-}
-
-/// Whether a modal panel, or a sheet on the window, keeps the user from it.
-bool isBlocked(const QWidget &window)
-{
-    const QWidgetList panels = QApplication::topLevelWidgets();
-    return std::any_of(panels.begin(), panels.end(), [&](const QWidget *panel) {
-        const bool reaches = panel->windowModality() == Qt::ApplicationModal || isWithin(panel, window);
-        return panel->isVisible() && panel->isModal() && reaches && !isWithin(&window, *panel);
-    });
-}
-
-/// @p menu is null for an item of the menu bar itself.
-bool performItem(MenuItem &item, QMenu *menu, const QKeyEvent &event)
-{
-    if (!item.isVisible() || !item.matches(event) || !item.validate())
-        return false;
-    if (menu)
-        flashMenuTitle(*menu);
-    item.setEnabled(true);
-    item.trigger();
-    return true;
-}
-
-bool performFirst(const QList<QAction *> &actions, QMenu *menu, const QKeyEvent &event)
-{
-    for (QAction *const action : actions) {
-        QMenu *const submenu = action->isEnabled() ? action->menu() : nullptr;
-        if (submenu && performKeyEquivalent(*submenu, event))
-            return true;
-        auto *const item = qobject_cast<MenuItem *>(action);
-        if (item && performItem(*item, menu, event))
-            return true;
-    }
-    return false;
-}
-} // namespace
 
 MenuItem::MenuItem(const QString &title, QObject *parent)
     : QAction(shownTitle(title), parent)
@@ -81,10 +19,40 @@ MenuItem::MenuItem(const QString &title, QObject *parent)
 
 MenuItem::~MenuItem() = default;
 
+const QString &MenuItem::title() const
+{
+    return m_title;
+}
+
 void MenuItem::setTitle(const QString &title)
 {
     m_title = title;
     _showText();
+}
+
+qlonglong MenuItem::tag() const
+{
+    return m_tag;
+}
+
+void MenuItem::setTag(qlonglong tag)
+{
+    m_tag = tag;
+}
+
+const QVariant &MenuItem::representedObject() const
+{
+    return m_representedObject;
+}
+
+void MenuItem::setRepresentedObject(const QVariant &object)
+{
+    m_representedObject = object;
+}
+
+const Selector &MenuItem::action() const
+{
+    return m_action;
 }
 
 /// Connects when an action comes first, by index: menus of 10,000 items are made while the user waits.
@@ -99,10 +67,25 @@ void MenuItem::setAction(const Selector &action)
     m_action = action;
 }
 
+QObject *MenuItem::target() const
+{
+    return m_target;
+}
+
 void MenuItem::setTarget(QObject *target)
 {
     m_target = target;
     m_hasTarget = target;
+}
+
+const QString &MenuItem::keyEquivalent() const
+{
+    return m_keyEquivalent;
+}
+
+quint32 MenuItem::keyEquivalentModifierMask() const
+{
+    return m_keyEquivalentModifiers;
 }
 
 void MenuItem::setKeyEquivalent(const QString &character, quint32 modifierMask)
@@ -199,30 +182,6 @@ void setAutoenablesItems(QMenu &menu)
     autoenabling.insert(&menu);
     QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu] { validateMenu(menu); });
     QObject::connect(&menu, &QObject::destroyed, [gone = &menu] { autoenabling.remove(gone); });
-}
-
-QString shownTitle(const QString &title)
-{
-    QString shown = shortened(title);
-    for (QChar &character : shown) {
-        if (character == '\t' || character == '\n' || character == '\r' || character == QChar::LineSeparator ||
-            character == QChar::ParagraphSeparator)
-            character = ' ';
-    }
-    return shown.replace('&', "&&");
-}
-
-bool performKeyEquivalent(const QKeyEvent &event)
-{
-    QMenuBar *const bar = mainMenuBar();
-    const bool isReachable = bar && !isBlocked(*bar->window());
-    return isReachable && !event.isAutoRepeat() && !belongsToText(event) &&
-           performFirst(bar->actions(), nullptr, event);
-}
-
-bool performKeyEquivalent(QMenu &menu, const QKeyEvent &event)
-{
-    return performFirst(menu.actions(), &menu, event);
 }
 
 } // namespace platform

@@ -15,7 +15,10 @@ namespace platform
 {
 
 /// An item of a menu. The title is kept as given, apart from the text shown; choosing the item sends its action with
-/// the item as sender, to the receiver found at that moment.
+/// the item as sender, to the receiver found at that moment. Main thread.
+///
+/// Menus of 10,000 items are made while the user waits: so the members stand here, without a block of memory of their
+/// own; hosts reach them by calls only.
 class QWPLATFORM_EXPORT MenuItem : public QAction
 {
     Q_OBJECT
@@ -26,38 +29,45 @@ public:
     /// Event modifier bits that a key equivalent may have.
     enum Modifier : quint32
     {
-        Shift = 0x20000,
-        Control = 0x40000,
-        Option = 0x80000,
-        Command = 0x100000
+        Shift = 0x20000,   ///< Counts with keys that type no character, and for letters.
+        Control = 0x40000, ///< The Meta key (Qt's MetaModifier).
+        Option = 0x80000,  ///< The Alt key.
+        Command = 0x100000 ///< The Ctrl key, the main shortcut modifier (Qt's ControlModifier).
     };
 
+    /// An item without action, tag and key equivalent; addMenuItem() makes one in its menu.
     explicit MenuItem(const QString &title = {}, QObject *parent = nullptr);
     ~MenuItem() override;
 
     /// As given: "&" is a character like any other.
-    const QString &title() const { return m_title; }
+    const QString &title() const;
+    /// Shows @p title too, with its "&" doubled, without line breaks, and shortened in the middle above 120 characters.
     void setTitle(const QString &title);
 
-    qlonglong tag() const { return m_tag; }
-    void setTag(qlonglong tag) { m_tag = tag; }
+    /// A number for the receiver, which reads it from the sender; 0 at first.
+    qlonglong tag() const;
+    void setTag(qlonglong tag); ///< Sets tag().
 
-    const QVariant &representedObject() const { return m_representedObject; }
-    void setRepresentedObject(const QVariant &object) { m_representedObject = object; }
+    /// Whatever the item stands for, for the receiver; invalid at first.
+    const QVariant &representedObject() const;
+    void setRepresentedObject(const QVariant &object); ///< Sets representedObject().
 
-    const Selector &action() const { return m_action; }
-    void setAction(const Selector &action);
+    /// Selector that is sent when the item is chosen; null at first: nothing is sent.
+    const Selector &action() const;
+    void setAction(const Selector &action); ///< Sets action().
 
     /// Null: the responder chain finds the receiver. Not owned; one that has gone receives nothing, and neither does
     /// the chain in its place.
-    QObject *target() const { return m_target; }
-    void setTarget(QObject *target);
+    QObject *target() const;
+    void setTarget(QObject *target); ///< Sets target().
 
     /// One character, lower case for letters, or a platform function key (U+F700 to U+F747); "" for none. Shown beside
-    /// the title in the desktop's own wording, but not registered as the QAction's shortcut, see
-    /// performKeyEquivalent().
-    const QString &keyEquivalent() const { return m_keyEquivalent; }
-    quint32 keyEquivalentModifierMask() const { return m_keyEquivalentModifiers; }
+    /// the title in the desktop's own wording, but not registered as the QAction's shortcut: the application performs
+    /// the items of the main menu.
+    const QString &keyEquivalent() const;
+    /// Bits of Modifier.
+    quint32 keyEquivalentModifierMask() const;
+    /// Sets both keyEquivalent() and keyEquivalentModifierMask().
     void setKeyEquivalent(const QString &character, quint32 modifierMask = Command);
 
     /// Whether the key press is this item's key equivalent.
@@ -83,9 +93,10 @@ private:
 /// The title of any item: as given for a MenuItem, else the QAction's text without mnemonics and shortcut.
 QWPLATFORM_EXPORT QString titleOf(const QAction &item);
 
-/// New item at the end of @p menu, or before @p before; owned by the menu.
+/// New item at the end of @p menu, which owns it; no key equivalent when @p keyEquivalent is "".
 QWPLATFORM_EXPORT MenuItem *addMenuItem(QMenu &menu, const QString &title, const Selector &action = {},
                                         const QString &keyEquivalent = {}, quint32 modifierMask = MenuItem::Command);
+/// New item before @p before, or at the end when that is null; owned by the menu.
 QWPLATFORM_EXPORT MenuItem *insertMenuItem(QMenu &menu, QAction *before, const QString &title,
                                            const Selector &action = {});
 
@@ -98,17 +109,5 @@ QWPLATFORM_EXPORT void validateMenu(QMenu &menu);
 /// From now on validateMenu() runs whenever @p menu opens. The functions above see to it; callers that add their own
 /// MenuItems by other means call it once for the menu.
 QWPLATFORM_EXPORT void setAutoenablesItems(QMenu &menu);
-
-/// The text that a menu shows for @p title: "&" doubled, no line breaks, shortened in the middle above 120 characters.
-QWPLATFORM_EXPORT QString shownTitle(const QString &title);
-
-/// Performs the first enabled item of the main menu bar whose key equivalent @p event is; false when there is none, for
-/// auto-repeats, for a press that belongs to the text with the focus, and while a modal panel or a sheet stands before
-/// that window. The application calls it for a key press that no widget took.
-QWPLATFORM_EXPORT bool performKeyEquivalent(const QKeyEvent &event);
-
-/// The same within @p menu and its submenus, without looking at the focus. The title of the main menu that holds the
-/// item lights up for a moment.
-QWPLATFORM_EXPORT bool performKeyEquivalent(QMenu &menu, const QKeyEvent &event);
 
 } // namespace platform

@@ -8,15 +8,18 @@ namespace platform
 {
 
 /// An auxiliary window. A floating one stays above the windows of the application and leaves shortcuts working.
+/// Main thread.
 class QWPLATFORM_EXPORT Panel : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(bool floating READ isFloating WRITE setFloating)
 
 public:
+    /// Hidden, and not floating. Above @p parent when there is one, which owns it.
     explicit Panel(QWidget *parent = nullptr);
     ~Panel() override;
 
+    /// Whether it stays above the windows of the application.
     bool isFloating() const;
 
     /// Changing it hides a visible panel, as for every change of window flags.
@@ -27,7 +30,7 @@ Q_SIGNALS:
     void willClose();
 
 protected:
-    void closeEvent(QCloseEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;  ///< Tells willClose().
     void keyPressEvent(QKeyEvent *event) override; ///< Escape closes.
 };
 

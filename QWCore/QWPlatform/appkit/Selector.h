@@ -16,7 +16,8 @@ struct SelectorCall;
 
 /// The name of an operation ("editShortcut:"), interned: copying and comparing cost a pointer. Its colons count the
 /// arguments, and it maps to the invokable method whose name is its pieces joined, a capital after each colon
-/// ("setState:atPosition:" is setStateAtPosition). Any thread may make one.
+/// ("setState:atPosition:" is setStateAtPosition). Any thread may make one. A value of one pointer, which is compared
+/// for every menu item and every responder, so it stays open.
 class QWPLATFORM_EXPORT Selector
 {
 public:
@@ -25,8 +26,9 @@ public:
 
     /// An empty @p name gives no selector. Any other text is kept as it is, valid method name or not.
     Selector(const QString &name);
-    Selector(const char *name);
+    Selector(const char *name); ///< The same from UTF-8.
 
+    /// True for no selector.
     bool isNull() const { return !m_entry; }
 
     /// As given; "" for no selector.
@@ -38,8 +40,10 @@ public:
     /// Of the C++ method, without arguments.
     const QByteArray &methodName() const;
 
+    /// True when the names are equal.
     bool operator==(const Selector &other) const = default;
 
+    /// So that selectors can be keys of a QHash.
     friend size_t qHash(const Selector &selector, size_t seed = 0) { return ::qHash(selector.m_entry, seed); }
 
 private:
@@ -59,8 +63,8 @@ private:
 struct SelectorCall
 {
     const QMetaType *types = nullptr; ///< Of the arguments; one array per list of types, so that it can be compared.
-    int count = 0;
-    QMetaType result; ///< Invalid: the result is dropped.
+    int count = 0;                    ///< Of the arguments.
+    QMetaType result;                 ///< Invalid: the result is dropped.
 };
 
 /// Calls the public invokable method of @p target behind @p selector, whose parameters have exactly the types of
@@ -76,6 +80,7 @@ QWPLATFORM_EXPORT bool respondsToCall(const QObject *target, const Selector &sel
 /// True when @p target takes @p selector as an action: no argument, or the sender (a QObject *).
 QWPLATFORM_EXPORT bool respondsTo(const QObject *target, const Selector &selector);
 
+/// @cond What the templates need.
 namespace detail
 {
 template <class... Arguments>
@@ -86,6 +91,7 @@ const QMetaType *typesOf()
     return types.data();
 }
 } // namespace detail
+/// @endcond
 
 /// Calls @p selector with exactly these argument types; false when @p target has no such method.
 template <class... Arguments>

@@ -20,9 +20,10 @@ class QWPLATFORM_EXPORT WebView : public QObject
     Q_OBJECT
 
 public:
-    /// Where the view, or a frame of its page, is about to go.
+    /// Where the view, or a frame of its page, is about to go. A value that policies read, so it stays open.
     struct Navigation
     {
+        /// What makes it go.
         enum class Cause
         {
             Owner, ///< load(), loadHtml(), goBack(), goForward(), or a button of the view's own.
@@ -30,11 +31,11 @@ public:
             Page,  ///< The page itself: a refresh, a redirection, what a frame holds.
         };
 
-        QUrl url;
-        Cause cause = Cause::Owner;
-        bool isMainFrame = true; ///< False: it concerns a frame within the page, whatever the cause.
+        QUrl url;                   ///< Where to.
+        Cause cause = Cause::Owner; ///< Why.
+        bool isMainFrame = true;    ///< False: it concerns a frame within the page, whatever the cause.
 
-        operator const QUrl &() const { return url; } // most policies look at nothing else
+        operator const QUrl &() const { return url; } ///< Most policies look at nothing else.
     };
 
     /// Asked before each navigation; false: it does not happen. Of a page shown by loadHtml() only the user's clicks
@@ -46,15 +47,16 @@ public:
     /// The widget to put into a window; owned by the view, unless its parent goes first.
     virtual QWidget *widget() = 0;
 
+    /// Goes to @p url; loadFinished() says how that went.
     virtual void load(const QUrl &url) = 0;
 
     /// Shows @p html; @p baseUrl may be empty. Such pages carry the scheme "data" when the policy is asked.
     virtual void loadHtml(const QString &html, const QUrl &baseUrl) = 0;
 
-    virtual void goBack() = 0;
-    virtual void goForward() = 0;
-    virtual bool canGoBack() const = 0;
-    virtual bool canGoForward() const = 0;
+    virtual void goBack() = 0;             ///< To the page before this one, if there is one.
+    virtual void goForward() = 0;          ///< To the page from which goBack() came, if there is one.
+    virtual bool canGoBack() const = 0;    ///< Whether goBack() leads anywhere.
+    virtual bool canGoForward() const = 0; ///< Whether goForward() does.
 
     /// Asks the user for a printer and prints the page; printFinished() says how that went, unless the user thinks
     /// better of it.
@@ -63,6 +65,7 @@ public:
     /// Writes the page, paginated, to @p path without asking; @p done gets whether that succeeded.
     virtual void printToPdf(const QString &path, std::function<void(bool ok)> done) = 0;
 
+    /// From now on @p policy decides; without one everything is allowed.
     virtual void setPolicy(Policy policy) = 0;
 
     /// Whether pages may bring images, frames, styles and the like from the network: off at first. Remote pages, too,
@@ -80,7 +83,7 @@ Q_SIGNALS:
     void historyChanged();
 };
 
-/// Makes browser views; the engine is loaded with the first one.
+/// Makes browser views; the engine is loaded with the first one. Main thread.
 class QWPLATFORM_EXPORT WebViews
 {
 public:

@@ -13,8 +13,9 @@ namespace platform
 {
 
 /// Shared with the threads. The receiver lives on the main thread; results are posted to it.
-struct BackgroundWork::State
+class BackgroundWork::Private
 {
+public:
     struct Piece
     {
         std::thread thread;
@@ -42,7 +43,7 @@ std::function<void()> resultOf(const std::function<std::function<void()>()> &wor
 } // namespace
 
 BackgroundWork::BackgroundWork()
-    : m_state(std::make_shared<State>())
+    : d(std::make_unique<Private>())
 {
 }
 
@@ -53,21 +54,21 @@ BackgroundWork::~BackgroundWork()
 
 void BackgroundWork::end()
 {
-    m_state->hasEnded = true;
-    for (State::Piece &piece : m_state->pieces)
+    d->hasEnded = true;
+    for (Private::Piece &piece : d->pieces)
         if (piece.thread.joinable())
             piece.thread.join();
-    QCoreApplication::removePostedEvents(&m_state->receiver);
-    m_state->pieces.clear();
+    QCoreApplication::removePostedEvents(&d->receiver);
+    d->pieces.clear();
 }
 
 bool BackgroundWork::start(std::function<std::function<void()>()> work)
 {
-    if (m_state->hasEnded) {
+    if (d->hasEnded) {
         qWarning("Background work cannot be started any more");
         return false;
     }
-    State *state = m_state.get(); // outlives the threads: the destructor joins them
+    Private *const state = d.get(); // outlives the threads: the destructor joins them
     state->pieces.emplace_back();
     const auto piece = std::prev(state->pieces.end());
     const auto deliver = [state, piece](const std::function<void()> &result) {
@@ -91,7 +92,7 @@ bool BackgroundWork::start(std::function<std::function<void()>()> work)
 
 int BackgroundWork::running() const
 {
-    return static_cast<int>(m_state->pieces.size());
+    return static_cast<int>(d->pieces.size());
 }
 
 } // namespace platform

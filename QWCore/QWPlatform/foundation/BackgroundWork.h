@@ -8,13 +8,15 @@
 namespace platform
 {
 
-/// One thread per piece of work, whose one result is handed to the main thread without waiting.
+/// One thread per piece of work, whose one result is handed to the main thread without waiting. The current System has
+/// one; a host may make others.
 class QWPLATFORM_EXPORT BackgroundWork
 {
 public:
     BackgroundWork();
-
     ~BackgroundWork(); ///< As end().
+    BackgroundWork(const BackgroundWork &) = delete;
+    BackgroundWork &operator=(const BackgroundWork &) = delete;
 
     /// Main thread. Runs @p work on a thread of its own, which returns what is then run on the main thread (an empty
     /// function: nothing). @p work must not touch System::current(); an exception that leaves it is logged.
@@ -29,8 +31,8 @@ public:
     int running() const;
 
 private:
-    struct State;
-    std::shared_ptr<State> m_state;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace platform

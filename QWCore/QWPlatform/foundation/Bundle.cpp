@@ -15,8 +15,9 @@
 namespace platform
 {
 
-struct Bundle::Contents
+class Bundle::Private
 {
+public:
     QString path;
     std::optional<QVariantMap> info;    ///< Once read.
     std::optional<QVariantMap> strings; ///< Default table, once read.
@@ -124,10 +125,14 @@ QString codeFile(const void *address)
 } // namespace
 
 Bundle::Bundle(QString path)
-    : m_contents(std::make_shared<Contents>())
+    : d(std::make_shared<Private>())
 {
-    m_contents->path = QDir::cleanPath(path);
+    d->path = QDir::cleanPath(path);
 }
+
+Bundle::Bundle(const Bundle &other) = default;
+Bundle &Bundle::operator=(const Bundle &other) = default;
+Bundle::~Bundle() = default;
 
 Bundle Bundle::forExecutable()
 {
@@ -144,7 +149,7 @@ Bundle Bundle::forAddress(const void *address)
 
 const QString &Bundle::path() const
 {
-    return m_contents->path;
+    return d->path;
 }
 
 QString Bundle::identifier() const
@@ -159,7 +164,7 @@ QVariant Bundle::objectForInfoDictionaryKey(const QString &key) const
 
 const QVariantMap &Bundle::infoDictionary() const
 {
-    std::optional<QVariantMap> &info = m_contents->info;
+    std::optional<QVariantMap> &info = d->info;
     for (const char *place : infoPlaces) {
         if (info)
             break;
@@ -208,7 +213,7 @@ QString Bundle::executablePath() const
 
 QString Bundle::localizedString(const QString &key) const
 {
-    std::optional<QVariantMap> &strings = m_contents->strings;
+    std::optional<QVariantMap> &strings = d->strings;
     if (!strings)
         strings =
             PropertyList::dictionaryFromFile(pathForResource(QStringLiteral("Localizable"), QStringLiteral("strings")))

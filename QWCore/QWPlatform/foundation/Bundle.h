@@ -12,12 +12,16 @@ namespace platform
 {
 
 /// A folder with an Info.plist and resources: an application ("X.app"), a framework ("X.framework") or a plug-in
-/// ("X.vst", "X.component"). A value; what it reads is read on first use and kept. Main thread.
+/// ("X.vst", "X.component"). A value; what it reads is read on first use and shared by its copies. Main thread.
 class QWPLATFORM_EXPORT Bundle
 {
 public:
     /// The bundle at @p path (a real path). Nothing need be there: such a bundle has no keys and no resources.
     explicit Bundle(QString path);
+
+    Bundle(const Bundle &other);            ///< Shares what was read.
+    Bundle &operator=(const Bundle &other); ///< Shares what was read.
+    ~Bundle();
 
     /// The bundle of the running program: the "X.app" around the executable, else the executable's own folder.
     static Bundle forExecutable();
@@ -27,12 +31,13 @@ public:
     template <class T>
     static Bundle forClassOf(const T &object)
     {
-        return _forVtable(*reinterpret_cast<const void *const *>(&object));
+        return forAddress(*reinterpret_cast<const void *const *>(&object)); // its vtable
     }
 
     /// The framework or application whose code holds @p address.
     static Bundle forAddress(const void *address);
 
+    /// Real path, without a trailing slash.
     const QString &path() const;
 
     /// "CFBundleIdentifier", or "".
@@ -40,12 +45,15 @@ public:
 
     /// The value of @p key in Info.plist, or an invalid one.
     QVariant objectForInfoDictionaryKey(const QString &key) const;
+
+    /// All of Info.plist; empty when there is none.
     const QVariantMap &infoDictionary() const;
 
     /// Full path of the resource @p name of type (extension) @p type, "" for none; the user's best language folder
     /// ("de.lproj") is looked at first, then the resources folder, then "en.lproj"; "" when there is no such resource.
     QString pathForResource(const QString &name, const QString &type) const;
 
+    /// Full path of the resources folder, whether or not it is there.
     QString resourcesPath() const;
 
     /// Full path of the program or library. Of a framework it is the link at its top ("…/X.framework/X"); replacing
@@ -56,10 +64,8 @@ public:
     QString localizedString(const QString &key) const;
 
 private:
-    static Bundle _forVtable(const void *vtable) { return forAddress(vtable); }
-
-    struct Contents;
-    std::shared_ptr<Contents> m_contents;
+    class Private;
+    std::shared_ptr<Private> d;
 };
 
 } // namespace platform

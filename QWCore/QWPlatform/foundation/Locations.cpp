@@ -18,25 +18,49 @@ bool isBelow(const QString &path, QStringView folder)
 }
 } // namespace
 
-Locations::Locations(QString home, QString libraryRoot)
-    : m_home(withoutTrailingSlash(std::move(home)))
-    , m_libraryRoot(withoutTrailingSlash(std::move(libraryRoot)))
+class Locations::Private
 {
+public:
+    QString home;
+    QString libraryRoot;
+    QString supportSite;
+};
+
+Locations::Locations(QString home, QString libraryRoot)
+    : d(new Private{withoutTrailingSlash(std::move(home)), withoutTrailingSlash(std::move(libraryRoot)), {}})
+{
+}
+
+Locations::~Locations() = default;
+
+const QString &Locations::home() const
+{
+    return d->home;
+}
+
+const QString &Locations::libraryRoot() const
+{
+    return d->libraryRoot;
+}
+
+const QString &Locations::supportSite() const
+{
+    return d->supportSite;
 }
 
 QString Locations::expandingTilde(const QString &path) const
 {
-    return isBelow(path, u"~") ? QString(m_home + QStringView(path).mid(1)) : path;
+    return isBelow(path, u"~") ? QString(d->home + QStringView(path).mid(1)) : path;
 }
 
 QString Locations::mapped(const QString &path) const
 {
-    return isBelow(path, u"/Library") ? QString(m_libraryRoot + path) : expandingTilde(path);
+    return isBelow(path, u"/Library") ? QString(d->libraryRoot + path) : expandingTilde(path);
 }
 
 void Locations::setSupportSite(const QString &address)
 {
-    m_supportSite = withoutTrailingSlash(address);
+    d->supportSite = withoutTrailingSlash(address);
 }
 
 } // namespace platform

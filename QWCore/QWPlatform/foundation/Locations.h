@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <memory>
+
 namespace platform
 {
 
@@ -16,8 +18,15 @@ public:
     /// @p home is absolute; @p libraryRoot is the folder that stands for "/" in "/Library/…", "" for "/" itself.
     Locations(QString home, QString libraryRoot);
 
-    const QString &home() const { return m_home; }
-    const QString &libraryRoot() const { return m_libraryRoot; }
+    ~Locations();
+    Locations(const Locations &) = delete;
+    Locations &operator=(const Locations &) = delete;
+
+    /// The home folder; absolute, without a trailing slash.
+    const QString &home() const;
+
+    /// What stands before "/Library/…", without a trailing slash; "" for nothing.
+    const QString &libraryRoot() const;
 
     /// @p path with a leading "~" (alone or before "/") replaced by the home folder; other text as it is.
     QString expandingTilde(const QString &path) const;
@@ -26,13 +35,14 @@ public:
     QString mapped(const QString &path) const;
 
     /// Base address of the company's support site, without a trailing slash.
-    const QString &supportSite() const { return m_supportSite; }
+    const QString &supportSite() const;
+
+    /// Sets supportSite(); trailing slashes are dropped.
     void setSupportSite(const QString &address);
 
 private:
-    QString m_home;
-    QString m_libraryRoot;
-    QString m_supportSite;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace platform

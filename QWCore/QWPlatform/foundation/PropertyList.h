@@ -23,8 +23,10 @@ QWPLATFORM_EXPORT std::optional<QVariant> fromData(const QByteArray &data);
 /// The list in the file at @p path (a real path, see Locations::mapped()), or none when it cannot be read.
 QWPLATFORM_EXPORT std::optional<QVariant> fromFile(const QString &path);
 
-/// The array or dictionary in the file; empty when there is none or the list is of another kind.
+/// The array in the file at @p path; empty when there is none or the list is of another kind.
 QWPLATFORM_EXPORT QVariantList arrayFromFile(const QString &path);
+
+/// The dictionary in the file at @p path; none when there is none or the list is of another kind.
 QWPLATFORM_EXPORT std::optional<QVariantMap> dictionaryFromFile(const QString &path);
 
 /// XML form, UTF-8, keys ascending; empty when @p list holds a value that a property list cannot hold.

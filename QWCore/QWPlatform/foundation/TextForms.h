@@ -16,17 +16,25 @@ namespace platform
 namespace TextForms
 {
 
-/// "{{x, y}, {w, h}}", "{x, y}" and "{w, h}", numbers as short as they can be: "{{0, 12.5}, {392, 259}}".
+/// "{{x, y}, {w, h}}", numbers as short as they can be: "{{0, 12.5}, {392, 259}}".
 QWPLATFORM_EXPORT QString stringFromRect(const QRectF &rect);
+
+/// "{x, y}", likewise.
 QWPLATFORM_EXPORT QString stringFromPoint(const QPointF &point);
+
+/// "{w, h}", likewise.
 QWPLATFORM_EXPORT QString stringFromSize(const QSizeF &size);
 
-/// The first numbers in @p text, whatever stands between them; the zero value when there are too few.
+/// The first four numbers in @p text, whatever stands between them; the zero value when there are too few.
 QWPLATFORM_EXPORT QRectF rectFromString(const QString &text);
+
 /// The same in whole numbers, those that no screen reaches cut to what a sum of two can hold.
 QWPLATFORM_EXPORT QRect wholeRectFromString(const QString &text);
 
+/// The first two numbers in @p text, likewise.
 QWPLATFORM_EXPORT QPointF pointFromString(const QString &text);
+
+/// The first two numbers in @p text, likewise.
 QWPLATFORM_EXPORT QSizeF sizeFromString(const QString &text);
 
 /// "2009-03-05 16:07:00 -0500", in the date's own offset from UTC; "" for an invalid date.

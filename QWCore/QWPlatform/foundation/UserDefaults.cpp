@@ -31,8 +31,9 @@ bool isText(const QVariant &value)
 }
 } // namespace
 
-struct Q_DECL_HIDDEN UserDefaults::Private
+class Q_DECL_HIDDEN UserDefaults::Private
 {
+public:
     QString path;
     QVariantMap registered;
     std::optional<QVariantMap> stored; ///< Once read.
@@ -133,11 +134,11 @@ struct Q_DECL_HIDDEN UserDefaults::Private
 };
 
 UserDefaults::UserDefaults(QString path)
-    : m_d(std::make_unique<Private>())
+    : d(std::make_unique<Private>())
 {
-    m_d->path = std::move(path);
-    m_d->timer.setSingleShot(true);
-    QObject::connect(&m_d->timer, &QTimer::timeout, &m_d->timer, [this] { m_d->beginWriting(); });
+    d->path = std::move(path);
+    d->timer.setSingleShot(true);
+    QObject::connect(&d->timer, &QTimer::timeout, &d->timer, [this] { d->beginWriting(); });
 }
 
 UserDefaults::~UserDefaults()
@@ -147,13 +148,13 @@ UserDefaults::~UserDefaults()
 
 void UserDefaults::registerDefaults(const QVariantMap &values)
 {
-    m_d->registered.insert(values);
+    d->registered.insert(values);
 }
 
 QVariant UserDefaults::object(const QString &key) const
 {
-    const QVariant value = m_d->own(key);
-    return value.isValid() ? value : m_d->registered.value(key);
+    const QVariant value = d->own(key);
+    return value.isValid() ? value : d->registered.value(key);
 }
 
 bool UserDefaults::boolean(const QString &key) const
@@ -182,7 +183,7 @@ QString UserDefaults::string(const QString &key) const
 
 bool UserDefaults::isSet(const QString &key) const
 {
-    return m_d->own(key).isValid();
+    return d->own(key).isValid();
 }
 
 void UserDefaults::setObject(const QString &key, const QVariant &value)
@@ -190,22 +191,22 @@ void UserDefaults::setObject(const QString &key, const QVariant &value)
     if (PropertyList::toXml(QVariantMap{{key, value}}).isEmpty()) // as it will stand in the file
         qWarning("The setting \"%s\" cannot hold this value of type %s.", qUtf8Printable(key), value.typeName());
     else
-        m_d->change(key, value);
+        d->change(key, value);
 }
 
 void UserDefaults::removeObject(const QString &key)
 {
-    m_d->change(key, std::nullopt);
+    d->change(key, std::nullopt);
 }
 
 bool UserDefaults::synchronize()
 {
-    return m_d->writeNow();
+    return d->writeNow();
 }
 
 const QString &UserDefaults::path() const
 {
-    return m_d->path;
+    return d->path;
 }
 
 } // namespace platform

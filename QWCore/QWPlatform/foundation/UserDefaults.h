@@ -24,34 +24,42 @@ public:
     /// Writes what is pending.
     ~UserDefaults();
 
+    UserDefaults(const UserDefaults &) = delete;
+    UserDefaults &operator=(const UserDefaults &) = delete;
+
     /// Values used for keys that are not set; never written. Later registrations win.
     void registerDefaults(const QVariantMap &values);
 
     /// The value of @p key: set here, stored, or registered; invalid when there is none.
     QVariant object(const QString &key) const;
 
-    /// The value converted; of the wrong type: false, 0, "".
+    /// @{
+    /// The value of @p key converted; of the wrong type, or none: false, 0, "".
     bool boolean(const QString &key) const;
     qlonglong integer(const QString &key) const;
     double real(const QString &key) const;
     QString string(const QString &key) const;
+    /// @}
 
     /// True when the key is set here or stored (registered values do not count).
     bool isSet(const QString &key) const;
 
     /// Sets @p key; a value that a property list cannot hold is refused with a log line.
     void setObject(const QString &key, const QVariant &value);
+
+    /// Removes what was set or stored for @p key; a registered value then counts again.
     void removeObject(const QString &key);
 
     /// Writes now, waiting at most 0.4 s for another program that holds the lock; false when the file could not be
     /// written, in which case the changes stay pending.
     bool synchronize();
 
+    /// Real path of the file.
     const QString &path() const;
 
 private:
-    struct Private;
-    std::unique_ptr<Private> m_d;
+    class Private;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace platform

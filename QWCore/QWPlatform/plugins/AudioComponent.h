@@ -6,15 +6,16 @@ namespace platform
 {
 
 /// The audio system's description of a component: three four-character codes (first character in the most significant
-/// byte), flags and flags mask.
+/// byte), flags and flags mask. A value that hosts copy, so it stays open.
 struct AudioComponent
 {
-    quint32 type = 0;
-    quint32 subtype = 0;
-    quint32 manufacturer = 0;
-    quint32 flags = 0;
-    quint32 flagsMask = 0;
+    quint32 type = 0;         ///< Kind: "aufx", "aumf", "aumu", "augn" and others.
+    quint32 subtype = 0;      ///< Which one of its maker's of that kind.
+    quint32 manufacturer = 0; ///< Its maker.
+    quint32 flags = 0;        ///< As the component gives them.
+    quint32 flagsMask = 0;    ///< Which flags count; usually 0.
 
+    /// True when all five are equal.
     bool operator==(const AudioComponent &) const = default;
 };
 

@@ -7,6 +7,7 @@
 
 #include <QWPlatform/appkit/MenuItem.h>
 #include <QWPlatform/appkit/ResponderChain.h>
+#include <QWPlatform/appkit/menus/MenuKeys.h>
 #include <QWPlatform/foundation/lists/PropertyListValues.h>
 
 #include <QKeyEvent>

@@ -85,7 +85,6 @@ void KeptHost::_askPlatform()
     _expect(platform::PropertyList::fromData(platform::PropertyList::toXml(map)) == QVariant(map), "property list");
     _expect(platform::TextForms::rectFromString("{{1, 2}, {3, 4}}") == QRectF(1, 2, 3, 4), "text of a rectangle");
     _expect(platform::formatted("%@ of %@", {"1", "2"}) == "1 of 2", "format");
-    _expect(platform::escapeButton({"Sure?", {}, {"Yes", "Cancel"}}) == 1, "button of Escape");
 }
 
 void KeptHost::_askBase()

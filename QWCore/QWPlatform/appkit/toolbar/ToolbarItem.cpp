@@ -1,6 +1,6 @@
 #include "ToolbarItem.h"
 
-#include "QWPlatform/appkit/MenuItem.h"
+#include "QWPlatform/appkit/menus/ShownTitle.h"
 
 namespace platform
 {

@@ -3,6 +3,7 @@
 #include "LinuxAlertText.h"
 #include "QWPlatform/appkit/TintedIcon.h"
 #include "QWPlatform/appkit/windows/AlertResponder.h"
+#include "QWPlatform/appkit/windows/EscapeButton.h"
 #include "QWPlatform/foundation/Localization.h"
 
 #include <QApplication>

@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include <optional>
+
 class QHBoxLayout;
 class QVBoxLayout;
 
