@@ -40,9 +40,10 @@ SHARED = {
     "QWPlatform/foundation/lists": {"PropertyListValues", "Utf8", "XmlPropertyListText"},
     "QWPlatform/foundation/processes": {"ChildProcesses"},
     "QWPlatform/network/transfers": {"Proxies", "UrlDownload"},
+    "QWBase/application": {"ApplicationCategory"},
     "QWBase/files": {"QWPathStrings", "QWResourceFile"},
-    "QWBase/menus": {"QWSortedMenuBuilder"},
-    "QWBase/records": {"QWStateWriter"},
+    "QWBase/menus": {"SortedMenuBuilder"},
+    "QWBase/records": {"StateWriter"},
 }
 # Who puts things together: file -> rooms that it may name besides.
 ASSEMBLY = {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QWApplicationCategory.h"
+#include "application/ApplicationCategory.h"
 
 #include <QWBase/qwbase_export.h>
 

@@ -1,6 +1,6 @@
 #include "QWCatalogRecord.h"
 
-#include "QWBase/records/QWStateWriter.h"
+#include "QWBase/records/StateWriter.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "QWVSTDescription.h"
 
-#include "QWBase/records/QWStateWriter.h"
+#include "QWBase/records/StateWriter.h"
 #include "QWFile.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWBase/QWApplicationCategory.h>
+#include <QWBase/application/ApplicationCategory.h>
 #include <QWUtilities/qwutilities_private.h>
 
 #include <span>

@@ -1,7 +1,7 @@
 #include "fakes/QWTestMain.h"
 
 #include <QWBase/QWMenuSorting.h>
-#include <QWBase/menus/QWSortedMenuBuilder.h>
+#include <QWBase/menus/SortedMenuBuilder.h>
 
 #include <QWPlatform/appkit/MenuItem.h>
 

@@ -1,6 +1,6 @@
 #include "QWAUDescription.h"
 
-#include <QWBase/records/QWStateWriter.h>
+#include <QWBase/records/StateWriter.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/devices/components/ComponentRegistry.h>
 #include <QWPlatform/foundation/Localization.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWBase/records/QWStateWriter.h>
+#include <QWBase/records/StateWriter.h>
 #include <QWUtilities/qwutilities_private.h>
 
 #include <QByteArray>

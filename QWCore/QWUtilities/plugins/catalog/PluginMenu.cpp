@@ -1,6 +1,6 @@
 #include "PluginMenu.h"
 
-#include <QWBase/menus/QWSortedMenuBuilder.h>
+#include <QWBase/menus/SortedMenuBuilder.h>
 #include <QWPlatform/appkit/MenuItem.h>
 
 #include <QMenu>

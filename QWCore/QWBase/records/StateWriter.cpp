@@ -1,3 +1,3 @@
-#include "QWStateWriter.h"
+#include "StateWriter.h"
 
 QWStateWriter::~QWStateWriter() = default;

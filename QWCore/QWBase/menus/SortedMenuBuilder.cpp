@@ -1,4 +1,4 @@
-#include "QWSortedMenuBuilder.h"
+#include "SortedMenuBuilder.h"
 
 #include "QWBase/QWMenuSorting.h"
 
