@@ -40,7 +40,7 @@ SHARED = {
     "QWPlatform/foundation/lists": {"PropertyListValues", "Utf8", "XmlPropertyListText"},
     "QWPlatform/foundation/processes": {"ChildProcesses"},
     "QWPlatform/network/transfers": {"Proxies", "UrlDownload"},
-    "QWBase/application": {"ApplicationCategory"},
+    "QWBase/application": {"ApplicationCategories", "ApplicationCategory"},
     "QWBase/files": {"QWPathStrings", "QWResourceFile"},
     "QWBase/menus": {"SortedMenuBuilder"},
     "QWBase/records": {"StateWriter"},

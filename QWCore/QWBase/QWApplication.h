@@ -1,23 +1,11 @@
 #pragma once
 
-#include "application/ApplicationCategory.h"
-
 #include <QWBase/qwbase_export.h>
 
 #include <QApplication>
-#include <QStringList>
+#include <QString>
 
-#include <atomic>
 #include <memory>
-#include <span>
-#include <vector>
-
-class QKeyEvent;
-
-namespace qw
-{
-class InstanceFolder;
-}
 
 /// The application object of a host. It stays when the last window closes, survives exceptions that leave a slot, and
 /// does next to nothing before its event loop runs. Main thread, except handlesExceptions().
@@ -34,10 +22,6 @@ public:
 
     /// The one application object, or null when there is none or it is a plain QApplication.
     static QWApplication *sharedApplication();
-
-    /// Adds a category, wrapped inside those registered before. Called while libraries load; fatal once the application
-    /// object exists. The texts it points to must stay.
-    static void registerCategory(const QWApplicationCategory &category);
 
     /// Launches, then runs the event loop until quit(). The launch runs inside the loop. A single-instance host whose
     /// other instance runs hands its URLs over and returns 0 without launching.
@@ -70,8 +54,10 @@ public:
     virtual bool usesSingleInstance() const;
 
     /// Whether exceptions are offered to the user for reporting; off during plug-in scans. On at first. Any thread.
-    bool handlesExceptions() const { return m_handlesExceptions; }
-    void setHandleExceptions(bool handle) { m_handlesExceptions = handle; }
+    bool handlesExceptions() const;
+
+    /// Sets handlesExceptions(). Any thread.
+    void setHandleExceptions(bool handle);
 
     /// The launch: takes URLs from now on, then calls applicationDidFinishLaunching() inside the categories' hooks.
     virtual void finishLaunching();
@@ -89,28 +75,6 @@ protected:
     virtual void applicationDidFinishLaunching();
 
 private:
-    using SendEvent = bool (*)(QWApplication &, QObject *, QEvent *);
-
-    void _launch();
-    bool _isSecondInstance();
-    void _finishLaunchingInside(std::span<const QWApplicationCategory> categories);
-    void _didFinishLaunching(const QWApplicationCategory &category) noexcept;
-    void _receiveUrls(const QStringList &texts);
-    void _deliverUrls();
-    QString _folderName() const;
-    QString _tempDirectoryBase() const;
-    bool _notify(QObject *receiver, QEvent *event);
-    bool _notifyKeyPress(QObject *receiver, QKeyEvent *event);
-    bool _performKeyEquivalent(QKeyEvent &event);
-    void _exceptionLeftEvent() noexcept;
-    void _reportException(const QString &reason) noexcept;
-
-    std::vector<SendEvent> m_sendEvent; ///< Hooks of the categories that have one; fixed from the constructor on.
-    std::atomic<bool> m_handlesExceptions = true;
-    bool m_handlesGetUrl = false; ///< Set when the launch begins.
-    bool m_launched = false;      ///< Set when the launch has ended, in whatever way.
-    int m_keyPressLevel = -1;     ///< Level of the event loop that delivers a key press; -1: none does.
-    QStringList m_urls;           ///< Arrived before the launch was over.
-    mutable std::unique_ptr<qw::InstanceFolder> m_tempDirectory;
-    mutable bool m_toldOfTempDirectory = false; ///< That there is none.
+    class Private;
+    std::unique_ptr<Private> d;
 };

@@ -17,6 +17,7 @@
 #include <array>
 #include <cstdio>
 #include <fcntl.h>
+#include <mutex>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -59,6 +60,33 @@ QString placeText(const QWApplicationLogContext *context)
 }
 } // namespace
 
+class QWApplicationLog::Private
+{
+public:
+    Private(QString path, const platform::Clock &clock)
+        : m_path(std::move(path))
+        , m_clock(clock)
+    {
+    }
+
+    ~Private() { _close(); }
+
+    void _log(int level, const QWApplicationLogContext *context, const QString &message);
+    void _make();
+
+    const QString m_path;
+
+private:
+    QByteArray _entry(int level, const QWApplicationLogContext *context, const QString &message) const;
+    void _write(const QByteArray &entry);
+    bool _open();
+    void _close();
+
+    const platform::Clock &m_clock;
+    std::mutex m_mutex; ///< Guards the file.
+    int m_file = -1;    ///< Open for appending from the first entry on.
+};
+
 QWApplicationLog &QWApplicationLog::sharedLog()
 {
     System &system = System::current();
@@ -66,53 +94,51 @@ QWApplicationLog &QWApplicationLog::sharedLog()
 }
 
 QWApplicationLog::QWApplicationLog(QString path, const platform::Clock &clock)
-    : m_path(std::move(path))
-    , m_clock(clock)
+    : d(std::make_unique<Private>(std::move(path), clock))
 {
 }
 
-QWApplicationLog::~QWApplicationLog()
+QWApplicationLog::~QWApplicationLog() = default;
+
+const QString &QWApplicationLog::path() const
 {
-    _close();
+    return d->m_path;
 }
 
 void QWApplicationLog::debugMessage(const QWApplicationLogContext &context, const QString &message)
 {
-    _log(Debug, &context, message);
+    d->_log(Debug, &context, message);
 }
 
 void QWApplicationLog::infoMessage(const QWApplicationLogContext &context, const QString &message)
 {
-    _log(Info, &context, message);
+    d->_log(Info, &context, message);
 }
 
 void QWApplicationLog::warningMessage(const QWApplicationLogContext &context, const QString &message)
 {
-    _log(Warning, &context, message);
+    d->_log(Warning, &context, message);
 }
 
 void QWApplicationLog::errorMessage(const QWApplicationLogContext &context, const QString &message)
 {
-    _log(Error, &context, message);
+    d->_log(Error, &context, message);
 }
 
 void QWApplicationLog::logContextFormatArguments(int level, const QWApplicationLogContext *context,
                                                  const QString &format, const QStringList &arguments)
 {
     // A finished text is handed over as a format without arguments; it keeps its percent signs.
-    _log(level, context, arguments.isEmpty() ? format : platform::formatted(format, arguments));
+    d->_log(level, context, arguments.isEmpty() ? format : platform::formatted(format, arguments));
 }
 
 void QWApplicationLog::openLogFile()
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        _open();
-    }
-    platform::openFileOrTell(m_path);
+    d->_make();
+    platform::openFileOrTell(d->m_path);
 }
 
-void QWApplicationLog::_log(int level, const QWApplicationLogContext *context, const QString &message)
+void QWApplicationLog::Private::_log(int level, const QWApplicationLogContext *context, const QString &message)
 {
     if (level < Info)
         return;
@@ -123,7 +149,8 @@ void QWApplicationLog::_log(int level, const QWApplicationLogContext *context, c
 }
 
 /// One line; those of a longer message are indented, so that every other line starts with a time.
-QByteArray QWApplicationLog::_entry(int level, const QWApplicationLogContext *context, const QString &message) const
+QByteArray QWApplicationLog::Private::_entry(int level, const QWApplicationLogContext *context,
+                                             const QString &message) const
 {
     const char *const name = levelNames[size_t(std::clamp<int>(level, Debug, Error))];
     QString text = message;
@@ -135,15 +162,21 @@ QByteArray QWApplicationLog::_entry(int level, const QWApplicationLogContext *co
 }
 
 /// In one call, so that entries of several instances do not mix.
-void QWApplicationLog::_write(const QByteArray &entry)
+void QWApplicationLog::Private::_write(const QByteArray &entry)
 {
     const std::lock_guard lock(m_mutex);
     if (_open() && ::write(m_file, entry.constData(), size_t(entry.size())) < 0)
         _close();
 }
 
+void QWApplicationLog::Private::_make()
+{
+    const std::lock_guard lock(m_mutex);
+    _open();
+}
+
 /// Opens the file, anew when it was removed meanwhile. Under the lock.
-bool QWApplicationLog::_open()
+bool QWApplicationLog::Private::_open()
 {
     struct stat status;
     if (m_file >= 0 && ::fstat(m_file, &status) == 0 && status.st_nlink > 0)
@@ -154,7 +187,7 @@ bool QWApplicationLog::_open()
     return m_file >= 0;
 }
 
-void QWApplicationLog::_close()
+void QWApplicationLog::Private::_close()
 {
     if (m_file >= 0)
         ::close(m_file);

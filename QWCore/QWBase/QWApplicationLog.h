@@ -6,7 +6,7 @@
 
 #include <QStringList>
 
-#include <mutex>
+#include <memory>
 
 namespace platform
 {
@@ -18,48 +18,46 @@ class Clock;
 class QWBASE_EXPORT QWApplicationLog
 {
 public:
+    /// How much an entry matters.
     enum Level
     {
-        Debug = 0,
-        Info = 1,
-        Notice = 2,
-        Warning = 3,
-        Error = 4
+        Debug = 0,   ///< Not written.
+        Info = 1,    ///< Written.
+        Notice = 2,  ///< Written: something that is meant to be and rare.
+        Warning = 3, ///< Written, to standard error too: something went on without what it wanted.
+        Error = 4    ///< Likewise: something ended without what it wanted.
     };
 
     /// Main thread; a worker takes the reference along before it starts.
     static QWApplicationLog &sharedLog();
 
     ~QWApplicationLog();
+    QWApplicationLog(const QWApplicationLog &) = delete;
+    QWApplicationLog &operator=(const QWApplicationLog &) = delete;
 
-    /// Writes an entry; nothing below Info. A file that cannot be written is no failure. Any thread.
+    /// @{
+    /// Writes an entry of that level; nothing below Info. A file that cannot be written is no failure. Any thread.
     void debugMessage(const QWApplicationLogContext &context, const QString &message);
     void infoMessage(const QWApplicationLogContext &context, const QString &message);
     void warningMessage(const QWApplicationLogContext &context, const QString &message);
     void errorMessage(const QWApplicationLogContext &context, const QString &message);
+    /// @}
 
     /// The same with the message put together from @p format ("%@", "%d"); @p context may be null. Any thread.
     void logContextFormatArguments(int level, const QWApplicationLogContext *context, const QString &format,
                                    const QStringList &arguments = {});
 
     /// Real path of the log file. Any thread.
-    const QString &path() const { return m_path; }
+    const QString &path() const;
 
     /// Shows the file to the user, making it when there is none yet. Main thread.
     void openLogFile();
 
 protected:
+    /// A log in the file at @p path (a real path), made with its first entry. @p clock must outlive it.
     QWApplicationLog(QString path, const platform::Clock &clock);
 
 private:
-    void _log(int level, const QWApplicationLogContext *context, const QString &message);
-    QByteArray _entry(int level, const QWApplicationLogContext *context, const QString &message) const;
-    void _write(const QByteArray &entry);
-    bool _open();
-    void _close();
-
-    const QString m_path;
-    const platform::Clock &m_clock;
-    std::mutex m_mutex; ///< Guards the file.
-    int m_file = -1;    ///< Open for appending from the first entry on.
+    class Private;
+    std::unique_ptr<Private> d;
 };

@@ -39,19 +39,39 @@ QColor white(int strength)
 }
 } // namespace
 
+class QWButton::Private
+{
+public:
+    static QSize _quietSize(const QWButton &button);
+    static void _paintQuiet(QWButton &button);
+
+    bool isQuiet() const { return m_bezelStyle == QuietDark; }
+
+    int m_bezelStyle = Standard;
+};
+
 QWButton::QWButton(QWidget *parent)
     : QPushButton(parent)
+    , d(std::make_unique<Private>())
 {
 }
 
 QWButton::QWButton(const QString &title, QWidget *parent)
     : QPushButton(title, parent)
+    , d(std::make_unique<Private>())
 {
+}
+
+QWButton::~QWButton() = default;
+
+int QWButton::bezelStyle() const
+{
+    return d->m_bezelStyle;
 }
 
 void QWButton::setBezelStyle(int style)
 {
-    m_bezelStyle = style;
+    d->m_bezelStyle = style;
     setAttribute(Qt::WA_Hover, style == QuietDark || testAttribute(Qt::WA_Hover));
     updateGeometry();
     update();
@@ -59,47 +79,47 @@ void QWButton::setBezelStyle(int style)
 
 QSize QWButton::sizeHint() const
 {
-    return m_bezelStyle == QuietDark ? _quietSize() : QPushButton::sizeHint();
+    return d->isQuiet() ? Private::_quietSize(*this) : QPushButton::sizeHint();
 }
 
 QSize QWButton::minimumSizeHint() const
 {
-    return m_bezelStyle == QuietDark ? _quietSize() : QPushButton::minimumSizeHint();
+    return d->isQuiet() ? Private::_quietSize(*this) : QPushButton::minimumSizeHint();
 }
 
 void QWButton::paintEvent(QPaintEvent *event)
 {
-    if (m_bezelStyle == QuietDark)
-        _paintQuiet();
+    if (d->isQuiet())
+        Private::_paintQuiet(*this);
     else
         QPushButton::paintEvent(event);
 }
 
-QSize QWButton::_quietSize() const
+QSize QWButton::Private::_quietSize(const QWButton &button)
 {
-    const QSize title = fontMetrics().size(Qt::TextShowMnemonic, text());
+    const QSize title = button.fontMetrics().size(Qt::TextShowMnemonic, button.text());
     return QSize(title.width() + 2 * horizontalPadding, title.height() + 2 * verticalPadding)
         .expandedTo({smallestWidth, 0});
 }
 
-void QWButton::_paintQuiet()
+void QWButton::Private::_paintQuiet(QWButton &button)
 {
     QStyleOptionButton option;
-    initStyleOption(&option);
+    button.initStyleOption(&option);
     const QuietLook &look = lookFor(option);
     const bool showsFocus = option.state & QStyle::State_HasFocus && option.state & QStyle::State_Enabled;
-    const QRectF bezel = QRectF(rect()).adjusted(ringWidth, ringWidth, -ringWidth, -ringWidth);
+    const QRectF bezel = QRectF(button.rect()).adjusted(ringWidth, ringWidth, -ringWidth, -ringWidth);
 
-    QPainter painter(this);
+    QPainter painter(&button);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(white(look.edge), 1));
     painter.setBrush(white(look.fill));
     painter.drawRoundedRect(bezel.adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
     if (showsFocus) {
-        painter.setPen(QPen(palette().color(QPalette::Highlight).lighter(130), ringWidth));
+        painter.setPen(QPen(button.palette().color(QPalette::Highlight).lighter(130), ringWidth));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(bezel, cornerRadius, cornerRadius);
     }
     painter.setPen(white(look.text));
-    painter.drawText(bezel, Qt::AlignCenter | Qt::TextShowMnemonic, text());
+    painter.drawText(bezel, Qt::AlignCenter | Qt::TextShowMnemonic, button.text());
 }

@@ -4,7 +4,9 @@
 
 #include <QPushButton>
 
-/// A push button with the company's own bezels.
+#include <memory>
+
+/// A push button with the company's own bezels. Main thread.
 class QWBASE_EXPORT QWButton : public QPushButton
 {
     Q_OBJECT
@@ -13,25 +15,31 @@ public:
     /// Looks; any other number is the desktop's own push button.
     enum BezelStyle
     {
-        Standard = 1,
+        Standard = 1,    ///< The desktop's own.
         QuietDark = 1200 ///< Rounded, translucent, light text: for dark panels that draw their own background.
     };
 
+    /// A button without title, of the Standard style.
     explicit QWButton(QWidget *parent = nullptr);
+
+    /// A button of the Standard style; "&" before a character of @p title makes that its mnemonic.
     explicit QWButton(const QString &title, QWidget *parent = nullptr);
 
-    int bezelStyle() const { return m_bezelStyle; }
+    ~QWButton() override;
+
+    /// As set, one of BezelStyle or not.
+    int bezelStyle() const;
+
+    /// Sets bezelStyle(), which may change the size.
     void setBezelStyle(int style);
 
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
+    QSize sizeHint() const override;        ///< That of the style.
+    QSize minimumSizeHint() const override; ///< That of the style: a quiet button shows its whole title.
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void paintEvent(QPaintEvent *event) override; ///< Paints what bezelStyle() says.
 
 private:
-    QSize _quietSize() const;
-    void _paintQuiet();
-
-    int m_bezelStyle = Standard;
+    class Private;
+    std::unique_ptr<Private> d;
 };

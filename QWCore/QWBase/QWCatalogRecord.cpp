@@ -6,7 +6,7 @@
 
 namespace
 {
-class MapWriter : public QWStateWriter
+class MapWriter : public qw::StateWriter
 {
 public:
     void setString(QLatin1StringView key, const QString &value) override { map.insert(key, value); }
@@ -24,6 +24,7 @@ bool meansTrue(const QString &text)
 }
 } // namespace
 
+QWCatalogRecord::QWCatalogRecord() = default;
 QWCatalogRecord::~QWCatalogRecord() = default;
 
 void QWCatalogRecord::setIgnore(bool ignore)

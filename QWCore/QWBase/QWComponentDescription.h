@@ -12,7 +12,7 @@
 #include <vector>
 
 /// The identity of an Audio Unit: three four-character codes, flags and flags mask. A value; all five count for
-/// equality. Menu items carry it as QVariant::fromValue(description).
+/// equality. Menu items carry it as QVariant::fromValue(description). It stays open, since hosts copy it.
 class QWBASE_EXPORT QWComponentDescription
 {
 public:
@@ -21,7 +21,11 @@ public:
 
     /// Names no unit: all words are zero.
     QWComponentDescription() = default;
+
+    /// Names the unit that the component registry or loader knows as @p component.
     explicit QWComponentDescription(const platform::AudioComponent &component);
+
+    /// Names the unit with these codes; the first character of a code is its most significant byte.
     QWComponentDescription(quint32 type, quint32 subtype, quint32 manufacturer, quint32 flags = 0,
                            quint32 flagsMask = 0);
 
@@ -37,13 +41,16 @@ public:
     /// The same without a byte array.
     std::array<char, StateSize> stateBytes() const;
 
+    /// @{
+    /// One of the five words.
     quint32 type() const { return m_component.type; }
     quint32 subtype() const { return m_component.subtype; }
     quint32 manufacturer() const { return m_component.manufacturer; }
     quint32 flags() const { return m_component.flags; }
     quint32 flagsMask() const { return m_component.flagsMask; }
+    /// @}
 
-    /// What the component registry takes for this unit.
+    /// What platform::PluginLoader takes for this unit.
     const platform::AudioComponent &component() const { return m_component; }
 
     /// A music device.
@@ -55,13 +62,17 @@ public:
     /// One of the system's generators that play files or scheduled buffers: the host's business, not the user's.
     bool isPlayer() const;
 
+    /// @{
+    /// True when all five words are equal.
     bool operator==(const QWComponentDescription &) const = default;
     bool isEqualToComponentDescription(const QWComponentDescription &other) const { return *this == other; }
+    /// @}
 
 private:
     platform::AudioComponent m_component;
 };
 
+/// So that descriptions can be keys of a QHash.
 QWBASE_EXPORT size_t qHash(const QWComponentDescription &description, size_t seed = 0) noexcept;
 
 Q_DECLARE_METATYPE(QWComponentDescription)

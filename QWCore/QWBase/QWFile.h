@@ -21,8 +21,10 @@ public:
     /// Whether something is there; a link counts as what it leads to, so a dangling one is nothing.
     static bool existsAtPath(const QString &path);
 
-    /// The same for something that is no folder, and for a folder.
+    /// The same for something that is no folder.
     static bool fileExistsAtPath(const QString &path);
+
+    /// The same for a folder.
     static bool directoryExistsAtPath(const QString &path);
 
     /// Entry names without "." and "..", in the order in which the system returns them; none when it cannot be read.

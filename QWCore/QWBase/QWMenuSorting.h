@@ -23,8 +23,8 @@ QWBASE_EXPORT int compareTitles(const QString &left, const QString &right);
 /// Keys that compare as compareTitles() does, many times as fast.
 QWBASE_EXPORT QCollatorSortKey sortKey(const QString &title);
 
-/// New item at its place in @p menu, which is in title order; after those that compare equal. Owned by the menu. For
-/// many items at once use QWSortedMenuBuilder.
+/// New item at its place in @p menu, which is in title order; after those that compare equal. Owned by the menu,
+/// which is told of each item: not for thousands.
 QWBASE_EXPORT platform::MenuItem *addItemSortedWithTitle(QMenu &menu, const QString &title);
 
 } // namespace QWMenuSorting

@@ -20,7 +20,7 @@ struct QWVSTDescription::IntegerField
 namespace
 {
 template <class Field>
-void writeIfSet(QWStateWriter &writer, QLatin1StringView key, const std::optional<Field> &field)
+void writeIfSet(qw::StateWriter &writer, QLatin1StringView key, const std::optional<Field> &field)
 {
     if (!field)
         return;
@@ -79,7 +79,7 @@ void QWVSTDescription::setUniqueID(qint64 uniqueID)
     set(m_uniqueID, std::optional(uniqueID));
 }
 
-void QWVSTDescription::writeState(QWStateWriter &writer) const
+void QWVSTDescription::writeState(qw::StateWriter &writer) const
 {
     writeIfSet(writer, QLatin1StringView("category"), m_category);
     writeIfSet(writer, QLatin1StringView("flags"), m_flags);

@@ -3,14 +3,14 @@
 #include "QWUtilities/shell/launch/SplashScreenExtension.h"
 #include "QWUtilities/shortcuts/dispatch/KeyboardShortcutsExtensions.h"
 
-#include <QWBase/QWApplication.h>
+#include <QWBase/application/ApplicationCategories.h>
 
 namespace qw
 {
 
 namespace
 {
-constexpr QWApplicationCategory categories[] = {
+constexpr ApplicationCategory categories[] = {
     {.name = "SplashScreenExtension",
      .willFinishLaunching = qw::SplashScreenExtension::willFinishLaunching,
      .didFinishLaunching = qw::SplashScreenExtension::didFinishLaunching},
@@ -20,12 +20,12 @@ constexpr QWApplicationCategory categories[] = {
 /// A host calls nothing of this library to have its categories.
 [[gnu::constructor]] void registerCategories()
 {
-    for (const QWApplicationCategory &category : categories)
-        QWApplication::registerCategory(category);
+    for (const ApplicationCategory &category : categories)
+        registerCategory(category);
 }
 } // namespace
 
-std::span<const QWApplicationCategory> applicationCategories()
+std::span<const ApplicationCategory> applicationCategories()
 {
     return categories;
 }

@@ -9,6 +9,6 @@ namespace qw
 {
 
 /// What this library adds to the application object, outermost first. Registered when the library is loaded.
-QWUTILITIES_TEST_EXPORT std::span<const QWApplicationCategory> applicationCategories();
+QWUTILITIES_TEST_EXPORT std::span<const ApplicationCategory> applicationCategories();
 
 } // namespace qw

@@ -1,6 +1,7 @@
 #include "WindowSystem.h"
 
 #include <QWBase/QWApplication.h>
+#include <QWBase/application/ApplicationCategories.h>
 #include <QWPlatform/appkit/events/PendingInput.h>
 
 #include <fakes/FakeSystem.h>
@@ -192,7 +193,7 @@ private slots:
 
 int main(int argc, char **argv)
 {
-    QWApplication::registerCategory({.name = "tst_PendingInput", .sendEvent = noteKey});
+    qw::registerCategory({.name = "tst_PendingInput", .sendEvent = noteKey});
     FakeSystem system;
     const platform::System::Scope current(system);
     QWApplication application(argc, argv);

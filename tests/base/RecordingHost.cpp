@@ -1,5 +1,7 @@
 #include "RecordingHost.h"
 
+#include <QWBase/application/ApplicationCategories.h>
+
 namespace
 {
 void note(const char *category, const char *hook)
@@ -11,7 +13,7 @@ void note(const char *category, const char *hook)
 }
 
 template <const auto &category>
-constexpr QWApplicationCategory recordingCategory()
+constexpr qw::ApplicationCategory recordingCategory()
 {
     return {
         .name = category,
@@ -38,13 +40,13 @@ Journal &journal()
 
 void registerRecordingCategories()
 {
-    QWApplication::registerCategory(recordingCategory<outer>());
-    QWApplicationCategory second = recordingCategory<inner>();
+    qw::registerCategory(recordingCategory<outer>());
+    qw::ApplicationCategory second = recordingCategory<inner>();
     second.sendEvent = takeEvent;
     second.exceptionLeftEvent = [](QWApplication &, const QString &reason) {
         journal().entries += "exception: " + reason;
     };
-    QWApplication::registerCategory(second);
+    qw::registerCategory(second);
 }
 
 void RecordingHost::getUrlWithReplyEvent(const QString &url)

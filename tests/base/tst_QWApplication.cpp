@@ -1,5 +1,6 @@
 #include "HostMachine.h"
 
+#include <QWBase/application/ApplicationCategories.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 
@@ -349,7 +350,7 @@ void registerLate(int argc, char **argv)
 {
     HostMachine machine;
     RecordingHost host(argc, argv);
-    QWApplication::registerCategory({.name = "late"});
+    qw::registerCategory({.name = "late"});
 }
 } // namespace
 

@@ -133,7 +133,7 @@ void tst_QWMenuSorting::itemsGoToTheirPlace()
 void tst_QWMenuSorting::titlesAreKeptAsGiven()
 {
     QMenu menu;
-    QWSortedMenuBuilder builder(menu);
+    qw::SortedMenuBuilder builder(menu);
     for (const char *const title : {"R&B", "&Echo", "Tab\tand\nline"})
         builder.addItemSortedWithTitle(title);
     builder.build();
@@ -163,7 +163,7 @@ void tst_QWMenuSorting::builderGivesTheResultOfRepeatedInsertion()
     for (const QString &title : titles.first(before))
         QWMenuSorting::addItemSortedWithTitle(atOnce, title)->setData(++number);
     {
-        QWSortedMenuBuilder builder(atOnce);
+        qw::SortedMenuBuilder builder(atOnce);
         for (const QString &title : titles.sliced(before))
             builder.addItemSortedWithTitle(title)->setData(++number);
         QCOMPARE(atOnce.actions().size(), before); // not yet
@@ -174,7 +174,7 @@ void tst_QWMenuSorting::builderGivesTheResultOfRepeatedInsertion()
 void tst_QWMenuSorting::builderMergesIntoWhatTheMenuHolds()
 {
     QMenu menu;
-    QWSortedMenuBuilder builder(menu);
+    qw::SortedMenuBuilder builder(menu);
     builder.addItemSortedWithTitle("b");
     builder.build();
     builder.build(); // adds nothing twice
@@ -189,7 +189,7 @@ void tst_QWMenuSorting::submenusAreFoundByTheirExactTitle()
 {
     QMenu menu;
     {
-        QWSortedMenuBuilder builder(menu);
+        qw::SortedMenuBuilder builder(menu);
         builder.submenuWithTitle("acme").addItemSortedWithTitle("Flanger");
         builder.submenuWithTitle("Acme").addItemSortedWithTitle("Reverb");
         builder.submenuWithTitle("acme").addItemSortedWithTitle("Delay");
@@ -201,7 +201,7 @@ void tst_QWMenuSorting::submenusAreFoundByTheirExactTitle()
     QCOMPARE(titlesOf(*acme), QStringList({"Delay", "Flanger", "Old >"}));
     QCOMPARE(titlesOf(*acme->actions().at(2)->menu()), QStringList("Tape"));
 
-    QWSortedMenuBuilder(menu).submenuWithTitle("acme").addItemSortedWithTitle("Echo"); // there already
+    qw::SortedMenuBuilder(menu).submenuWithTitle("acme").addItemSortedWithTitle("Echo"); // there already
     QCOMPARE(titlesOf(menu), QStringList({"acme >", "Acme >"}));
     QCOMPARE(titlesOf(*acme), QStringList({"Delay", "Echo", "Flanger", "Old >"}));
 }
@@ -210,7 +210,7 @@ void tst_QWMenuSorting::itemsWithoutSubmenuAreNoFolders()
 {
     QMenu menu;
     {
-        QWSortedMenuBuilder builder(menu);
+        qw::SortedMenuBuilder builder(menu);
         builder.addItemSortedWithTitle("Acme");
         builder.submenuWithTitle("Acme").addItemSortedWithTitle("Echo");
     }

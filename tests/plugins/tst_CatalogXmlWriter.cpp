@@ -16,7 +16,7 @@ public:
     {
     }
 
-    void writeState(QWStateWriter &writer) const override
+    void writeState(qw::StateWriter &writer) const override
     {
         const QLatin1StringView key(m_key);
         if (m_value.typeId() == QMetaType::QByteArray)

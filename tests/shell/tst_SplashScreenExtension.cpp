@@ -50,7 +50,7 @@ void tst_SplashScreenExtension::init()
 void tst_SplashScreenExtension::isRegisteredByLoadingTheLibrary()
 {
     QStringList names;
-    for (const QWApplicationCategory &category : qw::applicationCategories())
+    for (const qw::ApplicationCategory &category : qw::applicationCategories())
         names.append(category.name);
     QVERIFY(names.contains("SplashScreenExtension"));
 }

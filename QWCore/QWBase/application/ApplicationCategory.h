@@ -5,9 +5,12 @@ class QObject;
 class QString;
 class QWApplication;
 
+namespace qw
+{
+
 /// What a library above adds to the application object. Every hook may be null; none may throw on purpose, but one
 /// that does costs nothing more than itself.
-struct QWApplicationCategory
+struct ApplicationCategory
 {
     const char *name; ///< For messages; a literal.
 
@@ -26,3 +29,5 @@ struct QWApplicationCategory
     /// An exception left the handling of an event and was logged; @p reason is its text. Main thread.
     void (*exceptionLeftEvent)(QWApplication &application, const QString &reason) = nullptr;
 };
+
+} // namespace qw

@@ -10,6 +10,9 @@
 
 using platform::MenuItem;
 
+namespace qw
+{
+
 namespace
 {
 struct KeyedItem
@@ -31,24 +34,24 @@ std::vector<KeyedItem> sorted(const std::vector<MenuItem *> &items)
 }
 } // namespace
 
-QWSortedMenuBuilder::QWSortedMenuBuilder(QMenu &menu)
+SortedMenuBuilder::SortedMenuBuilder(QMenu &menu)
     : m_menu(menu)
 {
     platform::setAutoenablesItems(menu);
 }
 
-QWSortedMenuBuilder::~QWSortedMenuBuilder()
+SortedMenuBuilder::~SortedMenuBuilder()
 {
     build();
 }
 
-MenuItem *QWSortedMenuBuilder::addItemSortedWithTitle(const QString &title)
+MenuItem *SortedMenuBuilder::addItemSortedWithTitle(const QString &title)
 {
     m_items.push_back(new MenuItem(title, &m_menu));
     return m_items.back();
 }
 
-QWSortedMenuBuilder &QWSortedMenuBuilder::submenuWithTitle(const QString &title)
+SortedMenuBuilder &SortedMenuBuilder::submenuWithTitle(const QString &title)
 {
     auto &builder = m_submenus[title];
     if (!builder) {
@@ -57,12 +60,12 @@ QWSortedMenuBuilder &QWSortedMenuBuilder::submenuWithTitle(const QString &title)
             submenu = new QMenu(&m_menu);
             addItemSortedWithTitle(title)->setMenu(submenu);
         }
-        builder = std::make_shared<QWSortedMenuBuilder>(*submenu);
+        builder = std::make_shared<SortedMenuBuilder>(*submenu);
     }
     return *builder;
 }
 
-void QWSortedMenuBuilder::build()
+void SortedMenuBuilder::build()
 {
     for (const auto &builder : m_submenus)
         builder->build();
@@ -75,7 +78,7 @@ void QWSortedMenuBuilder::build()
         _merge(items);
 }
 
-QMenu *QWSortedMenuBuilder::_existingSubmenu(const QString &title) const
+QMenu *SortedMenuBuilder::_existingSubmenu(const QString &title) const
 {
     const QList<QAction *> items = m_menu.actions();
     const auto found = std::find_if(items.begin(), items.end(), [&](const QAction *item) {
@@ -84,14 +87,14 @@ QMenu *QWSortedMenuBuilder::_existingSubmenu(const QString &title) const
     return found == items.end() ? nullptr : (*found)->menu();
 }
 
-void QWSortedMenuBuilder::_append(const std::vector<MenuItem *> &items)
+void SortedMenuBuilder::_append(const std::vector<MenuItem *> &items)
 {
     for (const KeyedItem &keyed : sorted(items))
         m_menu.addAction(keyed.item);
 }
 
 /// Each goes before the first of the old items that sorts after it.
-void QWSortedMenuBuilder::_merge(const std::vector<MenuItem *> &items)
+void SortedMenuBuilder::_merge(const std::vector<MenuItem *> &items)
 {
     const QList<QAction *> old = m_menu.actions();
     std::vector<QCollatorSortKey> oldKeys;
@@ -102,3 +105,5 @@ void QWSortedMenuBuilder::_merge(const std::vector<MenuItem *> &items)
         m_menu.insertAction(place == oldKeys.end() ? nullptr : old[place - oldKeys.begin()], keyed.item);
     }
 }
+
+} // namespace qw

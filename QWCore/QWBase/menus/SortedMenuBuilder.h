@@ -15,27 +15,30 @@ class MenuItem;
 
 class QMenu;
 
+namespace qw
+{
+
 /// Fills a menu with many items. The result is that of as many addItemSortedWithTitle() calls in the same order, but
 /// titles are prepared for sorting once and the menu is told of each item once. Items exist as soon as they are added
 /// and are put into their menus by build().
-class QWBASE_SHARED_EXPORT QWSortedMenuBuilder
+class QWBASE_SHARED_EXPORT SortedMenuBuilder
 {
 public:
     /// @p menu is not owned and in title order; it may hold items already.
-    explicit QWSortedMenuBuilder(QMenu &menu);
+    explicit SortedMenuBuilder(QMenu &menu);
 
     /// Calls build(), if that was not done.
-    ~QWSortedMenuBuilder();
+    ~SortedMenuBuilder();
 
-    QWSortedMenuBuilder(const QWSortedMenuBuilder &) = delete;
-    QWSortedMenuBuilder &operator=(const QWSortedMenuBuilder &) = delete;
+    SortedMenuBuilder(const SortedMenuBuilder &) = delete;
+    SortedMenuBuilder &operator=(const SortedMenuBuilder &) = delete;
 
     /// New item, owned by the menu.
     platform::MenuItem *addItemSortedWithTitle(const QString &title);
 
     /// The submenu of the item with exactly this title, which is added when there is none, with an empty submenu. Items
     /// without a submenu are passed over. The builder lives as long as this one, which builds it too.
-    QWSortedMenuBuilder &submenuWithTitle(const QString &title);
+    SortedMenuBuilder &submenuWithTitle(const QString &title);
 
     QMenu &menu() const { return m_menu; }
 
@@ -49,5 +52,7 @@ private:
 
     QMenu &m_menu;
     std::vector<platform::MenuItem *> m_items; ///< In order of addition, not yet in the menu.
-    QHash<QString, std::shared_ptr<QWSortedMenuBuilder>> m_submenus;
+    QHash<QString, std::shared_ptr<SortedMenuBuilder>> m_submenus;
 };
+
+} // namespace qw

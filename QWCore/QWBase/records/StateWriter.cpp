@@ -1,3 +1,8 @@
 #include "StateWriter.h"
 
-QWStateWriter::~QWStateWriter() = default;
+namespace qw
+{
+
+StateWriter::~StateWriter() = default;
+
+} // namespace qw

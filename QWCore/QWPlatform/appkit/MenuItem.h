@@ -29,7 +29,7 @@ public:
     /// Event modifier bits that a key equivalent may have.
     enum Modifier : quint32
     {
-        Shift = 0x20000,   ///< Counts with keys that type no character, and for letters.
+        Shift = 0x20000,   ///< The Shift key.
         Control = 0x40000, ///< The Meta key (Qt's MetaModifier).
         Option = 0x80000,  ///< The Alt key.
         Command = 0x100000 ///< The Ctrl key, the main shortcut modifier (Qt's ControlModifier).

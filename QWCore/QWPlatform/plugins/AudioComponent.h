@@ -12,8 +12,8 @@ struct AudioComponent
     quint32 type = 0;         ///< Kind: "aufx", "aumf", "aumu", "augn" and others.
     quint32 subtype = 0;      ///< Which one of its maker's of that kind.
     quint32 manufacturer = 0; ///< Its maker.
-    quint32 flags = 0;        ///< As the component gives them.
-    quint32 flagsMask = 0;    ///< Which flags count; usually 0.
+    quint32 flags = 0;        ///< As the component declares them.
+    quint32 flagsMask = 0;    ///< Which of the flags count.
 
     /// True when all five are equal.
     bool operator==(const AudioComponent &) const = default;

@@ -9,7 +9,7 @@
 namespace platform
 {
 
-/// An open plug-in. All calls from one thread, any; destroying it closes the plug-in.
+/// An open plug-in. All calls from one thread; destroying it closes the plug-in.
 class QWPLATFORM_EXPORT AudioPlugin
 {
 public:

@@ -14,7 +14,7 @@ QStringList piecesOf(const QString &text)
     return pieces.size() == 2 ? pieces : text.split(QLatin1Char(':'));
 }
 
-void writeIfSet(QWStateWriter &writer, QLatin1StringView key, const std::optional<QString> &text)
+void writeIfSet(qw::StateWriter &writer, QLatin1StringView key, const std::optional<QString> &text)
 {
     if (text)
         writer.setString(key, *text);
@@ -84,7 +84,7 @@ bool QWAUDescription::loadInfo()
     return m_manufacturer && !m_manufacturer->isEmpty();
 }
 
-void QWAUDescription::writeState(QWStateWriter &writer) const
+void QWAUDescription::writeState(qw::StateWriter &writer) const
 {
     writer.setData(QLatin1StringView("componentDescription"), m_componentDescription.stateBytes());
     writeIfSet(writer, QLatin1StringView("identifier"), m_identifier);

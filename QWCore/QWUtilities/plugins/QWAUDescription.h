@@ -59,7 +59,7 @@ public:
     bool loadInfo();
 
     /// In the order of the keys.
-    void writeState(QWStateWriter &writer) const override;
+    void writeState(qw::StateWriter &writer) const override;
 
 protected:
     /// Unknown keys and values of a wrong type change nothing.

@@ -15,7 +15,7 @@ namespace qw
 
 /// Writes records as they stand in a catalog file: byte for byte what platform::PropertyList::toXml() makes of the
 /// array of their states, without making the states.
-class QWUTILITIES_TEST_EXPORT CatalogXmlWriter : public QWStateWriter
+class QWUTILITIES_TEST_EXPORT CatalogXmlWriter : public StateWriter
 {
 public:
     /// What stands before the first record and behind the last, and the whole text of a catalog without records.

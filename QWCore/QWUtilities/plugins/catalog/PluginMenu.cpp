@@ -40,7 +40,7 @@ void PluginMenu::addItem(Folder &folder, const QString &title, const QVariant &r
 std::unique_ptr<QMenu> PluginMenu::take(const QString &placeholder)
 {
     auto menu = std::make_unique<QMenu>();
-    QWSortedMenuBuilder items(*menu);
+    SortedMenuBuilder items(*menu);
     _fill(items, top());
     items.build();
     if (menu->isEmpty() && !placeholder.isEmpty())
@@ -49,7 +49,7 @@ std::unique_ptr<QMenu> PluginMenu::take(const QString &placeholder)
 }
 
 /// Level by level, so that what belongs together lies together.
-void PluginMenu::_fill(QWSortedMenuBuilder &items, Folder &folder) const
+void PluginMenu::_fill(SortedMenuBuilder &items, Folder &folder) const
 {
     for (const Folder::Entry &entry : folder.m_entries) {
         if (entry.folder) {

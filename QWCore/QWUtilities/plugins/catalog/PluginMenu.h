@@ -11,10 +11,11 @@
 
 class QMenu;
 class QObject;
-class QWSortedMenuBuilder;
 
 namespace qw
 {
+
+class SortedMenuBuilder;
 
 /// Builds a menu of plug-ins in folders, all in title order.
 class PluginMenu
@@ -54,7 +55,7 @@ public:
     std::unique_ptr<QMenu> take(const QString &placeholder = {});
 
 private:
-    void _fill(QWSortedMenuBuilder &items, Folder &folder) const;
+    void _fill(SortedMenuBuilder &items, Folder &folder) const;
 
     QObject *m_target;
     platform::Selector m_action;

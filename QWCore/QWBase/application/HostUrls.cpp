@@ -1,0 +1,47 @@
+#include "HostUrls.h"
+
+#include <QWPlatform/System.h>
+#include <QWPlatform/foundation/Bundle.h>
+
+#include <QRegularExpression>
+#include <QVariant>
+
+using platform::System;
+
+namespace qw
+{
+
+namespace
+{
+/// The URL schemes that the host's Info.plist claims, in lower case.
+QStringList hostSchemes()
+{
+    QStringList schemes;
+    const QVariantList types = System::current().mainBundle().objectForInfoDictionaryKey("CFBundleURLTypes").toList();
+    for (const QVariant &type : types)
+        for (const QVariant &scheme : type.toMap().value("CFBundleURLSchemes").toList())
+            schemes += scheme.toString().toLower();
+    return schemes;
+}
+
+/// The scheme of an argument that has the form of a URL, in lower case; "" for any other argument.
+QString schemeOf(const QString &argument)
+{
+    static const QRegularExpression form("^([A-Za-z][A-Za-z0-9+.-]+):.");
+    return form.match(argument).captured(1).toLower();
+}
+} // namespace
+
+QStringList urlsForHost(QStringList texts)
+{
+    texts.removeIf([](const QString &text) { return schemeOf(text).isEmpty(); });
+    if (texts.isEmpty())
+        return texts;
+    const QStringList schemes = hostSchemes();
+    texts.removeIf([&](const QString &text) {
+        return schemes.isEmpty() ? !text.contains("://") : !schemes.contains(schemeOf(text));
+    });
+    return texts;
+}
+
+} // namespace qw
