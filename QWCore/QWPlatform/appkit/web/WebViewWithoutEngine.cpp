@@ -107,6 +107,9 @@ void WebViewWithoutEngine::setPolicy(Policy policy)
     m_policy = std::move(policy);
 }
 
+/// It has no network at all.
+void WebViewWithoutEngine::setAllowsRemoteParts(bool) {}
+
 bool WebViewWithoutEngine::_allows(const QUrl &url, Navigation::Cause cause) const
 {
     return !m_policy || m_policy({.url = url, .cause = cause});

@@ -31,7 +31,7 @@ public:
     void print() override;
     void printToPdf(const QString &path, std::function<void(bool ok)> done) override;
     void setPolicy(Policy policy) override;
-    void setAllowsRemoteParts(bool) override {} // it has no network at all
+    void setAllowsRemoteParts(bool allows) override;
 
 private:
     void _show(const QUrl &url, Navigation::Cause cause);
