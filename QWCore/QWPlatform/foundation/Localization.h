@@ -2,7 +2,7 @@
 
 #include <QWPlatform/qwplatform_export.h>
 
-#include <QString>
+#include <QStringList>
 
 namespace platform
 {
