@@ -18,7 +18,7 @@ function(qw_add_framework name)
     add_library(QWUtilities::${name} ALIAS ${name})
     generate_export_header(${name} EXPORT_FILE_NAME ${QW_GENERATED_DIR}/${name}/${lower}_export.h)
     string(TOUPPER ${name} upper)
-    set(test_export)
+    set(test_export ${upper}_NO_EXPORT) # said aloud: a class within an exported one would be so too
     if(BUILD_TESTING)
         set(test_export ${upper}_EXPORT)
     endif()

@@ -55,7 +55,7 @@ QString version()
 }
 } // namespace
 
-class QWApplication::Private
+class Q_DECL_HIDDEN QWApplication::Private
 {
 public:
     explicit Private(QWApplication &owner)

@@ -60,7 +60,7 @@ QString placeText(const QWApplicationLogContext *context)
 }
 } // namespace
 
-class QWApplicationLog::Private
+class Q_DECL_HIDDEN QWApplicationLog::Private
 {
 public:
     Private(QString path, const platform::Clock &clock)

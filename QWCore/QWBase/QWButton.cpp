@@ -39,7 +39,7 @@ QColor white(int strength)
 }
 } // namespace
 
-class QWButton::Private
+class Q_DECL_HIDDEN QWButton::Private
 {
 public:
     static QSize _quietSize(const QWButton &button);

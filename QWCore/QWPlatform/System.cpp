@@ -14,7 +14,7 @@
 namespace platform
 {
 
-class System::Private
+class Q_DECL_HIDDEN System::Private
 {
 public:
     explicit Private(Services parts)

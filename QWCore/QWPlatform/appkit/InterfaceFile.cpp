@@ -66,7 +66,7 @@ void localizeTexts(QObject &object)
 }
 } // namespace
 
-class InterfaceFile::Private
+class Q_DECL_HIDDEN InterfaceFile::Private
 {
 public:
     explicit Private(const QString &name)

@@ -13,7 +13,7 @@ namespace platform
 {
 
 /// Shared with the threads. The receiver lives on the main thread; results are posted to it.
-class BackgroundWork::Private
+class Q_DECL_HIDDEN BackgroundWork::Private
 {
 public:
     struct Piece

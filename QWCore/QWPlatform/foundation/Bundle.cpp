@@ -15,7 +15,7 @@
 namespace platform
 {
 
-class Bundle::Private
+class Q_DECL_HIDDEN Bundle::Private
 {
 public:
     QString path;

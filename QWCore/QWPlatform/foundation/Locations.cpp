@@ -18,7 +18,7 @@ bool isBelow(const QString &path, QStringView folder)
 }
 } // namespace
 
-class Locations::Private
+class Q_DECL_HIDDEN Locations::Private
 {
 public:
     QString home;
