@@ -58,5 +58,5 @@ def declarations(header):
     for match in DECLARED.finditer(text):
         before, after = text[:match.start()], text[match.end():]
         is_class = bool(re.search(r"\b(class|struct)\s+$", before))
-        name = re.match(r"\s*(\w+)", after) if is_class else re.search(r"(\w+|operator\W+?)\s*\(", after)
+        name = re.match(r"\s*(\w+(?:::\w+)*)", after) if is_class else re.search(r"(\w+|operator\W+?)\s*\(", after)
         yield match["kind"], is_class, scope_of(before) + name.group(1), body_of(after) if is_class else ""

@@ -1,5 +1,4 @@
 #include <QWBase/QWApplication.h>
-#include <QWBase/QWApplicationCategory.h>
 #include <QWBase/QWApplicationLog.h>
 #include <QWBase/QWApplicationLogContext.h>
 #include <QWBase/QWButton.h>
@@ -74,14 +73,13 @@ bool found(T address)
 
 bool base()
 {
-    const QWApplicationCategory category{.name = "Everything"};
     const QWApplicationLogContext context{.domain = "Everything"};
     const QWGradientStop stop{.color = Qt::black};
     const QWError error("No sound");
-    return category.name && !context.domain.isEmpty() && stop.color.isValid() && error.isSet() &&
-           found(&typeid(QWApplication)) && found(&QWApplication::registerCategory) &&
-           found(&QWApplicationLog::sharedLog) && found(&QWButton::setBezelStyle) && found(&typeid(QWCatalogRecord)) &&
-           found(&QWCatalogRecord::setIgnore) && found(&QWComponentDescription::isEffect) &&
+    return !context.domain.isEmpty() && stop.color.isValid() && error.isSet() && found(&typeid(QWApplication)) &&
+           found(&QWApplication::sharedApplication) && found(&QWApplicationLog::sharedLog) &&
+           found(&QWButton::setBezelStyle) && found(&typeid(QWCatalogRecord)) && found(&QWCatalogRecord::setIgnore) &&
+           found(&QWComponentDescription::isEffect) &&
            qHash(QWComponentDescription()) == qHash(QWComponentDescription()) && found(&QWError::alert) &&
            found(&QWEvents::isArrowKeyDownEvent) && found(&QWFile::conformPath) && found(&QWGradient::colorAt) &&
            found(&QWMenuSorting::compareTitles) && found(&QWVSTDescription::descriptionWithPath);
