@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <optional>
 #include <set>
-#include <source_location>
 
 using platform::System;
 
@@ -51,7 +50,7 @@ private:
     bool _openInterface();
     bool _setUpQueue();
     bool _addElements(const QVariantList &elements);
-    bool _failed(const char *message, std::source_location where = std::source_location::current()) const;
+    bool _failed(const char *message, int line = __builtin_LINE()) const;
 
     void remoteControlEvent(qint32 result);
     void _handleEvent(const platform::HidEvent &event);
@@ -187,11 +186,11 @@ void QWRemoteControl::Private::_destroyQueue()
 }
 
 /// Always false, so that a step can return it.
-bool QWRemoteControl::Private::_failed(const char *message, std::source_location where) const
+bool QWRemoteControl::Private::_failed(const char *message, int line) const
 {
-    QWApplicationLog::sharedLog().warningMessage({"QWRemoteControl", "QWCore/QWUtilities/QWRemoteControl",
-                                                  int(where.line()), "-[QWRemoteControl _initQueue]", &m_owner},
-                                                 message);
+    QWApplicationLog::sharedLog().warningMessage(
+        {"QWRemoteControl", "QWCore/QWUtilities/QWRemoteControl", line, "-[QWRemoteControl _initQueue]", &m_owner},
+        message);
     return false;
 }
 
