@@ -52,17 +52,17 @@ public:
     /// @name Services
     /// Each lives as long as the System, and says at its class on which threads it may be asked.
     /// @{
-    Locations &locations() const;
-    const Bundle &mainBundle() const; ///< The host's own.
-    UserDefaults &userDefaults() const;
-    Alerts &alerts() const;
-    FilePanels &filePanels() const;
-    Workspace &workspace() const;
-    WebViews &webViews() const;
-    UrlLoader &urlLoader() const;
-    PluginLoader &pluginLoader() const;
-    Clock &clock() const;
-    BackgroundWork &backgroundWork() const;
+    Locations &locations() const;           ///< Where documented places really are.
+    const Bundle &mainBundle() const;       ///< The host's own.
+    UserDefaults &userDefaults() const;     ///< The user's settings of this host.
+    Alerts &alerts() const;                 ///< Shows alerts.
+    FilePanels &filePanels() const;         ///< Save and open panels.
+    Workspace &workspace() const;           ///< The user's desktop.
+    WebViews &webViews() const;             ///< Makes browser views.
+    UrlLoader &urlLoader() const;           ///< Loads addresses.
+    PluginLoader &pluginLoader() const;     ///< Opens plug-ins.
+    Clock &clock() const;                   ///< What time it is.
+    BackgroundWork &backgroundWork() const; ///< Work on threads of its own.
     /// @}
 
     /// @cond Services whose classes are not for hosts.

@@ -22,8 +22,8 @@ namespace platform
 class QWPLATFORM_EXPORT MenuItem : public QAction
 {
     Q_OBJECT
-    Q_PROPERTY(qlonglong tag READ tag)
-    Q_PROPERTY(QVariant representedObject READ representedObject)
+    Q_PROPERTY(qlonglong tag READ tag)                            ///< tag()
+    Q_PROPERTY(QVariant representedObject READ representedObject) ///< representedObject()
 
 public:
     /// Event modifier bits that a key equivalent may have.

@@ -12,7 +12,7 @@ namespace platform
 class QWPLATFORM_EXPORT Panel : public QWidget
 {
     Q_OBJECT
-    Q_PROPERTY(bool floating READ isFloating WRITE setFloating)
+    Q_PROPERTY(bool floating READ isFloating WRITE setFloating) ///< isFloating()
 
 public:
     /// Hidden, and not floating. Above @p parent when there is one, which owns it.

@@ -30,7 +30,7 @@ QWPLATFORM_EXPORT QList<QMenuBar *> menuBars();
 
 /// Who is asked after @p object, a window or the application. Not owned; ends with either of the two. Main thread.
 QWPLATFORM_EXPORT void setDelegate(QObject *object, QObject *delegate);
-QWPLATFORM_EXPORT QObject *delegateOf(const QObject *object);
+QWPLATFORM_EXPORT QObject *delegateOf(const QObject *object); ///< As set; null for none, and once it has gone.
 
 /// Who is asked to take an action, in order: focus widget, its parents, its window, the window's delegate; when the key
 /// window cannot be main, or there is none, the same of the main window; the application, its delegate.
