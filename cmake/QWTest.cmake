@@ -17,3 +17,13 @@ function(qw_add_test name)
     add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:${name}> -P ${CMAKE_SOURCE_DIR}/cmake/QWRunTest.cmake)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
 endfunction()
+
+# qw_add_test_program(NAME SOURCE [more sources] [LIBRARIES lib...]): a process that a test starts.
+function(qw_add_test_program name)
+    cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
+    add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PRIVATE QWPlatform ${arg_LIBRARIES} qw_warnings)
+    set_target_properties(${name} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin
+        BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN/../../lib")
+endfunction()

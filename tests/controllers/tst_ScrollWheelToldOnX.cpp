@@ -1,5 +1,5 @@
-#include "../shortcuts/ScreenReader.h"
 #include "ScrollWheelFixture.h"
+#include "shortcuts/ScreenReader.h"
 
 #include <QWBase/QWApplication.h>
 

@@ -1,6 +1,6 @@
 #include "LogOfTest.h"
-#include "PluginDisk.h"
-#include "plugins/ResourceFileBytes.h"
+#include "audio-plugins/PluginDisk.h"
+#include "base/ResourceFileBytes.h"
 
 #include <QWPlatform/linux/plugins/LinuxComponentRegistry.h>
 #include <QWPlatform/linux/plugins/LinuxPluginLoader.h>

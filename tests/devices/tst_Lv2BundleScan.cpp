@@ -1,4 +1,4 @@
-#include "PluginDisk.h"
+#include "audio-plugins/PluginDisk.h"
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/processes/ChildProcesses.h>

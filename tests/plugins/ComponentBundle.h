@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ResourceFileBytes.h"
+#include "base/ResourceFileBytes.h"
 #include "fakes/FakeSystem.h"
 
 #include <QFileInfo>

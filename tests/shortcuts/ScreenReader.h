@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XServer.h"
-#include "network/PrivateBus.h"
+#include "appkit/PrivateBus.h"
 
 #include <QObject>
 #include <QStringList>

@@ -1,7 +1,7 @@
 // Both validators on plug-ins that are really installed here. Those of the packages that scripts/packages names are
 // judged; what else a machine happens to have is only told of.
-#include "PluginDisk.h"
 #include "ValidatorArguments.h"
+#include "audio-plugins/PluginDisk.h"
 
 #include <QWPlatform/linux/plugins/LinuxComponentRegistry.h>
 

@@ -1,6 +1,6 @@
 // How a validator treats plug-ins that take their time, take too much, or leave something behind.
-#include "PluginDisk.h"
 #include "ValidatorArguments.h"
+#include "audio-plugins/PluginDisk.h"
 
 #include <QWPlatform/linux/plugins/LinuxComponentRegistry.h>
 

@@ -1,5 +1,5 @@
-#include "PluginDisk.h"
 #include "VstFolders.h"
+#include "audio-plugins/PluginDisk.h"
 
 #include <ElfExports.h>
 

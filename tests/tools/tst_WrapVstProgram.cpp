@@ -1,5 +1,5 @@
-#include "PluginDisk.h"
 #include "VstFolders.h"
+#include "audio-plugins/PluginDisk.h"
 
 /// The program that makes the bundles, run on plug-ins that tell their names, or do worse.
 class tst_WrapVstProgram : public QObject

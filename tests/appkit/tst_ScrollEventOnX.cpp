@@ -1,4 +1,4 @@
-#include "ScrollWheelFixture.h"
+#include "controllers/ScrollWheelFixture.h"
 #include "shortcuts/XServer.h"
 
 #include <QWPlatform/linux/desktop/LinuxKeyboardState.h>

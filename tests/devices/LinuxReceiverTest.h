@@ -1,8 +1,8 @@
 #pragma once
 
 #include "ReceiverFolder.h"
-#include "RemoteControlTest.h"
 #include "SocketReceiver.h"
+#include "controllers/RemoteControlTest.h"
 
 #include <QWPlatform/linux/remote/LinuxRemoteReceiver.h>
 

@@ -1,4 +1,4 @@
-#include "PluginDisk.h"
+#include "audio-plugins/PluginDisk.h"
 
 #include <QWPlatform/foundation/PropertyList.h>
 

@@ -1,5 +1,5 @@
-#include "PluginDisk.h"
 #include "ValidatorArguments.h"
+#include "audio-plugins/PluginDisk.h"
 
 #include <QWBase/QWComponentDescription.h>
 #include <QWPlatform/foundation/PropertyList.h>

@@ -1,4 +1,4 @@
-#include "ScrollWheelFixture.h"
+#include "controllers/ScrollWheelFixture.h"
 #include "fakes/QWTestMain.h"
 
 #include <QWheelEvent>
