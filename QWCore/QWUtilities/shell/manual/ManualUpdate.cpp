@@ -30,11 +30,6 @@ namespace
 {
 constexpr int barSteps = 1000; ///< Of the whole progress bar.
 
-QString mapped(const QString &path)
-{
-    return System::current().locations().mapped(path);
-}
-
 QString applicationCode()
 {
     const QWApplication *application = QWApplication::sharedApplication();
@@ -88,7 +83,7 @@ void ManualUpdate::checkVersion()
     const QUrl question(system.locations().supportSite() + "/support/manual_version.php?appCode=" + applicationCode() +
                         "&version=" + majorVersion());
     auto work = [self = QPointer(this), loader = &system.urlLoader(), question,
-                 index = mapped(m_folder.indexPath())]() -> std::function<void()> {
+                 index = system.locations().mapped(m_folder.indexPath())]() -> std::function<void()> {
         if (!isNewerManualOffered(*loader, question, index))
             return {};
         return [self] {
@@ -115,9 +110,10 @@ void ManualUpdate::newVersionAvailable()
 
 void ManualUpdate::_download(const QString &archive)
 {
-    const QUrl url(System::current().locations().supportSite() + "/support/manuals/" + applicationCode().toLower() +
-                   "/" + majorVersion() + "/Manual.zip");
-    m_downloader = System::current().urlDownloads().start(url, mapped(archive), *this);
+    const System &system = System::current();
+    const QUrl url(system.locations().supportSite() + "/support/manuals/" + applicationCode().toLower() + "/" +
+                   majorVersion() + "/Manual.zip");
+    m_downloader = system.urlDownloads().start(url, system.locations().mapped(archive), *this);
     m_progressText->setText(localized("Downloading update..."));
     m_progressBar->setRange(0, barSteps);
     m_progressBar->setValue(0);
