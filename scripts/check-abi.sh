@@ -31,6 +31,6 @@ for floor in "${floors[@]}"; do
 done
 if [ "$status" != 0 ]; then
     say "What leaves the libraries has changed (- went, + is new). New names: scripts/check-abi.sh --update, and commit the lists."
-    say "What went or changed breaks programs; CONTRIBUTING.md tells what a break takes."
+    say "What went or changed breaks programs, where they could call it; CONTRIBUTING.md tells what a break takes."
 fi
 exit "$status"

@@ -44,6 +44,7 @@ SHARED = {
     "QWBase/application": {"ApplicationCategories", "ApplicationCategory"},
     "QWBase/files": {"QWPathStrings", "QWResourceFile"},
     "QWBase/menus": {"SortedMenuBuilder"},
+    "QWBase/requests": {"QWDataDigest", "QWMultipartRequest"},
     "QWBase/records": {"StateWriter"},
 }
 # Who puts things together: file -> rooms that it may name besides.

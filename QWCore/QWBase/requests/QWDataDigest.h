@@ -8,6 +8,6 @@ namespace qw
 {
 
 /// MD5 of @p data as 32 lower-case hexadecimal digits. For names and check-sums that are agreed on, not for secrets.
-QWBASE_TEST_EXPORT QString md5String(const QByteArray &data);
+QWBASE_SHARED_EXPORT QString md5String(const QByteArray &data);
 
 } // namespace qw

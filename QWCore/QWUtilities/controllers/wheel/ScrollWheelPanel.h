@@ -25,7 +25,7 @@ class ScrollWheelPanel
 {
 public:
     /// From the interface file "QWScrollWheelManager", whose actions @p owner takes; null when that cannot be used.
-    /// None of the arguments is owned, all outlive the window. Opens it if it was open at the end of the last run.
+    /// None of the arguments is owned, all outlive the window.
     static std::unique_ptr<ScrollWheelPanel>
     load(QWScrollWheelManager &owner, std::vector<ScrollWheelBinding> &bindings, QMenu &axes, QMenu &actions);
     ~ScrollWheelPanel();
