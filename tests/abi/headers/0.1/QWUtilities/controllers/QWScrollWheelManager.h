@@ -68,9 +68,8 @@ public:
     QVariantList actions() const;
 
     /// What the table's column named @p identifier shows in @p row: for "axis" and "action" the index of the chosen
-    /// item
-    /// (-1: none), for "command", "option", "shift", "control", "caps lock" and "reverse" a boolean; nothing for other
-    /// identifiers and rows, and before there is a panel.
+    /// item (-1: none), for "command", "option", "shift", "control", "caps lock" and "reverse" a boolean; nothing for
+    /// other identifiers and rows, and before there is a panel.
     QVariant tableViewObjectValueForTableColumnRow(const QString &identifier, int row) const;
     /// As if the user had chosen @p value there; a column of a modifier toggles whatever the value is.
     void tableViewSetObjectValueForTableColumnRow(const QVariant &value, const QString &identifier, int row);

@@ -58,12 +58,12 @@ public:
     /// Fills name and manufacturer from the component registry; false when the manufacturer is empty then.
     bool loadInfo();
 
-    /// In the order of the keys.
+    /// @cond For the catalog.
     void writeState(qw::StateWriter &writer) const override;
 
 protected:
-    /// Unknown keys and values of a wrong type change nothing.
     void applyValueForKey(std::string_view key, const QVariant &value) override;
+    /// @endcond
 
 private:
     QWComponentDescription m_componentDescription;
