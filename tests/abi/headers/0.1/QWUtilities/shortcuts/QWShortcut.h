@@ -92,8 +92,8 @@ public:
     bool enabled() const { return m_enabled; }
     void setEnabled(bool enabled); ///< Refreshes the menu item.
 
-    /// Of a shortcut in a menu group: puts key, action, tag and represented object onto its item in the menu bar of each
-    /// window that has one; a key only while it is enabled.
+    /// Of a shortcut in a menu group: puts key, action, tag and represented object onto its item in the menu bar of
+    /// each window that has one; a key only while it is enabled.
     void refreshMenuItem();
 
     /// Sends the action; false when it is not to be sent now, so that the event takes its ordinary way. True does not
