@@ -10,18 +10,11 @@ namespace demo
 
 using platform::AudioPlugin;
 
-namespace
-{
-constexpr float inaudible = 1.0e-4f;    // -80 dB
-constexpr double quietBeforeEnd = 0.25; // seconds
-constexpr double fadeOutTime = 0.05;    // seconds
-constexpr double longestLatency = 10;   // seconds; nothing that takes longer says so in earnest
-
 // A block of channels that lie one behind the other, with the pointers that plug-ins want.
-class Block
+class ChannelBlock
 {
 public:
-    explicit Block(int channels)
+    explicit ChannelBlock(int channels)
         : m_samples(static_cast<size_t>(channels) * PluginRenderer::blockFrames)
     {
         for (int channel = 0; channel < channels; ++channel)
@@ -37,6 +30,13 @@ private:
     std::vector<float> m_samples;
     std::vector<float *> m_pointers;
 };
+
+namespace
+{
+constexpr float inaudible = 1.0e-4f;    // -80 dB
+constexpr double quietBeforeEnd = 0.25; // seconds
+constexpr double fadeOutTime = 0.05;    // seconds
+constexpr double longestLatency = 10;   // seconds; nothing that takes longer says so in earnest
 
 // What lies behind the sound's end stays as it is.
 void addChannel(const Sound &sound, int channel, qint64 first, float gain, float *to)
@@ -114,8 +114,8 @@ struct PluginRenderer::Pass
     std::unique_ptr<AudioPlugin> plugin;
     ChannelPlan plan;
     int firstChannel;
-    Block inputs;
-    Block outputs;
+    ChannelBlock inputs;
+    ChannelBlock outputs;
     qint64 quiet = 0; ///< Frames since the output was last heard.
     Sound output;     ///< Late by the latency until the pass is over.
     double from = 0;  ///< Share of the whole progress that this pass covers.
