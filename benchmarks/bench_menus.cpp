@@ -70,7 +70,7 @@ template <class Manager>
 void effectsMenu(benchmark::State &state, void (*write)(const FakeSystem &))
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     write(system);
     const Manager manager;
     QObject target;

@@ -1,6 +1,7 @@
 #include "fakes/FakeSystem.h"
 
 #include <QWBase/QWApplication.h>
+#include <QWPlatform/machine/SystemServices.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 
 #include <benchmark/benchmark.h>
@@ -19,7 +20,7 @@
 extern char **environ;
 
 using platform::ChildProcessRequest;
-using platform::System;
+using platform::SystemServices;
 
 namespace
 {
@@ -41,7 +42,7 @@ class Machine
 {
 public:
     Machine()
-        : m_processes(System::current().childProcesses())
+        : m_processes(*SystemServices::current().childProcesses)
         , m_scope(system)
     {
         for (int i = 0; i < folderCount * bundlesAFolder; ++i)
@@ -70,7 +71,7 @@ public:
 
 private:
     platform::ChildProcesses &m_processes;
-    System::Scope m_scope;
+    SystemScope m_scope;
 };
 
 /// One for all measures: the disk takes longer to make a file the more of them were removed of late, so the removal of

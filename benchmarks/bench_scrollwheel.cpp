@@ -32,7 +32,7 @@ QVariantMap binding(int index)
 void match(benchmark::State &state, double x, double y, quint32 modifiers)
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     QVariantList bindings;
     for (int i = 0; i < many; ++i)
         bindings.append(binding(i));
@@ -51,7 +51,7 @@ void match(benchmark::State &state, double x, double y, quint32 modifiers)
 void convert(benchmark::State &state)
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     const QWheelEvent wheel({}, {}, {}, {0, 120}, Qt::NoButton, Qt::AltModifier, Qt::NoScrollPhase, false);
     for (auto _ : state)
         benchmark::DoNotOptimize(platform::ScrollEvent(wheel));

@@ -99,7 +99,7 @@ private:
     }
 
     FakeSystem m_system;
-    platform::System::Scope m_scope{m_system};
+    platform::SystemScope m_scope{m_system};
     Receiver m_receiver;
     QMainWindow m_window;
 };
@@ -130,7 +130,7 @@ void perform(benchmark::State &state, int count, bool hits, bool menus)
 void performWithQt(benchmark::State &state, int count, bool hits)
 {
     FakeSystem system;
-    const platform::System::Scope scope(system); // in which no shortcuts of ours were loaded
+    const platform::SystemScope scope(system); // in which no shortcuts of ours were loaded
     QMainWindow window;
     int triggered = 0;
     for (int i = 0; i < count; ++i) {

@@ -40,6 +40,7 @@ SHARED = {
     "QWPlatform/foundation/files": {"FileDescriptor", "LockFile", "RegularFile"},
     "QWPlatform/foundation/lists": {"PropertyListValues", "Utf8", "XmlPropertyListText"},
     "QWPlatform/foundation/processes": {"ChildProcesses"},
+    "QWPlatform/machine": {"SystemServices"},
     "QWPlatform/network/transfers": {"Proxies", "UrlDownload"},
     "QWBase/application": {"ApplicationCategories", "ApplicationCategory"},
     "QWBase/files": {"QWPathStrings", "QWResourceFile"},

@@ -7,6 +7,7 @@
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/files/LockFile.h>
 #include <QWPlatform/foundation/processes/ChildProcesses.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -50,7 +51,7 @@ void printSummary(const VstWrappers::Summary &summary, bool isDryRun)
 
 QString askForName(const QString &library)
 {
-    return VstOwnName::ask(platform::System::current().childProcesses(), QCoreApplication::applicationFilePath(),
+    return VstOwnName::ask(*platform::SystemServices::current().childProcesses, QCoreApplication::applicationFilePath(),
                            library);
 }
 

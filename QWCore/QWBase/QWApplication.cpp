@@ -16,6 +16,7 @@
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/machine/SystemServices.h>
 #include <QWPlatform/network/transfers/Proxies.h>
 
 #include <QDir>
@@ -30,6 +31,7 @@
 
 using platform::localized;
 using platform::System;
+using platform::SystemServices;
 
 namespace
 {
@@ -176,7 +178,8 @@ void QWApplication::setHandleExceptions(bool handle)
 void QWApplication::finishLaunching()
 {
     d->m_handlesGetUrl = true;
-    System::current().keyboardState().startWatching(); // plug-in scans ask what was held when the user started the host
+    SystemServices::current()
+        .keyboardState->startWatching(); // plug-in scans ask what was held when the user started the host
     d->_finishLaunchingInside(qw::registeredCategories());
 }
 
@@ -213,7 +216,7 @@ void QWApplication::Private::_launch()
 bool QWApplication::Private::_isSecondInstance()
 {
     const QString identifier = System::current().mainBundle().identifier();
-    auto &link = System::current().instanceLink();
+    auto &link = *SystemServices::current().instanceLink;
     return !link.listen(identifier, [this](const QString &url) { _receiveUrls({url}); }) &&
            link.handOver(identifier, qw::urlsForHost(arguments().mid(1)));
 }

@@ -1,7 +1,7 @@
 #include "QWComponentDescription.h"
 
-#include <QWPlatform/System.h>
 #include <QWPlatform/devices/components/ComponentRegistry.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QtEndian>
 
@@ -36,7 +36,7 @@ QWComponentDescription::QWComponentDescription(quint32 type, quint32 subtype, qu
 
 std::vector<QWComponentDescription> QWComponentDescription::componentDescriptionsOfType(quint32 type)
 {
-    const auto components = platform::System::current().componentRegistry().componentsOfType(type);
+    const auto components = platform::SystemServices::current().componentRegistry->componentsOfType(type);
     return {components.begin(), components.end()};
 }
 

@@ -17,7 +17,7 @@ namespace platform
 class Q_DECL_HIDDEN System::Private
 {
 public:
-    explicit Private(Services parts)
+    explicit Private(SystemServices parts)
         : services(std::move(parts))
     {
     }
@@ -34,25 +34,30 @@ public:
         return std::find_if(shared.begin(), shared.end(), [&](const Shared &s) { return s.type == type; });
     }
 
-    Services services;
+    SystemServices services;
     BackgroundWork backgroundWork; ///< Ends before the services that its work uses.
     std::vector<Shared> shared;    ///< In order of making.
 };
 
 System &System::current()
 {
-    System *const innermost = Scope::innermost();
+    System *const innermost = SystemScope::innermost();
     return innermost ? *innermost : linuxSystem();
 }
 
-System::System(Services services)
+SystemServices &SystemServices::current()
+{
+    return System::current().d->services;
+}
+
+System::System(SystemServices services)
     : d(std::make_unique<Private>(std::move(services)))
 {
 }
 
 System::~System()
 {
-    Scope scope(*this); // destructors of shared objects ask for the current System
+    SystemScope scope(*this); // destructors of shared objects ask for the current System
     releaseShared();
     endWork();
 }
@@ -105,46 +110,6 @@ PluginLoader &System::pluginLoader() const
 Clock &System::clock() const
 {
     return *d->services.clock;
-}
-
-InstanceLink &System::instanceLink() const
-{
-    return *d->services.instanceLink;
-}
-
-ChildProcesses &System::childProcesses() const
-{
-    return *d->services.childProcesses;
-}
-
-UrlDownloads &System::urlDownloads() const
-{
-    return *d->services.urlDownloads;
-}
-
-ComponentRegistry &System::componentRegistry() const
-{
-    return *d->services.componentRegistry;
-}
-
-KeyboardState &System::keyboardState() const
-{
-    return *d->services.keyboardState;
-}
-
-RemoteReceiver &System::remoteReceiver() const
-{
-    return *d->services.remoteReceiver;
-}
-
-SerialRegistry &System::serialRegistry() const
-{
-    return *d->services.serialRegistry;
-}
-
-SerialLines &System::serialLines() const
-{
-    return *d->services.serialLines;
 }
 
 BackgroundWork &System::backgroundWork() const

@@ -48,7 +48,7 @@ private:
     }
 
     FakeSystem m_system;
-    platform::System::Scope m_scope{m_system};
+    platform::SystemScope m_scope{m_system};
     SoundFiles m_files;
 };
 

@@ -58,7 +58,7 @@ public:
 struct ToolbarFixture
 {
     FakeSystem system;
-    platform::System::Scope scope{system};
+    platform::SystemScope scope{system};
     Viewer viewer;
     QMainWindow window;
 

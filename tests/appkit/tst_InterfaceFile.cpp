@@ -85,7 +85,7 @@ Bundle tst_InterfaceFile::_bundleWith(FakeSystem &system, const QByteArray &ui)
 void tst_InterfaceFile::outletsAreFoundByName()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     InterfaceFile file("Owner", _bundleWith(system, windowWith("<widget class=\"QLabel\" name=\"status\"/>")), owner);
     QLabel *status = nullptr;
@@ -100,7 +100,7 @@ void tst_InterfaceFile::outletsAreFoundByName()
 void tst_InterfaceFile::actionsGoToTheOwner()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     const QByteArray ui =
         windowWith(control("QPushButton", "button", "scan:") + control("QLineEdit", "field", "scan:"));
@@ -118,7 +118,7 @@ void tst_InterfaceFile::actionsGoToTheOwner()
 void tst_InterfaceFile::hostsOwnFileReplacesTheLibrarys()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     system.addHostResource("Owner.ui", windowWith("<widget class=\"QLabel\" name=\"hosts\"/>"));
     Owner owner;
     InterfaceFile file("Owner", _bundleWith(system, windowWith("")), owner);
@@ -128,7 +128,7 @@ void tst_InterfaceFile::hostsOwnFileReplacesTheLibrarys()
 void tst_InterfaceFile::missingFileIsNamed()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     _expectWarnings("\"Missing\".*no such file");
     InterfaceFile file("Missing", _bundleWith(system, windowWith("")), owner);
@@ -153,7 +153,7 @@ void tst_InterfaceFile::brokenFileIsNamed()
 {
     QFETCH(QByteArray, ui);
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Designer: .*"));
     _expectWarnings("Interface file \"Owner\": .+");
@@ -165,7 +165,7 @@ void tst_InterfaceFile::brokenFileIsNamed()
 void tst_InterfaceFile::nothingCutShortIsAnInterface()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     const QByteArray whole = windowWith(control("QPushButton", "button", "scan:"));
     const QtMessageHandler before =
@@ -181,7 +181,7 @@ void tst_InterfaceFile::nothingCutShortIsAnInterface()
 void tst_InterfaceFile::missingOutletIsNamed()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     InterfaceFile file("Owner", _bundleWith(system, windowWith("")), owner);
     QLabel *status = reinterpret_cast<QLabel *>(this);
@@ -194,7 +194,7 @@ void tst_InterfaceFile::missingOutletIsNamed()
 void tst_InterfaceFile::outletOfAnotherClassIsNamed()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     InterfaceFile file("Owner", _bundleWith(system, windowWith("<widget class=\"QLabel\" name=\"status\"/>")), owner);
     QPushButton *status = nullptr;
@@ -208,7 +208,7 @@ void tst_InterfaceFile::outletOfAnotherClassIsNamed()
 void tst_InterfaceFile::incompleteFileLeavesNoOutlet()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     QLabel *status = nullptr;
     QPushButton *button = nullptr;
@@ -226,7 +226,7 @@ void tst_InterfaceFile::incompleteFileLeavesNoOutlet()
 void tst_InterfaceFile::outletsOfTakenWidgetsStay()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     InterfaceFile file("Owner", _bundleWith(system, windowWith("<widget class=\"QLabel\" name=\"status\"/>")), owner);
     QLabel *status = nullptr;
@@ -242,7 +242,7 @@ void tst_InterfaceFile::outletsOfTakenWidgetsStay()
 void tst_InterfaceFile::actionWithoutMethodIsNamed()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     _expectWarnings("Owner, has no method for the action \"deleteLater\" of \"button\"");
     InterfaceFile file("Owner", _bundleWith(system, windowWith(control("QPushButton", "button", "deleteLater"))),
@@ -254,7 +254,7 @@ void tst_InterfaceFile::actionWithoutMethodIsNamed()
 void tst_InterfaceFile::customClassesAreMade()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     InterfaceFile::registerClass<Meter>("Meter");
     Owner owner;
     const QByteArray ui = windowWith("<widget class=\"Meter\" name=\"meter\"/>",
@@ -269,7 +269,7 @@ void tst_InterfaceFile::customClassesAreMade()
 void tst_InterfaceFile::textsAreLocalized()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     system.addHostResource("en.lproj/Localizable.strings", "\"Plug-ins\" = \"Effects and Instruments\";");
     Owner owner;
     InterfaceFile file("Owner", _bundleWith(system, windowWith("")), owner);
@@ -279,7 +279,7 @@ void tst_InterfaceFile::textsAreLocalized()
 void tst_InterfaceFile::takenWidgetOutlivesTheFile()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     std::unique_ptr<QWidget> window;
     {
@@ -294,7 +294,7 @@ void tst_InterfaceFile::takenWidgetOutlivesTheFile()
 void tst_InterfaceFile::parentedWidgetStays()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     Owner owner;
     QWidget parent;
     {
@@ -307,7 +307,7 @@ void tst_InterfaceFile::parentedWidgetStays()
 void tst_InterfaceFile::libraryPathsStay()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     const QStringList before = QCoreApplication::libraryPaths();
     Owner owner;
     InterfaceFile file("Owner", _bundleWith(system, windowWith("")), owner);

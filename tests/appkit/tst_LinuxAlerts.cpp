@@ -110,7 +110,7 @@ void tst_LinuxAlerts::escapeAndClosingCancelOrDoNothing()
     QFETCH(const QStringList, buttons);
     QFETCH(const int, choice);
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     system.addHostResource("Localizable.strings", "\"Cancel\" = \"Abbrechen\";");
     const auto byEscape = [](QWidget &panel) { QTest::keyClick(&panel, Qt::Key_Escape); };
     const auto byClosing = [](QWidget &panel) { panel.close(); };

@@ -88,7 +88,7 @@ private:
     QFileDialog *_panel() const { return m_window->findChild<QFileDialog *>(); }
 
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::System::Scope> m_current;
+    std::unique_ptr<platform::SystemScope> m_current;
     std::unique_ptr<QWidget> m_window;
     platform::LinuxFilePanels m_panels;
     QList<QPair<int, QString>> m_ends;
@@ -97,7 +97,7 @@ private:
 void tst_LinuxFilePanels::init()
 {
     m_system = std::make_unique<FakeSystem>();
-    m_current = std::make_unique<platform::System::Scope>(*m_system);
+    m_current = std::make_unique<platform::SystemScope>(*m_system);
     m_window = std::make_unique<QWidget>();
     m_window->show();
     m_ends.clear();

@@ -153,7 +153,7 @@ void tst_LinuxWorkspace::whatNothingOpensIsTold()
 {
     QFETCH(QByteArray, script);
     FakeSystem system;
-    const System::Scope current(system);
+    const SystemScope current(system);
     _install(script);
     QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/")));
     QTRY_COMPARE(system.alerts.shown, QStringList("“https://example.test/” could not be opened."));
@@ -162,7 +162,7 @@ void tst_LinuxWorkspace::whatNothingOpensIsTold()
 void tst_LinuxWorkspace::whatIsOpenedIsNotTold()
 {
     FakeSystem system;
-    const System::Scope current(system);
+    const SystemScope current(system);
     _install("printf done > '" + m_folder->filePath("opened").toUtf8() + "'");
     QVERIFY(LinuxWorkspace().openUrl(QUrl("https://example.test/")));
     QTRY_COMPARE(_opened(), "done");
@@ -175,7 +175,7 @@ void tst_LinuxWorkspace::whatIsOpenedIsNotTold()
 void tst_LinuxWorkspace::whatFailsHoursLaterIsNotTold()
 {
     FakeSystem system;
-    const System::Scope current(system);
+    const SystemScope current(system);
     const QString fifo = m_folder->filePath("fifo");
     _install("echo $$ > '" + m_folder->filePath("opened").toUtf8() + "'; /usr/bin/mkfifo '" + fifo.toUtf8() +
              "'; read line < '" + fifo.toUtf8() + "'; exit 4");

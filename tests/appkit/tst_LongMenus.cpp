@@ -104,13 +104,13 @@ private:
     void _wheel(QMenu &menu, int delta);
 
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::System::Scope> m_scope;
+    std::unique_ptr<platform::SystemScope> m_scope;
 };
 
 void tst_LongMenus::init()
 {
     m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<platform::System::Scope>(*m_system);
+    m_scope = std::make_unique<platform::SystemScope>(*m_system);
 }
 
 void tst_LongMenus::cleanup()

@@ -195,7 +195,7 @@ int main(int argc, char **argv)
 {
     qw::registerCategory({.name = "tst_PendingInput", .sendEvent = noteKey});
     FakeSystem system;
-    const platform::System::Scope current(system);
+    const platform::SystemScope current(system);
     QWApplication application(argc, argv);
     tst_PendingInput test;
     QTEST_SET_MAIN_SOURCE_PATH

@@ -70,7 +70,7 @@ void tst_ScrollEvent::notchIsOneLine()
 {
     QFETCH(QPoint, angle);
     const FakeSystem system;
-    const platform::System::Scope scope(const_cast<FakeSystem &>(system));
+    const platform::SystemScope scope(const_cast<FakeSystem &>(system));
     const ScrollEvent event(wheel(angle, {}, {7, 9}));
     QTEST(event.deltaX, "x");
     QTEST(event.deltaY, "y");

@@ -29,7 +29,7 @@ struct HostMachine
     QByteArray log() const { return system.readFile("~/Library/Logs/Quorwell/Test Host.log").value_or(QByteArray()); }
 
     FakeSystem system;
-    platform::System::Scope scope{system};
+    platform::SystemScope scope{system};
     int argc = 0;
     std::vector<char *> argv;
 

@@ -8,7 +8,7 @@
 
 #include <thread>
 
-using platform::System;
+using platform::SystemScope;
 
 /// One fake machine for each test.
 class tst_QWApplicationLog : public QObject
@@ -37,13 +37,13 @@ private:
 
     static constexpr auto logFile = "~/Library/Logs/Quorwell/Test Host.log";
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<System::Scope> m_scope;
+    std::unique_ptr<SystemScope> m_scope;
 };
 
 void tst_QWApplicationLog::init()
 {
     m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<System::Scope>(*m_system);
+    m_scope = std::make_unique<SystemScope>(*m_system);
 }
 
 void tst_QWApplicationLog::cleanup()

@@ -102,7 +102,7 @@ void tst_QWComponentDescription::kindFollowsFromTheCodes()
 void tst_QWComponentDescription::installedUnitsOfATypeComeInRegistryOrder()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     const QWComponentDescription second(system.components.add("aufx", "Bbbb", "Acme", "Acme: B"));
     system.components.add("aumu", "Cccc", "Acme", "Acme: C");
     const QWComponentDescription first(system.components.add("aufx", "Aaaa", "Acme", "Acme: A"));

@@ -51,13 +51,13 @@ private:
     void _link(const QString &target, const QString &path) const { QVERIFY(QFile::link(target, m_system->real(path))); }
 
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::System::Scope> m_scope;
+    std::unique_ptr<platform::SystemScope> m_scope;
 };
 
 void tst_QWFile::init()
 {
     m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<platform::System::Scope>(*m_system);
+    m_scope = std::make_unique<platform::SystemScope>(*m_system);
 }
 
 void tst_QWFile::cleanup()

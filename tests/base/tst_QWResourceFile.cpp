@@ -37,7 +37,7 @@ std::optional<QWResourceFile> open(const FakeSystem &system, const QByteArray &b
 void tst_QWResourceFile::resourcesComeByType()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     QWError error;
     const auto file = open(system, resourceFileBytes(), &error);
     QVERIFY2(file, qPrintable(error.reason()));
@@ -51,7 +51,7 @@ void tst_QWResourceFile::resourcesComeByType()
 void tst_QWResourceFile::thingWordsComeInHostOrder()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     const auto file = open(system, resourceFileBytes());
     QVERIFY(file);
     const QByteArray thing = file->resourcesOfType(fourCharCode("thng")).front();
@@ -70,7 +70,7 @@ void tst_QWResourceFile::thingWordsComeInHostOrder()
 void tst_QWResourceFile::thingsThatShareTheirBytesShareThemInHostOrderToo()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     const auto one = open(system, resourceFileBytes());
     const auto two = open(system, resourceFileBytes(2));
     QVERIFY(one && two);
@@ -83,7 +83,7 @@ void tst_QWResourceFile::thingsThatShareTheirBytesShareThemInHostOrderToo()
 void tst_QWResourceFile::missingFileIsAnError()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     QWError error;
     QVERIFY(!QWResourceFile::initWithPath("/Library/none.rsrc", &error));
     QVERIFY(error.isSet());
@@ -94,7 +94,7 @@ void tst_QWResourceFile::missingFileIsAnError()
 void tst_QWResourceFile::whatIsNoRegularFileIsAnError()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     system.makeDirectory("/Library/folder.rsrc");
     QCOMPARE(::mkfifo(QFile::encodeName(system.real("/Library/pipe.rsrc")).constData(), 0600), 0); // nobody writes
     for (const char *path : {"/Library/folder.rsrc", "/Library/pipe.rsrc"}) {
@@ -107,7 +107,7 @@ void tst_QWResourceFile::whatIsNoRegularFileIsAnError()
 void tst_QWResourceFile::fileCutOffAnywhereIsAnErrorOrHarmless()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     const QByteArray whole = resourceFileBytes();
     for (qsizetype size = 0; size < whole.size(); ++size) {
         QWError error;

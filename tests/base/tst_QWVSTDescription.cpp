@@ -28,7 +28,7 @@ private Q_SLOTS:
 void tst_QWVSTDescription::recordsPathAndExactDate()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     system.addVSTBundle("~/Library/Audio/Plug-Ins/VST/Echo.vst");
     const timespec times[2] = {{1'234'567'890, 123'456'789}, {1'234'567'890, 123'456'789}};
     const QByteArray real = system.real("~/Library/Audio/Plug-Ins/VST/Echo.vst").toUtf8();
@@ -44,7 +44,7 @@ void tst_QWVSTDescription::recordsPathAndExactDate()
 void tst_QWVSTDescription::missingBundleHasNoDate()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     QVERIFY(!QWVSTDescription::descriptionWithPath("/Library/Nowhere.vst")->modificationDate());
 }
 
@@ -60,7 +60,7 @@ void tst_QWVSTDescription::dateSurvivesTheCatalogFile()
 void tst_QWVSTDescription::stateOfANewRecordHoldsOnlyWhatIsKnown()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     QCOMPARE(QWVSTDescription::descriptionWithPath("/x.vst")->state(),
              (QVariantMap{{"path", "/x.vst"}, {"ignore", false}, {"isInstrument", false}}));
 }

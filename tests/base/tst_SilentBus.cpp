@@ -51,7 +51,7 @@ namespace
 int launch(int argc, char **argv)
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     RecordingHost host(argc, argv);
     QWidget window;
     journal().whileLaunching = [&] {

@@ -71,5 +71,5 @@ public:
     FakeSystem system;
 
 private:
-    platform::System::Scope m_current{system};
+    platform::SystemScope m_current{system};
 };

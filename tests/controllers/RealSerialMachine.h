@@ -26,7 +26,7 @@ public:
 private:
     static std::unique_ptr<platform::System> _makeSystem(const QString &home, const QString &folder)
     {
-        platform::System::Services services;
+        platform::SystemServices services;
         services.locations = std::make_unique<platform::Locations>(home, home);
         services.mainBundle = std::make_unique<platform::Bundle>(home + "/Host.app");
         services.userDefaults = std::make_unique<platform::UserDefaults>(home + "/defaults.plist");
@@ -40,5 +40,5 @@ private:
     QTemporaryDir m_home{"/tmp/qwgrid-XXXXXX"};
     const QString m_folder = m_home.path() + "/devices";
     std::unique_ptr<platform::System> m_system = _makeSystem(m_home.path(), m_folder);
-    platform::System::Scope m_current{*m_system};
+    platform::SystemScope m_current{*m_system};
 };

@@ -16,7 +16,7 @@ protected Q_SLOTS:
     void init()
     {
         m_system = std::make_unique<FakeSystem>();
-        m_scope = std::make_unique<platform::System::Scope>(*m_system);
+        m_scope = std::make_unique<platform::SystemScope>(*m_system);
     }
 
     void cleanup()
@@ -35,5 +35,5 @@ protected:
     }
 
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::System::Scope> m_scope;
+    std::unique_ptr<platform::SystemScope> m_scope;
 };

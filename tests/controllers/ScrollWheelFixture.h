@@ -35,7 +35,7 @@ struct ScrollWheelFixture
     static constexpr auto openKey = "Scroll Wheel Manager Open";
 
     FakeSystem system;
-    platform::System::Scope scope{system};
+    platform::SystemScope scope{system};
     ScrollTarget target;
 
     ScrollWheelFixture()

@@ -1,9 +1,9 @@
 #include "audio-plugins/PluginDisk.h"
 
-#include <QWPlatform/System.h>
 #include <QWPlatform/foundation/processes/ChildProcesses.h>
 #include <QWPlatform/linux/lv2/Lv2Reply.h>
 #include <QWPlatform/linux/plugins/Lv2BundleScan.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <csignal>
 #include <functional>
@@ -123,7 +123,7 @@ private slots:
     void bundleThatStandsStillIsGivenUp()
     {
         const PluginDisk disk;
-        auto &processes = platform::System::current().childProcesses();
+        auto &processes = *platform::SystemServices::current().childProcesses;
         const QString bundle = disk.installLv2("Instrument");
         QVERIFY(QFile::remove(bundle + "/plugin.ttl"));
         QCOMPARE(::mkfifo(QFile::encodeName(bundle + "/plugin.ttl").constData(), 0600), 0); // nobody writes

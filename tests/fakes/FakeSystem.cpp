@@ -26,7 +26,7 @@ void write(const QString &path, const QByteArray &data)
 
 struct FakeSystem::Parts
 {
-    Services services;
+    SystemServices services;
     std::unique_ptr<QTemporaryDir> disk = std::make_unique<QTemporaryDir>();
     FakeAlerts *alerts = adopt(services.alerts, new FakeAlerts);
     FakeFilePanels *filePanels = adopt(services.filePanels, new FakeFilePanels);
@@ -94,7 +94,7 @@ FakeSystem::FakeSystem(Parts parts)
 FakeSystem::~FakeSystem()
 {
     // Here and not in the base: shared objects may write to the disk when they go.
-    Scope scope(*this);
+    SystemScope scope(*this);
     releaseShared();
     userDefaults().synchronize();
 }

@@ -1,5 +1,6 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/processes/ChildProcesses.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -67,7 +68,7 @@ private slots:
 
     void childrenAreEndedByItAsUsual()
     {
-        const auto result = System::current().childProcesses().run({"/bin/sh", {"-c", "kill -XFSZ $$"}, false});
+        const auto result = SystemServices::current().childProcesses->run({"/bin/sh", {"-c", "kill -XFSZ $$"}, false});
         QVERIFY(result.started);
         QVERIFY(!result.exited);
         QCOMPARE(result.status, SIGXFSZ);

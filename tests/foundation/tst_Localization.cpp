@@ -14,7 +14,7 @@ private slots:
     void textsComeFromTheHostsTable()
     {
         FakeSystem system;
-        System::Scope current(system);
+        SystemScope current(system);
         system.addHostResource("Localizable.strings", "\"Validating '%@'\" = \"'%@' wird geprüft\";");
         QCOMPARE(localized("Validating '%@'"), "'%@' wird geprüft");
         QCOMPARE(localized("Quit"), "Quit");
@@ -23,7 +23,7 @@ private slots:
     void withoutATableTheKeyIsTheText()
     {
         FakeSystem system;
-        System::Scope current(system);
+        SystemScope current(system);
         QCOMPARE(localized("Locating Audio Units"), "Locating Audio Units");
     }
 

@@ -26,7 +26,7 @@ public:
     FakeSystem system;
 
 private:
-    platform::System::Scope m_scope{system};
+    platform::SystemScope m_scope{system};
     bool m_isFurnished;
 
 public:

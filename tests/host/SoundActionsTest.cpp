@@ -7,14 +7,14 @@
 
 #include <QWPlatform/appkit/MenuItem.h>
 
-using platform::System;
+using platform::SystemScope;
 
 void SoundActionsTest::init()
 {
     m_report = {};
     m_script = {};
     m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<System::Scope>(*m_system);
+    m_scope = std::make_unique<SystemScope>(*m_system);
     m_document = std::make_unique<demo::AudioDocument>();
     m_window = std::make_unique<demo::MainWindow>(*m_document);
     m_actions = std::make_unique<demo::SoundActions>(*m_document, *m_window);

@@ -33,7 +33,7 @@ protected:
     void _waitForWork() { QTRY_VERIFY_WITH_TIMEOUT(!m_actions->work().isRunning(), patience); }
 
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::System::Scope> m_scope;
+    std::unique_ptr<platform::SystemScope> m_scope;
     std::unique_ptr<demo::AudioDocument> m_document;
     std::unique_ptr<demo::MainWindow> m_window;
     std::unique_ptr<demo::SoundActions> m_actions;

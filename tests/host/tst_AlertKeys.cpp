@@ -20,7 +20,7 @@
 #include <sys/stat.h>
 
 using platform::Alert;
-using platform::System;
+using platform::SystemScope;
 
 namespace
 {
@@ -168,7 +168,7 @@ template <class Manager>
 void scan(const std::function<void(FakeSystem &)> &furnish)
 {
     FakeSystem system;
-    const System::Scope scope(system);
+    const SystemScope scope(system);
     system.alerts.answer = answer;
     furnish(system);
     Manager().validate();

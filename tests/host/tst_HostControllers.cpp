@@ -29,7 +29,7 @@ using namespace demo;
 struct ControlledHost
 {
     FakeSystem system;
-    platform::System::Scope scope{system};
+    platform::SystemScope scope{system};
     AudioDocument document;
     MainWindow window{document};
     SoundActions actions{document, window};

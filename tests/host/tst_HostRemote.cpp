@@ -39,7 +39,7 @@ private:
 struct RemoteHost
 {
     FakeSystem system;
-    platform::System::Scope scope{system};
+    platform::SystemScope scope{system};
     Viewport viewport;
     Receiver receiver;
     std::unique_ptr<ControllerActions> actions;

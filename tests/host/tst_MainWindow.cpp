@@ -51,7 +51,7 @@ private:
 
     const QString m_key = QGuiApplication::applicationDisplayName() + " Frame";
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::System::Scope> m_scope;
+    std::unique_ptr<platform::SystemScope> m_scope;
     std::unique_ptr<demo::AudioDocument> m_document;
     std::unique_ptr<demo::MainWindow> m_window;
 };
@@ -59,7 +59,7 @@ private:
 void tst_MainWindow::init()
 {
     m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<platform::System::Scope>(*m_system);
+    m_scope = std::make_unique<platform::SystemScope>(*m_system);
     m_document = std::make_unique<demo::AudioDocument>();
     m_window = std::make_unique<demo::MainWindow>(*m_document);
 }

@@ -31,7 +31,7 @@ static demo::ClipPointer twoHalves()
 void tst_Playback::headFollowsTheClock()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     demo::Playback playback;
     QSignalSpy moves(&playback, &demo::Playback::moved);
     playback.start(twoHalves(), {0.5, 1.5});
@@ -44,7 +44,7 @@ void tst_Playback::headFollowsTheClock()
 void tst_Playback::itEndsAtTheEndOfTheRange()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     demo::Playback playback;
     QSignalSpy moves(&playback, &demo::Playback::moved);
     playback.start(twoHalves(), {0.5, 1.5});
@@ -57,7 +57,7 @@ void tst_Playback::itEndsAtTheEndOfTheRange()
 void tst_Playback::stoppingStaysWhereItIs()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     demo::Playback playback;
     playback.stop(); // nothing plays yet
     playback.start(twoHalves(), {0, 2});
@@ -72,7 +72,7 @@ void tst_Playback::stoppingStaysWhereItIs()
 void tst_Playback::abandonedItSaysNoPlace()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     demo::Playback playback;
     QSignalSpy states(&playback, &demo::Playback::playingChanged);
     playback.start(twoHalves(), {0, 2});
@@ -88,7 +88,7 @@ void tst_Playback::abandonedItSaysNoPlace()
 void tst_Playback::levelIsThatOfTheLastMoments()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     demo::Playback playback;
     QSignalSpy moves(&playback, &demo::Playback::moved);
     playback.start(twoHalves(), {0.9, 2});

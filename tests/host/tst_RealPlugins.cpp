@@ -5,6 +5,7 @@
 
 #include <QWPlatform/System.h>
 #include <QWPlatform/devices/components/ComponentRegistry.h>
+#include <QWPlatform/machine/SystemServices.h>
 #include <QWPlatform/plugins/AudioPlugin.h>
 #include <QWPlatform/plugins/PluginLoader.h>
 
@@ -14,6 +15,7 @@
 using demo::Sound;
 using platform::fourCharCode;
 using platform::System;
+using platform::SystemServices;
 
 /// The renderer on plug-ins of other makers, as the packages that the doors install put them on this machine.
 class tst_RealPlugins : public QObject
@@ -83,7 +85,7 @@ static void verifyEffect(const demo::PluginRenderer::Opener &opener)
 
 static std::optional<platform::AudioComponent> effectNamed(const QByteArray &name)
 {
-    auto &registry = System::current().componentRegistry();
+    auto &registry = *SystemServices::current().componentRegistry;
     for (const platform::AudioComponent &unit : registry.componentsOfType(fourCharCode("aufx")))
         if (registry.nameOfComponent(unit).endsWith(QByteArray(": " + name)))
             return unit;

@@ -5,7 +5,7 @@
 
 #include <QWUtilities/plugins/QWAUManager.h>
 
-using platform::System;
+using platform::SystemScope;
 
 namespace
 {
@@ -40,7 +40,7 @@ private Q_SLOTS:
 void tst_AUIdentifiers::identifierComesFromTheResourceFile()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     addComponentBundle(system, "/Library/Audio/Plug-Ins/Components/Super.Delay.component",
                        {{"CFBundleIdentifier", "com.acme.delay"}});
     QCOMPARE(scannedIdentifier(system), "com.acme.delay");
@@ -49,7 +49,7 @@ void tst_AUIdentifiers::identifierComesFromTheResourceFile()
 void tst_AUIdentifiers::identifierOfTheUsersFolderWins()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     // The system's bundle of the same identifier registers another unit; only the user's counts.
     QByteArray other = resourceFileBytes();
     other.replace("Dlay", "Othr");
@@ -60,7 +60,7 @@ void tst_AUIdentifiers::identifierOfTheUsersFolderWins()
     QCOMPARE(scannedIdentifier(system), "com.acme.delay");
 
     FakeSystem turned;
-    System::Scope inner(turned);
+    SystemScope inner(turned);
     addComponentBundle(turned, "/Library/Audio/Plug-Ins/Components/A.component",
                        {{"CFBundleIdentifier", "com.acme.delay"}});
     addComponentBundle(turned, "~/Library/Audio/Plug-Ins/Components/B.component",
@@ -71,7 +71,7 @@ void tst_AUIdentifiers::identifierOfTheUsersFolderWins()
 void tst_AUIdentifiers::firstOfTwoIdentifiersIsTaken()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const QString folder = "/Library/Audio/Plug-Ins/Components";
     addComponentBundle(system, folder + "/A.component", {{"CFBundleIdentifier", "com.acme.b"}});
     addComponentBundle(system, folder + "/B.component", {{"CFBundleIdentifier", "com.acme.a"}});
@@ -95,7 +95,7 @@ void tst_AUIdentifiers::identifierFallsBack()
     QFETCH(QVariantMap, info);
     QFETCH(QString, identifier);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     addComponentBundle(system, "/Library/Audio/Plug-Ins/Components/A.component", info);
     QCOMPARE(scannedIdentifier(system), identifier);
 }
@@ -120,7 +120,7 @@ void tst_AUIdentifiers::bundlesThatTellNothingAreSkipped()
     QFETCH(QString, path);
     QFETCH(QByteArray, resources);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     addComponentBundle(system, path, {{"CFBundleIdentifier", "com.acme.delay"}}, resources);
     QCOMPARE(scannedIdentifier(system), "none");
 }
@@ -128,7 +128,7 @@ void tst_AUIdentifiers::bundlesThatTellNothingAreSkipped()
 void tst_AUIdentifiers::componentFolderWithoutPermissionAddsNothing()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const QString folder = "/Library/Audio/Plug-Ins/Components";
     addComponentBundle(system, folder + "/A.component", {{"CFBundleIdentifier", "com.acme.delay"}});
     QVERIFY(setForbidden(system, folder, true));

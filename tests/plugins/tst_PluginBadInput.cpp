@@ -12,7 +12,7 @@
 
 using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
-using platform::System;
+using platform::SystemScope;
 
 /// Files and names that nobody would write on purpose, and files that cannot be read.
 class tst_PluginBadInput : public QObject
@@ -51,7 +51,7 @@ void tst_PluginBadInput::unreadableUnitDatabaseIsAnEmptyCatalog()
 {
     QFETCH(QByteArray, bytes);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.writeFile(auDatabase, bytes);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = acceptingValidator(system, auHandOff);
@@ -78,7 +78,7 @@ void tst_PluginBadInput::unitHandOffThatIsNoDictionaryCountsAsSuccess()
 {
     QFETCH(QByteArray, bytes);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = [&](const ChildProcessRequest &) {
         system.writeFile(auHandOff, bytes);
@@ -95,7 +95,7 @@ void tst_PluginBadInput::unitHandOffThatIsNoDictionaryCountsAsSuccess()
 void tst_PluginBadInput::handOffWithoutPermissionCountsAsSuccessAndIsDeleted()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.writePropertyList(auHandOff, QVariantMap{{"ignore", true}});
     QVERIFY(setForbidden(system, auHandOff, true));
@@ -111,7 +111,7 @@ void tst_PluginBadInput::handOffWithoutPermissionCountsAsSuccessAndIsDeleted()
 void tst_PluginBadInput::oddUnitNamesGoAllTheWay()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const QStringList names{"A & B", "שלום", "🎛 Delay", QString(1000, 'x'), "tab\there", "<i>\"q\"</i>", "&amp;"};
     quint32 code = platform::fourCharCode("Aaaa");
     for (const QString &name : names)
@@ -139,7 +139,7 @@ void tst_PluginBadInput::unreadableBundleDatabaseIsAnEmptyCatalog()
 {
     QFETCH(QByteArray, bytes);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.writeFile(vstDatabase, bytes);
     system.addVSTBundle(systemFolder + "/Echo.vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
@@ -152,7 +152,7 @@ void tst_PluginBadInput::unreadableBundleDatabaseIsAnEmptyCatalog()
 void tst_PluginBadInput::recordsWithOddValuesAreKept()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.writePropertyList(vstDatabase, QVariantList{QVariantMap{{"path", "/VST/A.vst"}, {"ignore", "yes"}},
                                                        QVariantMap{{"path", "/VST/B.vst"}, {"modificationDate", "now"}},
                                                        QVariantMap{{"path", 5LL}, {"name", "no path"}}});
@@ -168,7 +168,7 @@ void tst_PluginBadInput::recordsWithOddValuesAreKept()
 void tst_PluginBadInput::databaseWithoutPermissionIsAnEmptyCatalogAndStays()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     writeCatalog(system, {systemFolder + "/Old.vst"});
     system.addVSTBundle(systemFolder + "/New.vst");
     const auto before = system.readFile(vstDatabase);
@@ -200,7 +200,7 @@ void tst_PluginBadInput::bundleHandOffThatIsNoDictionaryCountsAsSuccess()
 {
     QFETCH(QByteArray, bytes);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/Echo.vst");
     system.processes.handler = [&](const ChildProcessRequest &) {
         system.writeFile(vstHandOff, bytes);
@@ -216,7 +216,7 @@ void tst_PluginBadInput::bundleHandOffThatIsNoDictionaryCountsAsSuccess()
 void tst_PluginBadInput::oddBundleNamesGoAllTheWay()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const QStringList names{"A & B",          "a:b",        "🎛", "שלום", QString(60, QChar(0x20AC)), "x\x01y\rz",
                             "tab\tnew\nline", "<i>&amp;<i>"};
     for (const QString &name : names)

@@ -10,7 +10,7 @@
 
 using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
-using platform::System;
+using platform::SystemScope;
 
 namespace
 {
@@ -29,7 +29,7 @@ struct UnitMachine
     }
 
     FakeSystem system;
-    System::Scope current{system};
+    SystemScope current{system};
     OwnGraylist graylist;
 };
 
@@ -45,7 +45,7 @@ struct BundleMachine
     }
 
     FakeSystem system;
-    System::Scope current{system};
+    SystemScope current{system};
     OwnGraylist graylist;
 };
 } // namespace
@@ -77,7 +77,7 @@ private Q_SLOTS:
 void tst_PluginGraylists::shippedGraylistWarnsOfAUnit()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "wbDl", "Glmf", "Glimmerfrog: Own Name");
     QWAUManager manager;
     manager.validate();
@@ -93,7 +93,7 @@ void tst_PluginGraylists::shippedGraylistWarnsOfAUnit()
 void tst_PluginGraylists::hostWithoutGraylistUsesEveryUnit()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "wbDl", "Glmf", "Glimmerfrog: Own Name"); // on the framework's own list
     system.processes.handler = acceptingValidator(system, auHandOff);
     HostsOwn<QWAUManager>().validate();
@@ -147,7 +147,7 @@ void tst_PluginGraylists::graylistedUnitCanBeUsed()
 void tst_PluginGraylists::unitGraylistComparesSubtypeAndManufacturerOnly()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     QVariantMap negative = graylistEntry("Dlay", "Acme", "High Codes");
     negative["subtype"] = -1453235613LL; // 0xA9616263, as a signed word
     negative["manufacturer"] = 0xFFFFFFFFLL;
@@ -216,7 +216,7 @@ void tst_PluginGraylists::oddUnitGraylistsAreHarmless()
 void tst_PluginGraylists::shippedGraylistWarnsOfABundle()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/Own Name.vst", "com.glimmerfrog.wobbledelay");
     QWVSTManager().validate();
     QCOMPARE(system.alerts.shown,
@@ -229,7 +229,7 @@ void tst_PluginGraylists::shippedGraylistWarnsOfABundle()
 void tst_PluginGraylists::hostWithoutGraylistUsesEveryBundle()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/Own Name.vst", "com.glimmerfrog.wobbledelay"); // on the framework's own list
     system.processes.handler = acceptingValidator(system, vstHandOff);
     HostsOwn<QWVSTManager>().validate();

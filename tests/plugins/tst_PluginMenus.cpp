@@ -7,7 +7,7 @@
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 
-using platform::System;
+using platform::SystemScope;
 
 namespace
 {
@@ -48,7 +48,7 @@ private Q_SLOTS:
 void tst_PluginMenus::unitMenusGroupByManufacturerInTitleOrder()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Zeta", "Beta", "Beta: Zeta");
     system.components.add("aumf", "Gamm", "Acme", "Acme: gamma");
     system.components.add("aufx", "Alph", "Beta", "Beta: Alpha");
@@ -69,7 +69,7 @@ void tst_PluginMenus::unitMenusGroupByManufacturerInTitleOrder()
 void tst_PluginMenus::unitMenusLeaveOutIgnoredAndPlayers()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     QVariantList states;
     const auto add = [&](const char(&type)[5], const char(&subtype)[5], const char(&maker)[5], bool ignore) {
         using platform::fourCharCode;
@@ -93,7 +93,7 @@ void tst_PluginMenus::unitMenusLeaveOutIgnoredAndPlayers()
 void tst_PluginMenus::namesThatTheCatalogLacksAreAskedOfTheRegistry()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const QWComponentDescription unit(system.components.add("aufx", "Dlay", "Acme", "Acme: Delay"));
     system.writePropertyList(auDatabase, QVariantList{QVariantMap{{"componentDescription", unit.state()}}});
     QCOMPARE(outline(*QWAUManager().effectsMenuWithTargetAction(this, "insertPlugin:")), "Acme [Delay]");
@@ -102,7 +102,7 @@ void tst_PluginMenus::namesThatTheCatalogLacksAreAskedOfTheRegistry()
 void tst_PluginMenus::emptyUnitCatalogGivesEmptyMenus()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     QWAUManager manager;
     QVERIFY(manager.effectsMenuWithTargetAction(this, "insertPlugin:")->isEmpty());
     QVERIFY(manager.instrumentsMenuWithTargetAction(this, "insertPlugin:")->isEmpty());
@@ -111,7 +111,7 @@ void tst_PluginMenus::emptyUnitCatalogGivesEmptyMenus()
 void tst_PluginMenus::unitItemsCarryTheirComponentAndSendTheAction()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const auto component = system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = acceptingValidator(system, auHandOff);
     QWAUManager manager;
@@ -158,7 +158,7 @@ void tst_PluginMenus::bundleMenuMirrorsTheFolders()
     QFETCH(QStringList, paths);
     QFETCH(QString, menu);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     writeCatalog(system, paths);
     QCOMPARE(outline(*QWVSTManager().effectsMenuWithTargetAction(this, "insertPlugin:")), menu);
 }
@@ -166,7 +166,7 @@ void tst_PluginMenus::bundleMenuMirrorsTheFolders()
 void tst_PluginMenus::bundleMenusLeaveOutIgnoredAndTheOtherKind()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.writePropertyList(vstDatabase, QVariantList{QVariantMap{{"path", "/VST/Effect.vst"}},
                                                        QVariantMap{{"path", "/VST/Synth.vst"}, {"isInstrument", true}},
                                                        QVariantMap{{"path", "/VST/Bad.vst"}, {"ignore", true}}});
@@ -178,7 +178,7 @@ void tst_PluginMenus::bundleMenusLeaveOutIgnoredAndTheOtherKind()
 void tst_PluginMenus::emptyBundleMenusHoldAPlaceholder()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     writeCatalog(system, {"/VST/A.vst", "/VST/B/C.vst"}, {{"ignore", true}});
     const auto menu = QWVSTManager().effectsMenuWithTargetAction(this, "insertPlugin:");
     QCOMPARE(titlesOf(*menu), QStringList{"No plug-ins found"});
@@ -189,7 +189,7 @@ void tst_PluginMenus::emptyBundleMenusHoldAPlaceholder()
 void tst_PluginMenus::bundleItemsShareTheirRecordAndSendTheAction()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     writeCatalog(system, {systemFolder + "/Acme/Echo.vst"});
     Receiver receiver;
     std::unique_ptr<QMenu> menu;
@@ -208,7 +208,7 @@ void tst_PluginMenus::bundleItemsShareTheirRecordAndSendTheAction()
 void tst_PluginMenus::bundleMenuIsThatOfInsertionOneByOne()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     QStringList paths;
     QMenu expected;
     for (int i = 0; i < 500; ++i) {

@@ -10,7 +10,7 @@
 
 using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
-using platform::System;
+using platform::SystemScope;
 
 namespace
 {
@@ -43,7 +43,7 @@ private Q_SLOTS:
 void tst_PluginScanInterruptions::skipKeyStopsValidationOfUnitsForGood()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Aaaa", "Acme", "Acme: A");
     system.components.add("aufx", "Bbbb", "Acme", "Acme: B");
     system.components.add("aufx", "Cccc", "Acme", "Acme: C");
@@ -80,7 +80,7 @@ void tst_PluginScanInterruptions::otherKeysDoNotSkip()
 {
     QFETCH(int, byte);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.keyboard.map[0] = static_cast<quint8>(byte);
     system.keyboard.map[1] = 0x02;
     system.components.add("aufx", "Aaaa", "Acme", "Acme: A");
@@ -92,7 +92,7 @@ void tst_PluginScanInterruptions::otherKeysDoNotSkip()
 void tst_PluginScanInterruptions::skipKeyIsSampledOncePerNewUnit()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const OwnGraylist graylist(auGraylist, QVariantList{graylistEntry("Aaaa", "Acme", "A")});
     system.components.add("aufx", "Aaaa", "Acme", "Acme: A"); // ignored, and sampled all the same
     system.components.add("aufx", "Bbbb", "Acme", "Acme: B");
@@ -116,7 +116,7 @@ void tst_PluginScanInterruptions::exceptionsAreNotReportedDuringTheScan()
 {
     QFETCH(Scan, scan);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     auto *application = QWApplication::sharedApplication();
     application->setHandleExceptions(true);
     system.components.add("aufx", "Aaaa", "Acme", "Acme: A");
@@ -134,7 +134,7 @@ void tst_PluginScanInterruptions::exceptionsAreNotReportedDuringTheScan()
 void tst_PluginScanInterruptions::unitScanGoesOnAfterOneThatAnExceptionEnded()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Aaaa", "Acme", "Acme: A");
     system.processes.handler = [](const ChildProcessRequest &) -> ChildProcessResult { throw std::bad_alloc(); };
     QWAUManager manager;
@@ -153,7 +153,7 @@ void tst_PluginScanInterruptions::unitScanGoesOnAfterOneThatAnExceptionEnded()
 void tst_PluginScanInterruptions::skipKeyStopsValidationOfBundlesForGood()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/A.vst");
     system.addVSTBundle(systemFolder + "/B.vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
@@ -173,7 +173,7 @@ void tst_PluginScanInterruptions::skipKeyStopsValidationOfBundlesForGood()
 void tst_PluginScanInterruptions::bundleScanGoesOnAfterOneThatAnExceptionEnded()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/Acme/A.vst");
     system.processes.handler = [](const ChildProcessRequest &) -> ChildProcessResult { throw std::bad_alloc(); };
     QWVSTManager manager;

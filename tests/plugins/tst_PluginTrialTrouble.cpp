@@ -14,7 +14,7 @@
 
 using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
-using platform::System;
+using platform::SystemScope;
 
 namespace
 {
@@ -60,7 +60,7 @@ public:
     const OrdinaryUser user;
 
 private:
-    System::Scope m_scope;
+    SystemScope m_scope;
 };
 
 QByteArray logged()

@@ -4,6 +4,7 @@
 #include <QWUtilities/plugins/QWAUDescription.h>
 
 using platform::System;
+using platform::SystemScope;
 
 class tst_QWAUDescription : public QObject
 {
@@ -89,7 +90,7 @@ void tst_QWAUDescription::registryNameGivesManufacturerAndName()
     QFETCH(QString, name);
     QFETCH(bool, loads);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const auto record = recordOf(system.components.add("aufx", "Dlay", "Acme", registryName));
     QCOMPARE(record->loadInfo(), loads);
     QCOMPARE(record->manufacturer(), manufacturer);
@@ -99,7 +100,7 @@ void tst_QWAUDescription::registryNameGivesManufacturerAndName()
 void tst_QWAUDescription::nameOfALengthByteAloneIsAnEmptyName()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const auto record = recordOf(system.components.add("aufx", "Dlay", "Acme", ""));
     system.components.entries.back().name = QByteArray(1, '\0');
     QVERIFY(record->loadInfo());
@@ -110,7 +111,7 @@ void tst_QWAUDescription::nameOfALengthByteAloneIsAnEmptyName()
 void tst_QWAUDescription::nameThatCannotBeReadLeavesTheFieldsAlone()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const auto record = recordOf(system.components.add("aufx", "Dlay", "Acme", ""));
     QVERIFY(!record->loadInfo());
     QCOMPARE(record->state().keys(), (QStringList{"componentDescription", "ignore"}));
@@ -121,7 +122,7 @@ void tst_QWAUDescription::nameThatCannotBeReadLeavesTheFieldsAlone()
 void tst_QWAUDescription::unknownIsLocalized()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addHostResource("Localizable.strings", "\"Unknown\" = \"Unbekannt\";");
     const auto record = recordOf(system.components.add("aufx", "Dlay", "Acme", "Super Delay"));
     QVERIFY(record->loadInfo());
@@ -131,7 +132,7 @@ void tst_QWAUDescription::unknownIsLocalized()
 void tst_QWAUDescription::namesLoadOnDemand()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const auto component = system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     QCOMPARE(recordOf(component)->name(), "Delay");
     QCOMPARE(recordOf(component)->manufacturer(), "Acme");
@@ -141,7 +142,7 @@ void tst_QWAUDescription::namesLoadOnDemand()
 void tst_QWAUDescription::loadedNamesAreNotLoadedAgain()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const auto record = recordOf(system.components.add("aufx", "Dlay", "Acme", "Acme: Delay"));
     record->setName("");
     record->setManufacturer("Other");
@@ -152,7 +153,7 @@ void tst_QWAUDescription::loadedNamesAreNotLoadedAgain()
 void tst_QWAUDescription::kindIsThatOfTheComponent()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const auto instrument = recordOf(system.components.add("aumu", "Synh", "Acme", "Acme: Synth"));
     const auto effect = recordOf(system.components.add("aumf", "Dlay", "Acme", "Acme: Delay"));
     const auto player = recordOf(system.components.add("augn", "afpl", "appl", "System: Player"));

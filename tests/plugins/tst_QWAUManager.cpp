@@ -10,7 +10,7 @@
 
 using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
-using platform::System;
+using platform::SystemScope;
 
 class tst_QWAUManager : public QObject
 {
@@ -39,7 +39,7 @@ private Q_SLOTS:
 void tst_QWAUManager::missingDatabaseIsAnEmptyCatalog()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     QVERIFY(QWAUManager().database().empty());
     QVERIFY(system.alerts.shown.isEmpty());
 }
@@ -47,7 +47,7 @@ void tst_QWAUManager::missingDatabaseIsAnEmptyCatalog()
 void tst_QWAUManager::catalogIsSavedAsItWasRead()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     QVariantList states;
     for (const char *name : {"Zeta", "Alpha", "Beta & <Co>"}) {
         const auto component = system.components.add("aufx", "Aaaa", "Acme", QString("Acme: ") + name);
@@ -71,7 +71,7 @@ void tst_QWAUManager::catalogIsSavedAsItWasRead()
 void tst_QWAUManager::newUnitsAreTriedOnceInOrderOfTheirTypes()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("augn", "Nois", "Acme", "Acme: Generator");
     system.components.add("aumu", "Synh", "Acme", "Acme: Instrument");
     system.components.add("auou", "Outp", "Acme", "Acme: Output");
@@ -92,7 +92,7 @@ void tst_QWAUManager::newUnitsAreTriedOnceInOrderOfTheirTypes()
 void tst_QWAUManager::validatorIsFoundInTheFrameworkAndGetsSignedCodes()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add(platform::AudioComponent{platform::fourCharCode("aufx"), 0xA9616263, 0xFFFFFFFF, 0, 0},
                           "Acme: Delay");
     system.processes.handler = acceptingValidator(system, auHandOff);
@@ -108,7 +108,7 @@ void tst_QWAUManager::validatorIsFoundInTheFrameworkAndGetsSignedCodes()
 void tst_QWAUManager::recordIsSavedBeforeItIsTriedAndAgainAfterwards()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     QVariantList saved;
     system.processes.handler = [&](const ChildProcessRequest &) {
@@ -126,7 +126,7 @@ void tst_QWAUManager::recordIsSavedBeforeItIsTriedAndAgainAfterwards()
 void tst_QWAUManager::handOffIsAppliedAndDeleted()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler =
         acceptingValidator(system, auHandOff, {{"manufacturer", "Acme Ltd."}, {"identifier", "com.acme"}});
@@ -142,7 +142,7 @@ void tst_QWAUManager::handOffIsAppliedAndDeleted()
 void tst_QWAUManager::handOffMayIgnoreTheUnit()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = acceptingValidator(system, auHandOff, {{"ignore", true}});
     QWAUManager manager;
@@ -154,7 +154,7 @@ void tst_QWAUManager::handOffMayIgnoreTheUnit()
 void tst_QWAUManager::handOffMayNameAnotherUnit()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler =
         acceptingValidator(system, auHandOff, {{"componentDescription", QWComponentDescription(1, 2, 3).state()}});
@@ -168,7 +168,7 @@ void tst_QWAUManager::handOffMayNameAnotherUnit()
 void tst_QWAUManager::hostMayGiveARecordAnotherUnit()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = acceptingValidator(system, auHandOff);
     QWAUManager manager;
@@ -184,7 +184,7 @@ void tst_QWAUManager::hostMayGiveARecordAnotherUnit()
 void tst_QWAUManager::staleHandOffIsTakenForTheNextUnit()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.writePropertyList(auHandOff, QVariantMap{{"name", "Stale"}});
     QWAUManager manager; // the validator does nothing
@@ -209,7 +209,7 @@ void tst_QWAUManager::unitThatFailsIsTriedOnceAndLeftOutOfMenus()
     QFETCH(bool, exited);
     QFETCH(int, status);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = [&](const ChildProcessRequest &) {
         return ChildProcessResult{.started = started, .exited = exited, .status = status, .output = {}};
@@ -229,7 +229,7 @@ void tst_QWAUManager::unitThatFailsIsTriedOnceAndLeftOutOfMenus()
 void tst_QWAUManager::unitWithoutNameIsToldAtEveryScanAndNotRecorded()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "");
     system.components.add("aufx", "Revb", "Acme", ": Reverb");
     system.components.add("aufx", "Good", "Acme", "Acme: Good");
@@ -247,7 +247,7 @@ void tst_QWAUManager::unitWithoutNameIsToldAtEveryScanAndNotRecorded()
 void tst_QWAUManager::removedUnitIsForgottenAndTriedAgainWhenItComesBack()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const auto delay = system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.components.add("aufx", "Revb", "Acme", "Acme: Reverb");
     system.processes.handler = acceptingValidator(system, auHandOff);
@@ -266,7 +266,7 @@ void tst_QWAUManager::removedUnitIsForgottenAndTriedAgainWhenItComesBack()
 void tst_QWAUManager::unchangedMachineWritesNothing()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.processes.handler = acceptingValidator(system, auHandOff);
     QWAUManager().validate();
@@ -280,7 +280,7 @@ void tst_QWAUManager::unchangedMachineWritesNothing()
 void tst_QWAUManager::changedDatabaseBehindTheBackIsRewritten()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.components.add("aufx", "Dlay", "Acme", "Acme: Delay");
     system.components.add("aufx", "Revb", "Acme", "Acme: Reverb");
     int runs = 0;
@@ -300,7 +300,7 @@ void tst_QWAUManager::changedDatabaseBehindTheBackIsRewritten()
 void tst_QWAUManager::textsAreLocalized()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addHostResource(
         "Localizable.strings",
         "\"The '%@' Audio Unit failed to validate and will be ignored.\" = \"%@ fehlt\";"

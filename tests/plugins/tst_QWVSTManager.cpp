@@ -13,7 +13,7 @@
 
 using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
-using platform::System;
+using platform::SystemScope;
 
 namespace
 {
@@ -50,7 +50,7 @@ private Q_SLOTS:
 void tst_QWVSTManager::nothingInstalled()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     QWVSTManager manager;
     manager.validate();
     QVERIFY(manager.database().empty());
@@ -61,7 +61,7 @@ void tst_QWVSTManager::nothingInstalled()
 void tst_QWVSTManager::validatorGetsTheExpandedPath()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(userFolder + "/A b.vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
     QWVSTManager().validate();
@@ -75,7 +75,7 @@ void tst_QWVSTManager::validatorGetsTheExpandedPath()
 void tst_QWVSTManager::recordKeepsItsTildeWhateverIsHandedOff()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(userFolder + "/Echo.vst");
     system.processes.handler = [&](const ChildProcessRequest &request) {
         const auto description = QWVSTDescription::descriptionWithPath(request.arguments.front());
@@ -96,7 +96,7 @@ void tst_QWVSTManager::recordKeepsItsTildeWhateverIsHandedOff()
 void tst_QWVSTManager::recordIsSavedBeforeItIsTriedAndAgainAfterwards()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/A.vst");
     system.addVSTBundle(systemFolder + "/B.vst");
     QList<qsizetype> saved;
@@ -116,7 +116,7 @@ void tst_QWVSTManager::recordIsSavedBeforeItIsTriedAndAgainAfterwards()
 void tst_QWVSTManager::bundleThatFailsIsTriedOnceAndLeftOutOfMenus()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.makeDirectory(systemFolder + "/Acme/Echo.vst"); // without Info.plist
     QWVSTManager manager;
     manager.validate();
@@ -131,7 +131,7 @@ void tst_QWVSTManager::bundleThatFailsIsTriedOnceAndLeftOutOfMenus()
 void tst_QWVSTManager::changedBundleIsTriedAgainAndMovesToTheEnd()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     QWVSTManager manager;
     system.processes.handler = acceptingValidator(system, vstHandOff);
     for (const char *name : {"/A.vst", "/B.vst", "/C.vst"}) {
@@ -149,7 +149,7 @@ void tst_QWVSTManager::changedBundleIsTriedAgainAndMovesToTheEnd()
 void tst_QWVSTManager::aNanosecondIsAChange()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/A.vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
     QWVSTManager().validate();
@@ -163,7 +163,7 @@ void tst_QWVSTManager::aNanosecondIsAChange()
 void tst_QWVSTManager::vanishedBundleIsForgotten()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/A.vst");
     system.addVSTBundle(systemFolder + "/B.vst");
     QWVSTManager manager; // both fail, and are ignored
@@ -179,7 +179,7 @@ void tst_QWVSTManager::vanishedBundleIsForgotten()
 void tst_QWVSTManager::unchangedMachineWritesNothing()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(userFolder + "/A.vst");
     system.addVSTBundle(systemFolder + "/Acme/B.vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
@@ -195,7 +195,7 @@ void tst_QWVSTManager::unchangedMachineWritesNothing()
 void tst_QWVSTManager::hostsChangesToARecordAreSaved()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/A.vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
     QWVSTManager manager;
@@ -209,7 +209,7 @@ void tst_QWVSTManager::hostsChangesToARecordAreSaved()
 void tst_QWVSTManager::textsAreLocalized()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addHostResource(
         "Localizable.strings",
         "\"The '%@' VST failed to validate and will be ignored.\" = \"%@ fehlt\";"

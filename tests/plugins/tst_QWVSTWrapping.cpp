@@ -14,7 +14,7 @@ private slots:
     void programRunsUntilNothingIsLeft()
     {
         FakeSystem system;
-        const platform::System::Scope current(system);
+        const platform::SystemScope current(system);
         system.processes.handler = [&](const auto &) {
             const int status = system.processes.runs.size() < 3 ? 3 : 0;
             return platform::ChildProcessResult{.started = true, .exited = true, .status = status, .output = {}};
@@ -31,7 +31,7 @@ private slots:
     void onlyOneIsUnderWay()
     {
         FakeSystem system;
-        const platform::System::Scope current(system);
+        const platform::SystemScope current(system);
         QSemaphore mayEnd;
         system.processes.handler = [&](const auto &) {
             mayEnd.acquire();
@@ -51,7 +51,7 @@ private slots:
     void missingProgramIsTheEnd()
     {
         FakeSystem system;
-        const platform::System::Scope current(system);
+        const platform::SystemScope current(system);
         system.processes.handler = [](const auto &) { return platform::ChildProcessResult(); };
         bool isDone = false;
         QVERIFY(QWVSTWrapping::sharedInstance().begin([&] { isDone = true; }));
@@ -64,7 +64,7 @@ private slots:
         std::size_t runs = 0;
         {
             FakeSystem system;
-            const platform::System::Scope current(system);
+            const platform::SystemScope current(system);
             QSemaphore hasBegun;
             QSemaphore mayEnd;
             system.processes.handler = [&](const auto &) {
@@ -86,7 +86,7 @@ private slots:
     void hostThatQuitsEndsTheRun()
     {
         FakeSystem system;
-        const platform::System::Scope current(system);
+        const platform::SystemScope current(system);
         QSemaphore hasBegun;
         QSemaphore isEnded;
         system.processes.handler = [&](const auto &) {

@@ -6,13 +6,14 @@
 #include <QWBase/QWApplicationLog.h>
 #include <QWBase/QWFile.h>
 #include <QWPlatform/devices/components/ComponentRegistry.h>
+#include <QWPlatform/machine/SystemServices.h>
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 
 #include <QtEndian>
 
 using platform::ChildProcessRequest;
-using platform::System;
+using platform::SystemServices;
 
 namespace
 {
@@ -21,7 +22,7 @@ class RealChildren
 {
 public:
     RealChildren()
-        : m_real(System::current().childProcesses())
+        : m_real(*SystemServices::current().childProcesses)
         , m_scope(system)
     {
         system.processes.handler = [this](const ChildProcessRequest &request) {
@@ -37,7 +38,7 @@ public:
 
 private:
     platform::ChildProcesses &m_real;
-    System::Scope m_scope;
+    SystemScope m_scope;
 };
 
 void installBundle(const QString &name)
@@ -67,9 +68,9 @@ void tst_RealValidators::initTestCase()
 
 void tst_RealValidators::stubThatWritesTheHandOffIsBelieved()
 {
-    auto &real = System::current().childProcesses();
+    auto &real = *SystemServices::current().childProcesses;
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle("/Library/Audio/Plug-Ins/VST/Echo.vst");
     system.makeDirectory("~/Library/Application Support/Quorwell");
     system.processes.handler = [&](const ChildProcessRequest &) {
@@ -125,7 +126,7 @@ void tst_RealValidators::vstCatalogStaysAsItIs()
 
 void tst_RealValidators::lv2UnitsAreTriedForReal()
 {
-    auto &registry = System::current().componentRegistry();
+    auto &registry = *SystemServices::current().componentRegistry;
     std::vector<FakeComponentRegistry::Entry> installed;
     for (const char *type : {"aufx", "aumf", "aumu", "augn"})
         for (const auto &unit : registry.componentsOfType(qFromBigEndian<quint32>(type)))

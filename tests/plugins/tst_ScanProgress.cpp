@@ -9,7 +9,7 @@
 
 using platform::ChildProcessRequest;
 using platform::ChildProcessResult;
-using platform::System;
+using platform::SystemScope;
 
 namespace
 {
@@ -46,7 +46,7 @@ public:
     QStringList lines;
 
 private:
-    System::Scope m_scope;
+    SystemScope m_scope;
 };
 } // namespace
 
@@ -70,7 +70,7 @@ private:
 void tst_ScanProgress::locatingIsToldFirst()
 {
     FakeSystem empty;
-    System::Scope current(empty);
+    SystemScope current(empty);
     QWSplashScreen::splashScreen().open();
     QWAUManager().validate();
     QCOMPARE(actionLine(), "Locating Audio Units...");

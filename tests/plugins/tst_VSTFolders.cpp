@@ -13,7 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using platform::System;
+using platform::SystemScope;
 
 /// What counts as a bundle in the folders that are walked.
 class tst_VSTFolders : public QObject
@@ -38,7 +38,7 @@ private Q_SLOTS:
 void tst_VSTFolders::walksBothFoldersAtAnyDepth()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const QStringList paths{systemFolder + "/Echo.vst", systemFolder + "/Acme/Delays/Tape/Deep.vst",
                             userFolder + "/Echo.vst", userFolder + "/Acme/Other.vst"};
     for (const QString &path : paths)
@@ -75,7 +75,7 @@ void tst_VSTFolders::onlyTheExactExtensionCounts()
     QFETCH(bool, isFile);
     QFETCH(bool, isFound);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const QString path = systemFolder + '/' + entry;
     if (isFile)
         system.writeFile(path, "no bundle");
@@ -90,7 +90,7 @@ void tst_VSTFolders::onlyTheExactExtensionCounts()
 void tst_VSTFolders::bundlesAreNeverWalkedInto()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/Outer.vst");
     system.addVSTBundle(systemFolder + "/Outer.vst/Contents/Inner.vst");
     system.processes.handler = acceptingValidator(system, vstHandOff);
@@ -102,7 +102,7 @@ void tst_VSTFolders::bundlesAreNeverWalkedInto()
 void tst_VSTFolders::linksAreFollowedButNeverInCircles()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle("/Library/Elsewhere/Linked.vst");
     system.addVSTBundle("/Library/Elsewhere/Folder/Inside.vst");
     system.makeDirectory(systemFolder + "/Loop");
@@ -120,7 +120,7 @@ void tst_VSTFolders::linksAreFollowedButNeverInCircles()
 void tst_VSTFolders::bundleThatLeadsNowhereIsTriedAtEveryScan()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.makeDirectory(systemFolder);
     QVERIFY(QFile::link(system.real("/Library/none"), system.real(systemFolder + "/Dangling.vst")));
     QWVSTManager manager;
@@ -133,7 +133,7 @@ void tst_VSTFolders::bundleThatLeadsNowhereIsTriedAtEveryScan()
 void tst_VSTFolders::foldersThatCannotBeReadAreSkipped()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.makeDirectory(systemFolder);
     QCOMPARE(::symlink("Self", QFile::encodeName(system.real(systemFolder + "/Self")).constData()), 0);
     system.writeFile(userFolder, "a file where a folder should be");
@@ -145,7 +145,7 @@ void tst_VSTFolders::foldersThatCannotBeReadAreSkipped()
 void tst_VSTFolders::foldersWithoutPermissionAreSkipped()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.addVSTBundle(systemFolder + "/Locked/Hidden.vst");
     system.addVSTBundle(systemFolder + "/Open/Seen.vst");
     system.addVSTBundle(userFolder + "/Hidden.vst");
@@ -170,7 +170,7 @@ void tst_VSTFolders::foldersWithoutPermissionAreSkipped()
 void tst_VSTFolders::bundleWithoutPermissionIsAPlugin()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const OwnGraylist graylist(vstGraylist, QVariantList{"com.acme.echo"});
     system.addVSTBundle(systemFolder + "/Echo.vst", "com.acme.echo");
     QVERIFY(setForbidden(system, systemFolder + "/Echo.vst", true));
@@ -186,7 +186,7 @@ void tst_VSTFolders::bundleWithoutPermissionIsAPlugin()
 void tst_VSTFolders::namesThatAreNoTextAreSkippedAndTold()
 {
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     system.makeDirectory(systemFolder);
     const QByteArray broken = QFile::encodeName(system.real(systemFolder)) + "/\xff\xfe.vst";
     QCOMPARE(::mkdir(broken.constData(), 0755), 0);
@@ -213,7 +213,7 @@ void tst_VSTFolders::strangeNamesAreTriedOnce()
 {
     QFETCH(QString, name);
     FakeSystem system;
-    System::Scope current(system);
+    SystemScope current(system);
     const QString path = systemFolder + '/' + name;
     system.addVSTBundle(path);
     system.processes.handler = acceptingValidator(system, vstHandOff);

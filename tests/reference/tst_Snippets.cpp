@@ -22,7 +22,7 @@ private slots:
 
 private:
     FakeSystem m_system;
-    platform::System::Scope m_scope{m_system};
+    platform::SystemScope m_scope{m_system};
 };
 
 void tst_Snippets::soundsOpenedLastComeFirstAndEachOnce()

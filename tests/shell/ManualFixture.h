@@ -19,7 +19,7 @@ struct ManualFixture
     static constexpr auto question = "http://support.test/support/manual_version.php?appCode=TH&version=2";
 
     FakeSystem system;
-    platform::System::Scope scope{system};
+    platform::SystemScope scope{system};
 
     ManualFixture()
     {

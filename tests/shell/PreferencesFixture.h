@@ -89,7 +89,7 @@ private:
 struct PreferencesFixture
 {
     FakeSystem system;
-    platform::System::Scope scope{system};
+    platform::SystemScope scope{system};
 
     explicit PreferencesFixture(bool hasPanes = true)
     {

@@ -46,14 +46,14 @@ private:
     static void openAndWait();
 
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::System::Scope> m_scope;
+    std::unique_ptr<platform::SystemScope> m_scope;
 };
 
 void tst_QWAboutPanel::init()
 {
     QApplication::setStyle(new MotionStyle(0));
     m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<platform::System::Scope>(*m_system);
+    m_scope = std::make_unique<platform::SystemScope>(*m_system);
 }
 
 void tst_QWAboutPanel::cleanup()

@@ -22,7 +22,7 @@ private Q_SLOTS:
 void tst_QWPreferencesPane::baseOperationsDoNothing()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     QWPreferencesPane pane;
     QCOMPARE(pane.identifier(), "");
     QCOMPARE(pane.title(), "");

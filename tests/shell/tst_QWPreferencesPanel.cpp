@@ -40,7 +40,7 @@ void tst_QWPreferencesPanel::firstInstalledIsTheSharedOne()
 void tst_QWPreferencesPanel::hostWithoutPanelOpensNothing()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     QWPreferencesPanel::open();
     QWPreferencesPanel::openPane("general");
     QWPreferencesPanel::update();

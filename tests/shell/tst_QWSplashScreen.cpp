@@ -76,14 +76,14 @@ private Q_SLOTS:
 
 private:
     std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::System::Scope> m_scope;
+    std::unique_ptr<platform::SystemScope> m_scope;
 };
 
 void tst_QWSplashScreen::init()
 {
     host().uses = true;
     m_system = std::make_unique<FakeSystem>();
-    m_scope = std::make_unique<platform::System::Scope>(*m_system);
+    m_scope = std::make_unique<platform::SystemScope>(*m_system);
 }
 
 void tst_QWSplashScreen::cleanup()
@@ -98,7 +98,7 @@ void tst_QWSplashScreen::isOnePerMachine()
     QWSplashScreen *const first = &QWSplashScreen::splashScreen();
     QCOMPARE(&QWSplashScreen::splashScreen(), first);
     const FakeSystem other;
-    const platform::System::Scope scope(const_cast<FakeSystem &>(other));
+    const platform::SystemScope scope(const_cast<FakeSystem &>(other));
     QVERIFY(&QWSplashScreen::splashScreen() != first);
 }
 

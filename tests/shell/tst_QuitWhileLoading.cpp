@@ -4,6 +4,7 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/machine/SystemServices.h>
 #include <QWPlatform/network/UrlLoader.h>
 #include <QWPlatform/network/transfers/UrlDownload.h>
 #include <QWUtilities/shell/QWManual.h>
@@ -26,6 +27,7 @@
 
 using namespace std::chrono_literals;
 using platform::System;
+using platform::SystemServices;
 
 Q_DECLARE_METATYPE(std::function<HttpReply()>)
 
@@ -268,8 +270,8 @@ void startWhat(const QString &what, const QString &address)
     else if (what == "thread")
         loadOnOwnThread(address);
     else if (what == "download")
-        download = System::current().urlDownloads().start(QUrl(address + "/Manual.zip"),
-                                                          QDir::homePath() + "/Manual.zip", deaf);
+        download = SystemServices::current().urlDownloads->start(QUrl(address + "/Manual.zip"),
+                                                                 QDir::homePath() + "/Manual.zip", deaf);
     else
         load(address);
     if (what == "loads")

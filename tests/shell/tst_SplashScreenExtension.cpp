@@ -58,7 +58,7 @@ void tst_SplashScreenExtension::isRegisteredByLoadingTheLibrary()
 void tst_SplashScreenExtension::splashScreenShowsDuringTheLaunchAndFadesAfterIt()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     bool shown = false;
     host().launchWork = [&] {
         shown = QWSplashScreen::isVisible();
@@ -73,7 +73,7 @@ void tst_SplashScreenExtension::splashScreenShowsDuringTheLaunchAndFadesAfterIt(
 void tst_SplashScreenExtension::splashScreenGoesAwayAfterAFailedLaunch()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     host().launchWork = [] { throw std::runtime_error("no sound card"); };
     try {
         host().finishLaunching();
@@ -85,7 +85,7 @@ void tst_SplashScreenExtension::splashScreenGoesAwayAfterAFailedLaunch()
 void tst_SplashScreenExtension::hostsThatUseNoneGetNone()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     host().uses = false;
     bool made = true;
     host().launchWork = [&] {
@@ -101,7 +101,7 @@ void tst_SplashScreenExtension::hostsThatUseNoneGetNone()
 void tst_SplashScreenExtension::splashScreenOpensBeforeTheHostsWork()
 {
     FakeSystem system;
-    const platform::System::Scope scope(system);
+    const platform::SystemScope scope(system);
     QStringList order;
     host().launchWork = [&] {
         order.append(QWSplashScreen::isVisible() ? "work under the splash screen" : "work alone");

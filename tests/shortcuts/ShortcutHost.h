@@ -55,5 +55,5 @@ public:
     static QString path(const QString &name);
 
 private:
-    Scope m_scope{*this};
+    platform::SystemScope m_scope{*this};
 };

@@ -107,7 +107,7 @@ void tst_QWShortcutKey::modifiersShowInOneOrder()
 void tst_QWShortcutKey::spaceIsLocalized()
 {
     FakeSystem system;
-    platform::System::Scope current(system);
+    platform::SystemScope current(system);
     system.addHostResource("en.lproj/Localizable.strings", "\"[space]\" = \"Leertaste\";");
     QCOMPARE(QWShortcutKey(' ', shift).displayString(), QString("⇧Leertaste"));
 }

@@ -1,9 +1,9 @@
 #include "KeyEvent.h"
 
-#include "QWPlatform/System.h"
 #include "QWPlatform/appkit/events/ModifierFlags.h"
 #include "QWPlatform/appkit/events/NamedKeys.h"
 #include "QWPlatform/devices/input/KeyboardState.h"
+#include "QWPlatform/machine/SystemServices.h"
 
 #include <QKeyEvent>
 
@@ -74,7 +74,7 @@ char16_t characterOfNamelessKey(int key)
 /// Ctrl turns text into control characters, and Qt then prefers Latin keys; the machine knows what the layout says.
 char16_t characterUnderCommand(const QKeyEvent &event)
 {
-    if (const char16_t character = System::current().keyboardState().characterOf(event))
+    if (const char16_t character = SystemServices::current().keyboardState->characterOf(event))
         return character;
     const auto key = static_cast<char32_t>(event.key()); // of a letter: the capital
     const char32_t code = event.modifiers() & Qt::ShiftModifier ? key : QChar::toLower(key);

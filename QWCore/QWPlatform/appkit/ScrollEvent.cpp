@@ -1,8 +1,8 @@
 #include "ScrollEvent.h"
 
-#include "QWPlatform/System.h"
 #include "QWPlatform/appkit/events/ModifierFlags.h"
 #include "QWPlatform/devices/input/KeyboardState.h"
+#include "QWPlatform/machine/SystemServices.h"
 
 #include <QGuiApplication>
 #include <QWheelEvent>
@@ -28,7 +28,7 @@ ScrollEvent::ScrollEvent(const QWheelEvent &event)
     const QPoint angle = areAxesSwapped(event) ? turned.transposed() : turned;
     deltaX = angle.x() / notch;
     deltaY = angle.y() / notch;
-    if (System::current().keyboardState().isCapsLockOn())
+    if (SystemServices::current().keyboardState->isCapsLockOn())
         modifierFlags |= CapsLockFlag;
 }
 

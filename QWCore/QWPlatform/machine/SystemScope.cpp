@@ -8,18 +8,18 @@ namespace
 System *innermostSystem = nullptr;
 }
 
-System::Scope::Scope(System &system)
+SystemScope::SystemScope(System &system)
     : m_outer(innermostSystem)
 {
     innermostSystem = &system;
 }
 
-System::Scope::~Scope()
+SystemScope::~SystemScope()
 {
     innermostSystem = m_outer;
 }
 
-System *System::Scope::innermost()
+System *SystemScope::innermost()
 {
     return innermostSystem;
 }

@@ -1,20 +1,20 @@
 #pragma once
 
-#include "QWPlatform/System.h"
-
 #include <QWPlatform/qwplatform_private.h>
 
 namespace platform
 {
 
+class System;
+
 /// Makes a System current for the scope's life. Scopes nest; main thread only.
-class QWPLATFORM_TEST_EXPORT System::Scope
+class QWPLATFORM_TEST_EXPORT SystemScope
 {
 public:
-    explicit Scope(System &system);
-    ~Scope();
-    Scope(const Scope &) = delete;
-    Scope &operator=(const Scope &) = delete;
+    explicit SystemScope(System &system);
+    ~SystemScope();
+    SystemScope(const SystemScope &) = delete;
+    SystemScope &operator=(const SystemScope &) = delete;
 
     /// The System of the innermost scope, or null.
     static System *innermost();

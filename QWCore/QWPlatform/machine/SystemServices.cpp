@@ -22,8 +22,8 @@
 namespace platform
 {
 
-System::Services::Services() = default;
-System::Services::Services(Services &&) noexcept = default;
-System::Services::~Services() = default;
+SystemServices::SystemServices() = default;
+SystemServices::SystemServices(SystemServices &&) noexcept = default;
+SystemServices::~SystemServices() = default;
 
 } // namespace platform

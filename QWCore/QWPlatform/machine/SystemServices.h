@@ -1,18 +1,41 @@
 #pragma once
 
-#include "QWPlatform/System.h"
-
 #include <QWPlatform/qwplatform_private.h>
+
+#include <memory>
 
 namespace platform
 {
 
-/// What a System is made of; every pointer that is asked for is set.
-struct QWPLATFORM_TEST_EXPORT System::Services
+class Alerts;
+class Bundle;
+class ChildProcesses;
+class Clock;
+class ComponentRegistry;
+class FilePanels;
+class InstanceLink;
+class KeyboardState;
+class Locations;
+class PluginLoader;
+class RemoteReceiver;
+class SerialLines;
+class SerialRegistry;
+class UrlDownloads;
+class UrlLoader;
+class UserDefaults;
+class WebViews;
+class Workspace;
+
+/// What a System is made of; every pointer that is asked for is set. Those that hosts ask for have an accessor there,
+/// the others are reached here only.
+struct QWPLATFORM_SHARED_EXPORT SystemServices
 {
-    Services();
-    Services(Services &&) noexcept;
-    ~Services();
+    SystemServices();
+    SystemServices(SystemServices &&) noexcept;
+    ~SystemServices();
+
+    /// Those of the current System. Main thread.
+    static SystemServices &current();
 
     std::unique_ptr<Locations> locations;
     std::unique_ptr<Bundle> mainBundle;

@@ -14,6 +14,7 @@
 #include <QWPlatform/devices/serial/SerialLines.h>
 #include <QWPlatform/devices/serial/SerialRegistry.h>
 #include <QWPlatform/foundation/Clock.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QCoreApplication>
 
@@ -25,6 +26,7 @@
 
 using namespace std::chrono_literals;
 using platform::System;
+using platform::SystemServices;
 
 namespace
 {
@@ -206,11 +208,11 @@ void QWMonomeRemote::shutdown()
 }
 
 QWMonomeRemote::Private::Private(QWMonomeRemote &owner)
-    : m_line(System::current().serialLines())
+    : m_line(*SystemServices::current().serialLines)
     , m_lights(m_line)
     , m_owner(owner)
-    , m_registry(System::current().serialRegistry())
-    , m_lines(System::current().serialLines())
+    , m_registry(*SystemServices::current().serialRegistry)
+    , m_lines(*SystemServices::current().serialLines)
     , m_clock(System::current().clock())
     , m_log(QWApplicationLog::sharedLog())
 {

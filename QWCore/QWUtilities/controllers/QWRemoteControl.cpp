@@ -6,6 +6,7 @@
 #include <QWBase/QWApplicationLog.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/devices/input/RemoteReceiver.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QCoreApplication>
 #include <QVariantList>
@@ -15,6 +16,7 @@
 #include <set>
 
 using platform::System;
+using platform::SystemServices;
 
 namespace
 {
@@ -115,7 +117,7 @@ void QWRemoteControl::applicationWillTerminate()
 /// Each step only after the one before it. What was made before a step that fails is kept.
 void QWRemoteControl::Private::_initQueue()
 {
-    auto &receiver = System::current().remoteReceiver();
+    auto &receiver = *SystemServices::current().remoteReceiver;
     const auto service = receiver.firstServiceMatching("AppleIRController");
     if (!service) {
         _failed("Finding the AppleIRController service failed");

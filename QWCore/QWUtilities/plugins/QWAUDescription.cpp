@@ -1,9 +1,9 @@
 #include "QWAUDescription.h"
 
 #include <QWBase/records/StateWriter.h>
-#include <QWPlatform/System.h>
 #include <QWPlatform/devices/components/ComponentRegistry.h>
 #include <QWPlatform/foundation/Localization.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 namespace
 {
@@ -72,7 +72,7 @@ void QWAUDescription::setIdentifier(const QString &identifier)
 
 bool QWAUDescription::loadInfo()
 {
-    auto &registry = platform::System::current().componentRegistry();
+    auto &registry = *platform::SystemServices::current().componentRegistry;
     const QByteArray pascalString = registry.nameOfComponent(m_componentDescription.component());
     if (!pascalString.isEmpty()) {
         const QString text = QString::fromUtf8(pascalString.mid(1)); // all of it: the length byte ends at 255

@@ -5,10 +5,12 @@
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/processes/ChildProcesses.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <atomic>
 
 using platform::System;
+using platform::SystemServices;
 
 namespace
 {
@@ -60,7 +62,7 @@ bool QWVSTWrapping::begin(std::function<void()> done)
 {
     if (d->isUnderWay)
         return false;
-    auto &processes = System::current().childProcesses();
+    auto &processes = *SystemServices::current().childProcesses;
     d->isUnderWay = System::current().backgroundWork().start([=, state = d, &processes, request = wrappingRequest()] {
         const auto hasMore = [&] {
             const platform::ChildProcessResult result = processes.run(request);

@@ -58,9 +58,19 @@ std::unique_ptr<UserDefaults> makeUserDefaults(const Bundle &host, const Locatio
     return std::make_unique<UserDefaults>(locations.mapped("~/Library/Preferences/" + domain + ".plist"));
 }
 
-System::Services makeServices()
+/// The machine itself.
+class LinuxSystem : public System
 {
-    System::Services services;
+public:
+    explicit LinuxSystem(SystemServices services)
+        : System(std::move(services))
+    {
+    }
+};
+
+SystemServices makeServices()
+{
+    SystemServices services;
     services.mainBundle = std::make_unique<Bundle>(Bundle::forExecutable());
     services.locations = makeLocations(*services.mainBundle);
     services.userDefaults = makeUserDefaults(*services.mainBundle, *services.locations);
@@ -87,7 +97,7 @@ System::Services makeServices()
 System &linuxSystem()
 {
     ignoreFileSizeSignal();
-    static System machine(makeServices());
+    static LinuxSystem machine(makeServices());
     // Also where the application object is a plain QApplication: the machine outlives it.
     [[maybe_unused]] static const bool ends = (qAddPostRoutine([] { machine.endWork(); }), true);
     return machine;

@@ -18,12 +18,14 @@
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/PropertyList.h>
 #include <QWPlatform/foundation/processes/ChildProcesses.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QFileInfo>
 
 using platform::formatted;
 using platform::localized;
 using platform::System;
+using platform::SystemServices;
 
 namespace qw
 {
@@ -78,7 +80,7 @@ bool PluginValidation::userIgnores(const QString &name) const
 
 bool PluginValidation::isSkipped()
 {
-    m_skipValidation |= System::current().keyboardState().keyMap()[0] == skipKeyAlone;
+    m_skipValidation |= SystemServices::current().keyboardState->keyMap()[0] == skipKeyAlone;
     return m_skipValidation;
 }
 
@@ -112,10 +114,10 @@ PluginValidation::Trial PluginValidation::_try(QWCatalogRecord &record, const QS
         return Trial::Impossible;
     }
     m_hasTried = true;
-    const auto result = System::current().childProcesses().run({.launchPath = _validatorPath(),
-                                                                .arguments = arguments,
-                                                                .captureErrors = true,
-                                                                .longestOutput = longestOutput});
+    const auto result = SystemServices::current().childProcesses->run({.launchPath = _validatorPath(),
+                                                                       .arguments = arguments,
+                                                                       .captureErrors = true,
+                                                                       .longestOutput = longestOutput});
     const bool hasPassed = _takeValidatedInfo(record);
     if (!hasPassed && !_handOffFits())
         return Trial::Impossible;

@@ -9,8 +9,10 @@
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/processes/ChildProcesses.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 using platform::System;
+using platform::SystemServices;
 
 namespace qw
 {
@@ -62,7 +64,7 @@ bool ManualFolder::empty(QWError *error) const
 /// unzip:toDirectory:
 void ManualFolder::unzip(const QString &archive) const
 {
-    System::current().childProcesses().run(
+    SystemServices::current().childProcesses->run(
         {.launchPath = "/usr/bin/unzip", .arguments = {"-q", mapped(archive), "-d", mapped(m_manualPath)}});
     QWFile::makeAccessibleAtPath(m_manualPath); // what an archive forbids could be neither read nor replaced
 }

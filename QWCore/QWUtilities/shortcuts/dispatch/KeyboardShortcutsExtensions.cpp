@@ -8,6 +8,7 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/ResponderChain.h>
 #include <QWPlatform/devices/input/KeyboardState.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QKeyEvent>
 #include <QMenuBar>
@@ -62,7 +63,7 @@ bool KeyboardShortcutsExtensions::sendEvent(QWApplication &application, QObject 
     if (!platform::KeyEvent::concerns(*event) || QThread::currentThread() != application.thread())
         return false;
     const auto &key = static_cast<const QKeyEvent &>(*event);
-    platform::System::current().keyboardState().noteKeyEvent(key);
+    platform::SystemServices::current().keyboardState->noteKeyEvent(key);
     if (!isConsumed(*receiver, key))
         return false;
     event->accept(); // a question that is accepted asks no QAction
