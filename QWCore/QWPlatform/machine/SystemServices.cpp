@@ -16,6 +16,7 @@
 #include "QWPlatform/foundation/UserDefaults.h"
 #include "QWPlatform/foundation/processes/ChildProcesses.h"
 #include "QWPlatform/network/UrlLoader.h"
+#include "QWPlatform/network/services/NetServices.h"
 #include "QWPlatform/network/transfers/UrlDownload.h"
 #include "QWPlatform/plugins/PluginLoader.h"
 

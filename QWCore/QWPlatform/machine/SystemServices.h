@@ -16,6 +16,7 @@ class FilePanels;
 class InstanceLink;
 class KeyboardState;
 class Locations;
+class NetServices;
 class PluginLoader;
 class RemoteReceiver;
 class SerialLines;
@@ -48,6 +49,7 @@ struct QWPLATFORM_SHARED_EXPORT SystemServices
     std::unique_ptr<ChildProcesses> childProcesses;
     std::unique_ptr<UrlLoader> urlLoader;
     std::unique_ptr<UrlDownloads> urlDownloads;
+    std::unique_ptr<NetServices> netServices;
     std::unique_ptr<ComponentRegistry> componentRegistry;
     std::unique_ptr<PluginLoader> pluginLoader;
     std::unique_ptr<KeyboardState> keyboardState;

@@ -1,0 +1,8 @@
+#include "Formatter.h"
+
+namespace platform
+{
+
+Formatter::~Formatter() = default;
+
+} // namespace platform

@@ -1,0 +1,10 @@
+#include "NetServices.h"
+
+#include "NetServiceBrowser.h"
+
+namespace platform
+{
+
+NetServices::~NetServices() = default;
+
+} // namespace platform
