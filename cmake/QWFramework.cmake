@@ -30,6 +30,8 @@ function(qw_add_framework name)
     target_compile_features(${name} PUBLIC cxx_std_20)
     # -fPIC: the bundle of an object's class is found from its vtable, which must stay in its library.
     target_compile_options(${name} INTERFACE -fPIC)
+    # Nobody puts functions of his own in the place of ours, so calls within a library are direct, and can be inlined.
+    target_compile_options(${name} PRIVATE -fno-semantic-interposition)
     target_link_options(${name} PRIVATE LINKER:-z,nodelete LINKER:--version-script=${QW_EXPORTS})
     # A host may use no symbol of a framework and still wants its categories.
     target_link_options(${name} INTERFACE LINKER:--no-as-needed)

@@ -1,6 +1,7 @@
 #include "LinuxSystem.h"
 
 #include "LinuxClock.h"
+#include "QWPlatform/System.h"
 #include "QWPlatform/appkit/Alerts.h"
 #include "QWPlatform/appkit/FilePanels.h"
 #include "QWPlatform/appkit/WebView.h"

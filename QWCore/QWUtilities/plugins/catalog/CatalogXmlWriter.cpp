@@ -10,11 +10,10 @@
 
 #ifdef __SSE2__
 #include <emmintrin.h>
+#endif
 
 namespace qw
 {
-
-#endif
 
 using platform::XmlPropertyListText::isHeldBack;
 

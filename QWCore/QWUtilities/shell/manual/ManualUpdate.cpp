@@ -11,6 +11,7 @@
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
+#include <QWPlatform/machine/SystemServices.h>
 
 #include <QApplication>
 #include <QLabel>
@@ -22,6 +23,7 @@
 
 using platform::localized;
 using platform::System;
+using platform::SystemServices;
 
 namespace qw
 {
@@ -113,7 +115,7 @@ void ManualUpdate::_download(const QString &archive)
     const System &system = System::current();
     const QUrl url(system.locations().supportSite() + "/support/manuals/" + applicationCode().toLower() + "/" +
                    majorVersion() + "/Manual.zip");
-    m_downloader = system.urlDownloads().start(url, system.locations().mapped(archive), *this);
+    m_downloader = SystemServices::current().urlDownloads->start(url, system.locations().mapped(archive), *this);
     m_progressText->setText(localized("Downloading update..."));
     m_progressBar->setRange(0, barSteps);
     m_progressBar->setValue(0);
