@@ -41,7 +41,7 @@ SHARED = {
     "QWPlatform/foundation/lists": {"PropertyListValues", "Utf8", "XmlPropertyListText"},
     "QWPlatform/foundation/processes": {"ChildProcesses"},
     "QWPlatform/machine": {"SystemServices"},
-    "QWPlatform/network/services": {"NetService", "NetServiceBrowser", "NetServices"},
+    "QWPlatform/network/services": {"NetService", "NetServiceBrowser", "NetServices", "SocketAddress"},
     "QWPlatform/network/transfers": {"Proxies", "UrlDownload"},
     "QWBase/application": {"ApplicationCategories", "ApplicationCategory"},
     "QWBase/files": {"QWPathStrings", "QWResourceFile"},

@@ -36,6 +36,7 @@ struct FakeSystem::Parts
     FakeChildProcesses *processes = adopt(services.childProcesses, new FakeChildProcesses);
     FakeUrlLoader *urlLoader = adopt(services.urlLoader, new FakeUrlLoader);
     FakeUrlDownloads *urlDownloads = adopt(services.urlDownloads, new FakeUrlDownloads);
+    FakeNetServices *netServices = adopt(services.netServices, new FakeNetServices);
     FakeComponentRegistry *components = adopt(services.componentRegistry, new FakeComponentRegistry);
     FakePluginLoader *pluginLoader = adopt(services.pluginLoader, new FakePluginLoader);
     FakeKeyboardState *keyboard = adopt(services.keyboardState, new FakeKeyboardState);
@@ -80,6 +81,7 @@ FakeSystem::FakeSystem(Parts parts)
     , processes(*parts.processes)
     , urlLoader(*parts.urlLoader)
     , urlDownloads(*parts.urlDownloads)
+    , netServices(*parts.netServices)
     , components(*parts.components)
     , pluginLoader(*parts.pluginLoader)
     , keyboard(*parts.keyboard)

@@ -7,6 +7,7 @@
 #include "FakeFilePanels.h"
 #include "FakeInstanceLink.h"
 #include "FakeKeyboardState.h"
+#include "FakeNetServices.h"
 #include "FakePluginLoader.h"
 #include "FakeRemoteReceiver.h"
 #include "FakeSerialLines.h"
@@ -57,6 +58,7 @@ public:
     FakeChildProcesses &processes;
     FakeUrlLoader &urlLoader;
     FakeUrlDownloads &urlDownloads;
+    FakeNetServices &netServices;
     FakeComponentRegistry &components;
     FakePluginLoader &pluginLoader;
     FakeKeyboardState &keyboard;

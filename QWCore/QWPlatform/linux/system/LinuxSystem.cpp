@@ -30,8 +30,10 @@
 #include "QWPlatform/linux/remote/LinuxRemoteReceiver.h"
 #include "QWPlatform/linux/serial/LinuxSerialLines.h"
 #include "QWPlatform/linux/serial/LinuxSerialRegistry.h"
+#include "QWPlatform/linux/services/LinuxNetServices.h"
 #include "QWPlatform/machine/SystemServices.h"
 #include "QWPlatform/network/UrlLoader.h"
+#include "QWPlatform/network/services/NetServices.h"
 #include "QWPlatform/network/transfers/UrlDownload.h"
 #include "QWPlatform/plugins/PluginLoader.h"
 
@@ -81,6 +83,7 @@ SystemServices makeServices()
     services.clock = std::make_unique<LinuxClock>();
     services.urlLoader = std::make_unique<LinuxUrlLoader>();
     services.urlDownloads = std::make_unique<LinuxUrlDownloads>();
+    services.netServices = std::make_unique<LinuxNetServices>(qEnvironmentVariable("QW_NET_SERVICES"));
     services.webViews = std::make_unique<LinuxWebViews>();
     services.workspace = std::make_unique<LinuxWorkspace>();
     services.instanceLink = std::make_unique<LinuxInstanceLink>();

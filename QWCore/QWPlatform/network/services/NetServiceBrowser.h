@@ -29,8 +29,9 @@ public:
     virtual void netServiceBrowserDidRemoveService(NetServiceBrowser &browser,
                                                    const std::shared_ptr<NetService> &service, bool moreComing);
 
-    /// netServiceBrowser:didNotSearch: there is nobody to ask, or he has gone; the browser tells nothing more. @p
-    /// errors is for the log.
+    /// netServiceBrowser:didNotSearch: there is nobody to ask, he does not answer within some seconds, or he has gone;
+    /// the browser tells nothing more until it searches again. Not told where the environment lists services: these are
+    /// found without anybody. @p errors is for the log.
     virtual void netServiceBrowserDidNotSearch(NetServiceBrowser &browser, const QVariantMap &errors);
 };
 
@@ -43,8 +44,8 @@ public:
     /// Not owned; null for none. Clear it before the delegate goes.
     virtual void setDelegate(NetServiceBrowserDelegate *delegate) = 0;
 
-    /// Searches until stop(): @p type such as "_http._tcp.", @p domain such as "local.". Each service that is announced
-    /// is told once, however many interfaces it comes on.
+    /// Searches until stop(), anew if it did already: @p type such as "_http._tcp.", @p domain such as "local.". Each
+    /// service that is announced is told once, however many interfaces it comes on.
     virtual void searchForServicesOfTypeInDomain(const QString &type, const QString &domain) = 0;
 
     /// The delegate hears nothing more. Services that were found stay as they are.

@@ -1,0 +1,27 @@
+#include "LinuxNetServices.h"
+
+#include "AvahiLoader.h"
+#include "LinuxNetServiceBrowser.h"
+
+#include <utility>
+
+namespace platform
+{
+
+LinuxNetServices::LinuxNetServices(QString list)
+    : LinuxNetServices(std::move(list), speakToAvahi)
+{
+}
+
+LinuxNetServices::LinuxNetServices(QString list, ServiceSession::Daemon daemon)
+    : m_list(std::move(list))
+    , m_daemon(std::move(daemon))
+{
+}
+
+std::unique_ptr<NetServiceBrowser> LinuxNetServices::makeBrowser()
+{
+    return std::make_unique<LinuxNetServiceBrowser>(m_list, m_daemon);
+}
+
+} // namespace platform
