@@ -3,6 +3,7 @@
 #include "QWPlatform/foundation/BackgroundWork.h"
 #include "QWPlatform/foundation/processes/ChildProcesses.h"
 #include "QWPlatform/linux/system/LinuxSystem.h"
+#include "QWPlatform/machine/InnermostSystem.h"
 #include "QWPlatform/machine/SystemScope.h"
 #include "QWPlatform/machine/SystemServices.h"
 #include "QWPlatform/network/UrlLoader.h"
@@ -41,8 +42,7 @@ public:
 
 System &System::current()
 {
-    System *const innermost = SystemScope::innermost();
-    return innermost ? *innermost : linuxSystem();
+    return innermostSystem ? *innermostSystem : linuxSystem();
 }
 
 SystemServices &SystemServices::current()

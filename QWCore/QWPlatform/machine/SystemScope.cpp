@@ -1,12 +1,9 @@
 #include "SystemScope.h"
 
+#include "InnermostSystem.h"
+
 namespace platform
 {
-
-namespace
-{
-System *innermostSystem = nullptr;
-}
 
 SystemScope::SystemScope(System &system)
     : m_outer(innermostSystem)
@@ -17,11 +14,6 @@ SystemScope::SystemScope(System &system)
 SystemScope::~SystemScope()
 {
     innermostSystem = m_outer;
-}
-
-System *SystemScope::innermost()
-{
-    return innermostSystem;
 }
 
 } // namespace platform

@@ -16,9 +16,6 @@ public:
     SystemScope(const SystemScope &) = delete;
     SystemScope &operator=(const SystemScope &) = delete;
 
-    /// The System of the innermost scope, or null.
-    static System *innermost();
-
 private:
     System *m_outer;
 };
