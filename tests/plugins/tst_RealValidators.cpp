@@ -13,6 +13,7 @@
 #include <QtEndian>
 
 using platform::ChildProcessRequest;
+using platform::SystemScope;
 using platform::SystemServices;
 
 namespace
