@@ -2,5 +2,5 @@
 # product together, stay at home.
 set(QW_FACE_FOLDERS
     QWPlatform QWPlatform/appkit QWPlatform/foundation QWPlatform/network QWPlatform/plugins
-    QWBase
+    QWBase QWBase/tables
     QWUtilities/controllers QWUtilities/plugins QWUtilities/shell QWUtilities/shortcuts)

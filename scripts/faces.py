@@ -8,6 +8,8 @@ FLOORS = ["QWPlatform", "QWBase", "QWUtilities"]
 NOT_INSTALLED = {"QWUtilities/Categories.h"}
 # Rooms that belong to no folder but to the top of their floor.
 ROOMS_OF_THE_FLOOR = {"QWPlatform/machine"}
+# Folders of QWBase with a face of their own; the others are its rooms.
+FOLDERS_OF_QWBASE = {"QWBase/tables"}
 
 DECLARED = re.compile(r"(?<!friend )\b[A-Z]+?_(?P<kind>(SHARED_|TEST_)?)EXPORT\b")
 SCOPES = re.compile(r"\bnamespace\s+(?P<namespace>[\w:]+)\s*\{|"
@@ -15,10 +17,11 @@ SCOPES = re.compile(r"\bnamespace\s+(?P<namespace>[\w:]+)\s*\{|"
 
 
 def folder_of(place):
-    """The folder whose face and rooms these are: "QWPlatform/appkit", "QWBase", "QWUtilities/shell"."""
-    if place.parts[0] == "QWBase" or len(place.parts) == 2 or str(place.parent) in ROOMS_OF_THE_FLOOR:
+    """The folder whose face and rooms these are: "QWPlatform/appkit", "QWBase", "QWBase/tables", "QWUtilities/shell"."""
+    folder = "/".join(place.parts[:2])
+    if len(place.parts) == 2 or str(place.parent) in ROOMS_OF_THE_FLOOR:
         return place.parts[0]
-    return "/".join(place.parts[:2])
+    return "QWBase" if place.parts[0] == "QWBase" and folder not in FOLDERS_OF_QWBASE else folder
 
 
 def is_face(place):

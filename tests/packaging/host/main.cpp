@@ -11,6 +11,13 @@
 #include <QWBase/QWGradientStop.h>
 #include <QWBase/QWMenuSorting.h>
 #include <QWBase/QWVSTDescription.h>
+#include <QWBase/tables/QWBooleanFormatter.h>
+#include <QWBase/tables/QWChannelsFormatter.h>
+#include <QWBase/tables/QWFileSizeFormatter.h>
+#include <QWBase/tables/QWIconTextCell.h>
+#include <QWBase/tables/QWTableColumn.h>
+#include <QWBase/tables/QWTableView.h>
+#include <QWBase/tables/QWTimeFormatter.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/appkit/FilePanels.h>
@@ -29,6 +36,7 @@
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Clock.h>
+#include <QWPlatform/foundation/DateFormatter.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/PropertyList.h>
@@ -85,6 +93,15 @@ bool base()
            found(&QWMenuSorting::compareTitles) && found(&QWVSTDescription::descriptionWithPath);
 }
 
+bool tables()
+{
+    const QWTableColumn column{.identifier = "title"};
+    return column.alignment == Qt::AlignLeft && found(&QWTableView::columnState) && found(&typeid(QWTableView)) &&
+           found(&QWIconTextCell::setImage) && found(&QWTimeFormatter::setTimeFormat) &&
+           found(&typeid(QWFileSizeFormatter)) && found(&typeid(QWChannelsFormatter)) &&
+           found(&typeid(QWBooleanFormatter)) && found(&typeid(platform::DateFormatter));
+}
+
 bool appkit()
 {
     using namespace platform;
@@ -127,7 +144,7 @@ bool product()
 
 int main()
 {
-    const bool all = base() && appkit() && rest() && product();
+    const bool all = base() && tables() && appkit() && rest() && product();
     std::puts(all ? "everything" : "something is missing");
     return all ? 0 : 1;
 }
