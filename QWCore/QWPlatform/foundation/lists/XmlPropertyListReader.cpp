@@ -40,15 +40,21 @@ XmlPropertyListReader::XmlPropertyListReader(const QByteArray &data)
 std::optional<QVariant> XmlPropertyListReader::read()
 {
     QVariant value;
-    const bool whole = QUtf8StringView(m_data).isValidUtf8() && m_scanner.nextTag() == Token::Start &&
-                       m_scanner.text() == "plist" && _value(m_scanner.nextTag(), 0, value) &&
-                       m_scanner.nextTag() == Token::End && m_scanner.text() == "plist" &&
-                       m_scanner.nextTag() == Token::Finished;
+    const bool whole = readBeginning() && readValue(m_scanner.nextTag(), 0, value) && readEnd();
     return whole ? std::optional(std::move(value)) : std::nullopt;
 }
 
-/// The value whose first token is @p token; the scanner then stands behind its last.
-bool XmlPropertyListReader::_value(Token token, int depth, QVariant &value)
+bool XmlPropertyListReader::readBeginning()
+{
+    return QUtf8StringView(m_data).isValidUtf8() && m_scanner.nextTag() == Token::Start && m_scanner.text() == "plist";
+}
+
+bool XmlPropertyListReader::readEnd()
+{
+    return m_scanner.nextTag() == Token::End && m_scanner.text() == "plist" && m_scanner.nextTag() == Token::Finished;
+}
+
+bool XmlPropertyListReader::readValue(Token token, int depth, QVariant &value)
 {
     const std::string_view name = m_scanner.text();
     if (token == Token::Empty) {
@@ -67,7 +73,7 @@ bool XmlPropertyListReader::_value(Token token, int depth, QVariant &value)
     if (name == "array")
         return depth < maximumPropertyListDepth && _array(depth + 1, value);
     std::string_view content;
-    return _content(name, content) && _scalar(name, content, value);
+    return readContent(name, content) && _scalar(name, content, value);
 }
 
 bool XmlPropertyListReader::_array(int depth, QVariant &value)
@@ -75,7 +81,7 @@ bool XmlPropertyListReader::_array(int depth, QVariant &value)
     QVariantList list;
     Token token = m_scanner.nextTag();
     for (; token == Token::Start || token == Token::Empty; token = m_scanner.nextTag())
-        if (!_value(token, depth, list.emplace_back()))
+        if (!readValue(token, depth, list.emplace_back()))
             return false;
     if (token != Token::End || m_scanner.text() != "array")
         return false;
@@ -90,7 +96,7 @@ bool XmlPropertyListReader::_dictionary(int depth, QVariant &value)
     Token token = m_scanner.nextTag();
     for (; (token == Token::Start || token == Token::Empty) && m_scanner.text() == "key"; token = m_scanner.nextTag()) {
         QVariant item;
-        if (!_key(token, key) || !_value(m_scanner.nextTag(), depth, item))
+        if (!_key(token, key) || !readValue(m_scanner.nextTag(), depth, item))
             return false;
         map.insert(map.cend(), key, std::move(item)); // keys come ascending: the hint makes it linear
     }
@@ -122,9 +128,9 @@ bool XmlPropertyListReader::_scalar(std::string_view name, std::string_view cont
 bool XmlPropertyListReader::_key(Token token, QString &key)
 {
     std::string_view raw;
-    if (token == Token::Start && !_content("key", raw))
+    if (token == Token::Start && !readContent("key", raw))
         return false;
-    if (raw.data() == m_buffer.data() || raw.empty()) { // not in the data, so it cannot be kept
+    if (!isInData(raw) || raw.empty()) { // not in the data, so it cannot be kept
         key = textOf(raw);
         return true;
     }
@@ -137,8 +143,7 @@ bool XmlPropertyListReader::_key(Token token, QString &key)
     return true;
 }
 
-/// The text up to the end tag of @p name; points into the data or, if it came in pieces, into the buffer.
-bool XmlPropertyListReader::_content(std::string_view name, std::string_view &content)
+bool XmlPropertyListReader::readContent(std::string_view name, std::string_view &content)
 {
     Token token = m_scanner.next();
     if (token == Token::Text && !m_scanner.needsDecoding()) {

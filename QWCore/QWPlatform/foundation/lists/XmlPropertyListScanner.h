@@ -12,7 +12,7 @@ namespace platform
 /// byte-order mark, the XML declaration, a document type without declarations of its own, comments and attributes are
 /// skipped. Entities can only be the five of XML itself and character references, so nothing can be made to grow.
 /// Whoever uses it checks beforehand that the text is UTF-8, and which tag may follow which.
-class QWPLATFORM_TEST_EXPORT XmlPropertyListScanner
+class QWPLATFORM_SHARED_EXPORT XmlPropertyListScanner
 {
 public:
     enum class Token

@@ -1,0 +1,201 @@
+#include "DisplayedRecordings.h"
+
+#include "RecordingOrder.h"
+
+#include <QWPlatform/foundation/Formatter.h>
+#include <QWPlatform/foundation/Localization.h>
+
+#include <array>
+#include <map>
+
+namespace qw
+{
+
+namespace
+{
+struct DisplayedColumn
+{
+    const char *identifier;
+    const char *header;
+};
+
+constexpr std::array<DisplayedColumn, 9> displayedColumns{{
+    {"title", "Title"},
+    {"length", "Length"},
+    {"fileSize", "Size"},
+    {"channels", "Channels"},
+    {"quality", "Quality"},
+    {"creationDate", "Created"},
+    {"modificationDate", "Modified"},
+    {"formats", "Available Formats"},
+    {"locked", "Locked"},
+}};
+} // namespace
+
+class Q_DECL_HIDDEN DisplayedRecordings::Private
+{
+public:
+    /// Forgets what was made of another list.
+    void setList(const RecordingList &newList)
+    {
+        if (list == &newList)
+            return;
+        list = &newList;
+        orders.clear();
+        matches.clear();
+        matchedText.clear();
+    }
+
+    const RecordingOrder &order(const QString &key)
+    {
+        const auto known = orders.find(key);
+        return known != orders.end() ? known->second : orders.try_emplace(key, *list, key).first->second;
+    }
+
+    const std::vector<bool> &matchesOf(const QString &text)
+    {
+        if (matchedText != text)
+            matches = text.isEmpty() ? std::vector<bool>() : list->keys.takesWithKeywords(text);
+        matchedText = text;
+        return matches;
+    }
+
+    const RecordingList none;
+    const RecordingList *list = &none;        ///< The device's, or none.
+    std::vector<uint32_t> rows;               ///< Places in the list.
+    std::map<QString, RecordingOrder> orders; ///< Those asked for so far, by key.
+    std::vector<bool> matches;                ///< Of matchedText; empty for an empty one.
+    QString matchedText;
+    std::array<std::shared_ptr<const platform::Formatter>, displayedColumns.size()> formatters;
+};
+
+DisplayedRecordings::DisplayedRecordings(QObject *parent)
+    : QAbstractTableModel(parent)
+    , d(std::make_unique<Private>())
+{
+}
+
+DisplayedRecordings::~DisplayedRecordings() = default;
+
+const QStringList &DisplayedRecordings::columnIdentifiers()
+{
+    static const QStringList identifiers = [] {
+        QStringList made;
+        for (const DisplayedColumn &column : displayedColumns)
+            made.append(QString::fromLatin1(column.identifier));
+        return made;
+    }();
+    return identifiers;
+}
+
+int DisplayedRecordings::columnOf(const QString &identifier)
+{
+    return static_cast<int>(columnIdentifiers().indexOf(identifier));
+}
+
+void DisplayedRecordings::setFormatter(const QString &identifier, std::shared_ptr<const platform::Formatter> formatter)
+{
+    const int column = columnOf(identifier);
+    if (column >= 0)
+        d->formatters[static_cast<size_t>(column)] = std::move(formatter);
+}
+
+void DisplayedRecordings::refreshRecordings(const std::shared_ptr<QWVeskDevice> &device)
+{
+    beginResetModel();
+    const std::shared_ptr<QWVeskDevice> before =
+        std::exchange(m_device, device); // its list is in use until the next line
+    d->setList(device ? device->list() : d->none);
+    const QString key = m_sortDescriptor ? m_sortDescriptor->key : QString();
+    d->rows = d->order(key).takes(!m_sortDescriptor || m_sortDescriptor->ascending, d->matchesOf(m_searchText));
+    endResetModel();
+}
+
+void DisplayedRecordings::setSearchText(const QString &text)
+{
+    m_searchText = text;
+    refreshRecordings(m_device);
+}
+
+void DisplayedRecordings::setSortDescriptor(const std::optional<SortDescriptor> &descriptor)
+{
+    m_sortDescriptor = descriptor;
+    refreshRecordings(m_device);
+}
+
+SortDescriptor DisplayedRecordings::sortAfterClick(const QString &identifier) const
+{
+    return m_sortDescriptor && m_sortDescriptor->key == identifier ? m_sortDescriptor->reversed()
+                                                                   : SortDescriptor{identifier, true};
+}
+
+const std::shared_ptr<QWVeskRecording> &DisplayedRecordings::recording(int row) const
+{
+    return d->list->recordings[d->rows[static_cast<size_t>(row)]];
+}
+
+DisplayedRecordings::Recordings DisplayedRecordings::recordings(const std::vector<int> &rows) const
+{
+    Recordings taken;
+    taken.reserve(rows.size());
+    for (const int row : rows)
+        if (row >= 0 && row < rowCount())
+            taken.push_back(recording(row));
+    return taken;
+}
+
+DisplayedRecordings::NotedRows DisplayedRecordings::notedRows(const std::vector<int> &rows) const
+{
+    NotedRows noted{m_device, {}};
+    noted.takes.reserve(rows.size());
+    for (const int row : rows)
+        if (row >= 0 && row < rowCount())
+            noted.takes.push_back(d->rows[static_cast<size_t>(row)]);
+    return noted;
+}
+
+std::vector<int> DisplayedRecordings::rowsOf(const NotedRows &noted) const
+{
+    if (noted.device != m_device)
+        return {};
+    std::vector<bool> isSought(d->list->recordings.size(), false);
+    for (const quint32 take : noted.takes)
+        isSought[take] = true;
+    std::vector<int> rows;
+    rows.reserve(noted.takes.size());
+    for (size_t row = 0; row < d->rows.size(); ++row)
+        if (isSought[d->rows[row]])
+            rows.push_back(static_cast<int>(row));
+    return rows;
+}
+
+int DisplayedRecordings::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(d->rows.size());
+}
+
+int DisplayedRecordings::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(displayedColumns.size());
+}
+
+QVariant DisplayedRecordings::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || (role != Qt::DisplayRole && role != ValueRole))
+        return {};
+    const auto column = static_cast<size_t>(index.column());
+    const QVariant value = recording(index.row())->valueForKey(columnIdentifiers().at(index.column()));
+    if (role == ValueRole)
+        return value;
+    const auto &formatter = d->formatters[column];
+    return formatter ? formatter->stringForObjectValue(value) : value.toString();
+}
+
+QVariant DisplayedRecordings::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= columnCount())
+        return {};
+    return platform::localized(QString::fromLatin1(displayedColumns[static_cast<size_t>(section)].header));
+}
+
+} // namespace qw

@@ -1,0 +1,14 @@
+#include "RecorderListView.h"
+
+namespace qw
+{
+
+RecorderListView::~RecorderListView() = default;
+
+void RecorderListView::reloadDevices() {}
+
+void RecorderListView::selectedDeviceDidChange() {}
+
+void RecorderListView::searchStateDidChange() {}
+
+} // namespace qw

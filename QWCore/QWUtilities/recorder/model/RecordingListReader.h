@@ -1,0 +1,28 @@
+#pragma once
+
+#include "QWVeskRecording.h"
+
+#include <QWUtilities/qwutilities_private.h>
+
+#include <QByteArray>
+
+#include <optional>
+#include <vector>
+
+namespace qw
+{
+
+/// Reads the list of takes that a recorder serves: a property list, an array of dictionaries. Any thread.
+namespace RecordingListReader
+{
+
+/// The takes in @p data, in their order; entries that are no dictionaries are passed over. None when it is no property
+/// list, not whole, or no array.
+QWUTILITIES_TEST_EXPORT std::optional<std::vector<RecordingState>> read(const QByteArray &data);
+
+/// What @p entry, a dictionary of the list, tells.
+QWUTILITIES_TEST_EXPORT RecordingState stateOf(const QVariantMap &entry);
+
+} // namespace RecordingListReader
+
+} // namespace qw
