@@ -2,7 +2,6 @@
 
 #include "RecordingOrder.h"
 
-#include <QWPlatform/foundation/Formatter.h>
 #include <QWPlatform/foundation/Localization.h>
 
 #include <array>
@@ -66,7 +65,6 @@ public:
     std::map<QString, RecordingOrder> orders; ///< Those asked for so far, by key.
     std::vector<bool> matches;                ///< Of matchedText; empty for an empty one.
     QString matchedText;
-    std::array<std::shared_ptr<const platform::Formatter>, displayedColumns.size()> formatters;
 };
 
 DisplayedRecordings::DisplayedRecordings(QObject *parent)
@@ -91,13 +89,6 @@ const QStringList &DisplayedRecordings::columnIdentifiers()
 int DisplayedRecordings::columnOf(const QString &identifier)
 {
     return static_cast<int>(columnIdentifiers().indexOf(identifier));
-}
-
-void DisplayedRecordings::setFormatter(const QString &identifier, std::shared_ptr<const platform::Formatter> formatter)
-{
-    const int column = columnOf(identifier);
-    if (column >= 0)
-        d->formatters[static_cast<size_t>(column)] = std::move(formatter);
 }
 
 void DisplayedRecordings::refreshRecordings(const std::shared_ptr<QWVeskDevice> &device)
@@ -181,14 +172,9 @@ int DisplayedRecordings::columnCount(const QModelIndex &parent) const
 
 QVariant DisplayedRecordings::data(const QModelIndex &index, int role) const
 {
-    if (!index.isValid() || (role != Qt::DisplayRole && role != ValueRole))
+    if (!index.isValid() || role != Qt::DisplayRole)
         return {};
-    const auto column = static_cast<size_t>(index.column());
-    const QVariant value = recording(index.row())->valueForKey(columnIdentifiers().at(index.column()));
-    if (role == ValueRole)
-        return value;
-    const auto &formatter = d->formatters[column];
-    return formatter ? formatter->stringForObjectValue(value) : value.toString();
+    return recording(index.row())->valueForKey(columnIdentifiers().at(index.column()));
 }
 
 QVariant DisplayedRecordings::headerData(int section, Qt::Orientation orientation, int role) const

@@ -9,31 +9,22 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <vector>
-
-namespace platform
-{
-class Formatter;
-}
 
 namespace qw
 {
 
 /// The rows of the table of takes: those of one recorder, searched and sorted. Every change of these is a reset of the
-/// model; notedRows() and rowsOf() carry a selection over it. Holds the recorder whose takes it shows. Main thread.
+/// model; notedRows() and rowsOf() carry a selection over it. A cell is QWVeskRecording::valueForKey() of its column's
+/// identifier, of which the column's formatter makes a text. Holds the recorder whose takes it shows. Main thread.
 class QWUTILITIES_TEST_EXPORT DisplayedRecordings : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
     using Recordings = std::vector<std::shared_ptr<QWVeskRecording>>;
-
-    /// What an item's ValueRole holds is QWVeskRecording::valueForKey() of its column's identifier; DisplayRole has it
-    /// as a text, made by the column's formatter where there is one.
-    static constexpr int ValueRole = Qt::UserRole;
 
     /// Identifiers of the columns, which are keys of a take, in their order: "title", "length", "fileSize", "channels",
     /// "quality", "creationDate", "modificationDate", "formats", "locked".
@@ -51,9 +42,6 @@ public:
 
     explicit DisplayedRecordings(QObject *parent = nullptr);
     ~DisplayedRecordings() override;
-
-    /// @p formatter makes the texts of DisplayRole in the column @p identifier; null: the value's own.
-    void setFormatter(const QString &identifier, std::shared_ptr<const platform::Formatter> formatter);
 
     /// refreshRecordings: the rows are the takes of @p device (null: none) as its list is now, of which those stay
     /// that match the search, in the order of the sort.
