@@ -78,13 +78,16 @@ public:
 private:
     bool _isSecondInstance();
     void _didFinishLaunching(const qw::ApplicationCategory &category) noexcept;
+    QStringList _urlsOfCommandLine() const;
     void _receiveUrls(const QStringList &texts);
     void _deliverUrls();
+    void _deliver(const QString &url);
     QString _tempDirectoryBase() const;
 
     QWApplication &m_owner;
-    bool m_launched = false; ///< Set when the launch has ended, in whatever way.
-    QStringList m_urls;      ///< Arrived before the launch was over.
+    const QString m_startFolder = QDir::currentPath(); ///< What relative paths of the command line mean.
+    bool m_launched = false;                           ///< Set when the launch has ended, in whatever way.
+    QStringList m_urls;                                ///< Arrived before the launch was over.
     std::unique_ptr<qw::InstanceFolder> m_tempDirectory;
     bool m_toldOfTempDirectory = false; ///< That there is none.
 };
@@ -185,6 +188,12 @@ void QWApplication::finishLaunching()
 
 void QWApplication::getUrlWithReplyEvent(const QString &) {}
 
+bool QWApplication::openFile(const QString &path)
+{
+    QObject *const delegate = platform::delegateOf(this);
+    return delegate && platform::performReturning<bool>(delegate, "applicationOpenFile:", path).value_or(false);
+}
+
 bool QWApplication::notify(QObject *receiver, QEvent *event)
 {
     return d->m_events.deliver(receiver, event);
@@ -200,7 +209,7 @@ void QWApplication::Private::_launch()
 {
     if (m_owner.usesSingleInstance() && _isSecondInstance())
         return quit();
-    _receiveUrls(arguments().mid(1));
+    _receiveUrls(_urlsOfCommandLine());
     const auto launched = qScopeGuard([this] {
         m_launched = true;
         _deliverUrls();
@@ -218,7 +227,13 @@ bool QWApplication::Private::_isSecondInstance()
     const QString identifier = System::current().mainBundle().identifier();
     auto &link = *SystemServices::current().instanceLink;
     return !link.listen(identifier, [this](const QString &url) { _receiveUrls({url}); }) &&
-           link.handOver(identifier, qw::urlsForHost(arguments().mid(1)));
+           link.handOver(identifier, qw::urlsForHost(_urlsOfCommandLine()));
+}
+
+/// Its files as URLs, so that they keep their place among them.
+QStringList QWApplication::Private::_urlsOfCommandLine() const
+{
+    return qw::withFilesAsUrls(arguments().mid(1), m_startFolder);
 }
 
 void QWApplication::Private::_finishLaunchingInside(std::span<const qw::ApplicationCategory> categories)
@@ -258,7 +273,15 @@ void QWApplication::Private::_deliverUrls()
     const QStringList urls = std::exchange(m_urls, {});
     for (const QString &url : urls)
         QMetaObject::invokeMethod(
-            &m_owner, [this, url] { m_owner.getUrlWithReplyEvent(url); }, Qt::QueuedConnection);
+            &m_owner, [this, url] { _deliver(url); }, Qt::QueuedConnection);
+}
+
+void QWApplication::Private::_deliver(const QString &url)
+{
+    if (const QString path = qw::fileOfUrl(url); !path.isEmpty())
+        m_owner.openFile(path);
+    else
+        m_owner.getUrlWithReplyEvent(url);
 }
 
 /// The name as a file name.

@@ -1,6 +1,5 @@
 #include "FakeUrlDownloads.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -20,15 +19,29 @@ public:
 private:
     std::shared_ptr<FakeUrlDownloads::Started> m_record;
 };
+
+QString freePath(const platform::UrlDownloadRequest &request)
+{
+    const QFileInfo file(request.destination);
+    QString path = request.destination;
+    for (int number = 2; !request.overwrite && QFile::exists(path); ++number)
+        path = QString("%1/%2 %3.%4").arg(file.path(), file.completeBaseName()).arg(number).arg(file.suffix());
+    return path;
+}
 } // namespace
 
-std::unique_ptr<platform::UrlDownload> FakeUrlDownloads::start(const QUrl &url, const QString &destination,
+std::unique_ptr<platform::UrlDownload> FakeUrlDownloads::start(const platform::UrlDownloadRequest &request,
                                                                platform::UrlDownloadObserver &observer)
 {
-    started.push_back(std::make_shared<Started>(Started{url, destination}));
+    const auto record = std::make_shared<Started>(Started{request, {}});
+    started.push_back(record);
     m_observer = &observer;
     m_received.clear();
-    return std::make_unique<FakeUrlDownload>(started.back());
+    if (!request.url.isValid() || request.url.isRelative())
+        QMetaObject::invokeMethod(
+            &m_loop, [this, record, &observer] { _fail(*record, observer, "The address cannot be loaded."); },
+            Qt::QueuedConnection);
+    return std::make_unique<FakeUrlDownload>(record);
 }
 
 void FakeUrlDownloads::cancelAll()
@@ -39,41 +52,53 @@ void FakeUrlDownloads::cancelAll()
 
 void FakeUrlDownloads::respond(qint64 expectedLength)
 {
-    if (auto *observer = _running())
-        observer->downloadDidReceiveResponse(expectedLength);
+    if (_isRunning())
+        m_observer->downloadDidReceiveResponse(expectedLength);
 }
 
 void FakeUrlDownloads::receive(const QByteArray &data)
 {
+    if (!_isRunning())
+        return;
     m_received += data;
-    if (auto *observer = _running())
-        observer->downloadDidReceiveDataOfLength(data.size());
+    m_observer->downloadDidReceiveDataOfLength(data.size());
 }
 
 void FakeUrlDownloads::finish()
 {
-    auto *observer = _running();
-    if (!observer)
+    if (!_isRunning())
         return;
-    QDir().mkpath(QFileInfo(started.back()->destination).path());
-    QFile file(started.back()->destination);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        file.write(m_received);
+    const auto download = started.back(); // an observer may start the next one
+    auto *const observer = m_observer;
+    download->path = freePath(download->request);
+    QFile file(download->path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(m_received) != m_received.size())
+        return _fail(*download, *observer, file.errorString());
     file.close();
-    started.back()->ended = true;
+    if (download->path != download->request.destination)
+        observer->downloadDidCreateDestination(download->path);
+    if (download->cancelled)
+        return;
+    download->ended = true;
     observer->downloadDidFinish();
 }
 
 void FakeUrlDownloads::fail(const QString &localizedDescription)
 {
-    auto *observer = _running();
-    if (!observer)
-        return;
-    started.back()->ended = true;
-    observer->downloadDidFailWithError(localizedDescription);
+    if (_isRunning())
+        _fail(*started.back(), *m_observer, localizedDescription);
 }
 
-platform::UrlDownloadObserver *FakeUrlDownloads::_running() const
+bool FakeUrlDownloads::_isRunning() const
 {
-    return started.empty() || started.back()->cancelled || started.back()->ended ? nullptr : m_observer;
+    return !started.empty() && !started.back()->cancelled && !started.back()->ended;
+}
+
+void FakeUrlDownloads::_fail(Started &download, platform::UrlDownloadObserver &observer,
+                             const QString &localizedDescription)
+{
+    if (download.cancelled || download.ended)
+        return;
+    download.ended = true;
+    observer.downloadDidFailWithError(localizedDescription);
 }

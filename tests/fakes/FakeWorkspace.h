@@ -21,7 +21,14 @@ public:
         return succeeds;
     }
 
+    bool openFileWithApplication(const QString &path, const QString &applicationName) override
+    {
+        openedWith.append({path, applicationName});
+        return succeeds;
+    }
+
     QStringList openedUrls;
-    QStringList openedFiles;
+    QStringList openedFiles;                     ///< With their default application.
+    QList<QPair<QString, QString>> openedWith{}; ///< Path and name of the application.
     bool succeeds = true;
 };

@@ -179,9 +179,10 @@ void tst_QWManualUpdate::downloadGoesToTheTemporaryFolder()
 {
     const ManualFixture host;
     host.startUpdate();
-    const auto &download = *host.system.urlDownloads.started.front();
+    const auto &download = host.system.urlDownloads.started.front()->request;
     QCOMPARE(download.url, QUrl("http://support.test/support/manuals/th/2/Manual.zip"));
     QCOMPARE(download.destination, QWApplication::sharedApplication()->tempDirectory() + "/Manual.zip");
+    QVERIFY(download.overwrite); // what an update that was stopped has left
     QCOMPARE(host.child<QLabel>("progressText")->text(), "Downloading update...");
     for (const char *name : {"progressText", "progressBar", "progressStopButton"})
         QVERIFY2(host.child<QWidget>(name)->isVisible(), name);

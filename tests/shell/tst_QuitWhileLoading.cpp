@@ -270,8 +270,8 @@ void startWhat(const QString &what, const QString &address)
     else if (what == "thread")
         loadOnOwnThread(address);
     else if (what == "download")
-        download = SystemServices::current().urlDownloads->start(QUrl(address + "/Manual.zip"),
-                                                                 QDir::homePath() + "/Manual.zip", deaf);
+        download = SystemServices::current().urlDownloads->start(
+            {.url = QUrl(address + "/Manual.zip"), .destination = QDir::homePath() + "/Manual.zip"}, deaf);
     else
         load(address);
     if (what == "loads")

@@ -3,7 +3,10 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/foundation/Bundle.h>
 
+#include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
+#include <QUrl>
 #include <QVariant>
 
 using platform::System;
@@ -30,6 +33,12 @@ QString schemeOf(const QString &argument)
     static const QRegularExpression form("^([A-Za-z][A-Za-z0-9+.-]+):.");
     return form.match(argument).captured(1).toLower();
 }
+
+/// One that a host claims is one of its own URLs.
+bool leadsToFile(const QString &text, const QStringList &schemes)
+{
+    return schemeOf(text) == u"file" && !schemes.contains("file");
+}
 } // namespace
 
 QStringList urlsForHost(QStringList texts)
@@ -39,9 +48,26 @@ QStringList urlsForHost(QStringList texts)
         return texts;
     const QStringList schemes = hostSchemes();
     texts.removeIf([&](const QString &text) {
+        if (leadsToFile(text, schemes))
+            return !QFileInfo(QUrl(text).toLocalFile()).isFile();
         return schemes.isEmpty() ? !text.contains("://") : !schemes.contains(schemeOf(text));
     });
     return texts;
+}
+
+QStringList withFilesAsUrls(QStringList arguments, const QString &folder)
+{
+    for (QString &argument : arguments) {
+        const QFileInfo file(QDir(folder), argument);
+        if (!argument.isEmpty() && !argument.startsWith('-') && file.isFile())
+            argument = QUrl::fromLocalFile(QDir::cleanPath(file.absoluteFilePath())).toString(QUrl::FullyEncoded);
+    }
+    return arguments;
+}
+
+QString fileOfUrl(const QString &url)
+{
+    return leadsToFile(url, hostSchemes()) ? QUrl(url).toLocalFile() : QString();
 }
 
 } // namespace qw

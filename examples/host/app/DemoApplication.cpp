@@ -25,8 +25,8 @@
 #include <QWUtilities/shell/QWSplashScreen.h>
 #include <QWUtilities/shortcuts/QWKeyboardShortcuts.h>
 
+#include <QFileInfo>
 #include <QIcon>
-#include <QUrl>
 
 namespace demo
 {
@@ -125,9 +125,11 @@ void DemoApplication::_takeUpControllers()
 void DemoApplication::_openFirstSound()
 {
     const HostSettings::Launch launch = m_tour ? HostSettings::Launch::Nothing : HostSettings::launch();
-    if (!m_options.files.isEmpty())
-        m_actions->openFile(m_options.files.first());
-    else if (launch == HostSettings::Launch::TestTone)
+    if (!m_options.files.isEmpty()) {
+        if (const QString &first = m_options.files.first();
+            !QFileInfo(first).isFile()) // one that is there comes by itself
+            m_actions->openFile(first);
+    } else if (launch == HostSettings::Launch::TestTone)
         m_actions->openTestTone(nullptr);
     else if (launch == HostSettings::Launch::LastSound && !HostSettings::lastSound().isEmpty())
         m_actions->openFile(HostSettings::lastSound());
@@ -164,11 +166,10 @@ void DemoApplication::scanPlugIns()
     m_menus->fill(*m_units, *m_vst);
 }
 
-void DemoApplication::getUrlWithReplyEvent(const QString &text)
+bool DemoApplication::openFile(const QString &path)
 {
-    const QUrl url(text);
-    if (url.isLocalFile())
-        m_actions->openFile(url.toLocalFile());
+    m_actions->openFile(path);
+    return true;
 }
 
 void DemoApplication::toggleKeyboardShortcuts(QObject *)

@@ -31,7 +31,7 @@ public:
     ~DemoApplication() override;
 
     bool usesSplashScreen() const override { return true; }
-    void getUrlWithReplyEvent(const QString &url) override;
+    bool openFile(const QString &path) override;
 
     // All of these are there once the launch is over.
     MainWindow &mainWindow() const { return *m_window; }

@@ -133,6 +133,8 @@ void prepareOpen(QFileDialog &panel, const OpenPanelRequest &request)
                           ? QFileDialog::Directory
                           : (request.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile));
     filterFiles(panel, request.fileTypes, request.fileTypesTitle);
+    if (!request.confirmTitle.isEmpty())
+        panel.setLabelText(QFileDialog::Accept, request.confirmTitle);
 }
 } // namespace
 

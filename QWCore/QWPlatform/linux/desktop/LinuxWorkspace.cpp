@@ -1,9 +1,12 @@
 #include "LinuxWorkspace.h"
 
+#include "DesktopPrograms.h"
 #include "QWPlatform/System.h"
+#include "QWPlatform/appkit/Selector.h"
 #include "QWPlatform/appkit/windows/UnopenedAlert.h"
 #include "QWPlatform/foundation/Clock.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -33,20 +36,17 @@ QSet<QProcess *> &openers()
     return running;
 }
 
-void didEnd(QProcess *opener, const QUrl &url, bool hasFailed)
+void didEnd(QProcess *opener, const QString &what, bool hasFailed)
 {
     openers().remove(opener);
     opener->deleteLater();
     if (hasFailed)
-        UnopenedAlert::sharedInstance().tell(url.toDisplayString(QUrl::PreferLocalFile));
+        UnopenedAlert::sharedInstance().tell(what);
 }
 
-// QDesktopServices is not used: it does nothing on window systems whose Qt plug-in lacks services.
-bool startOpener(const QUrl &url)
+/// A program that lives on by itself and was given @p what, as an alert would call it.
+bool start(const QString &program, const QStringList &arguments, const QString &what)
 {
-    const QString opener = QStandardPaths::findExecutable("xdg-open");
-    if (opener.isEmpty())
-        return false;
     auto *const process = new QProcess;
     openers().insert(process);
     process->setChildProcessModifier([] { ::setsid(); });
@@ -55,15 +55,36 @@ bool startOpener(const QUrl &url)
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     QObject::connect(process, &QProcess::finished, process,
-                     [process, url, start = now()](int code, QProcess::ExitStatus status) {
+                     [process, what, start = now()](int code, QProcess::ExitStatus status) {
                          const bool hasFailed = status == QProcess::NormalExit && code != 0;
-                         didEnd(process, url, hasFailed && now() - start < longestOpening);
+                         didEnd(process, what, hasFailed && now() - start < longestOpening);
                      });
-    process->start(opener, {url.toString(QUrl::FullyEncoded)});
+    process->start(program, arguments);
     const bool hasStarted = process->waitForStarted();
     if (!hasStarted)
-        didEnd(process, url, false);
+        didEnd(process, what, false);
     return hasStarted;
+}
+
+// QDesktopServices is not used: it does nothing on window systems whose Qt plug-in lacks services.
+bool startOpener(const QUrl &url)
+{
+    const QString opener = QStandardPaths::findExecutable("xdg-open");
+    return !opener.isEmpty() &&
+           start(opener, {url.toString(QUrl::FullyEncoded)}, url.toDisplayString(QUrl::PreferLocalFile));
+}
+
+bool startProgram(const QString &name, const QString &path)
+{
+    const QStringList command = commandOfProgram(name, path);
+    const QString program = QStandardPaths::findExecutable(command.value(0));
+    return !program.isEmpty() && start(program, command.mid(1), path);
+}
+
+bool isNameOfThisApplication(const QString &name)
+{
+    QObject *const application = QCoreApplication::instance();
+    return name == QCoreApplication::applicationName() || name == performReturning<QString>(application, "name");
 }
 } // namespace
 
@@ -76,6 +97,16 @@ bool LinuxWorkspace::openFile(const QString &path)
 {
     const QFileInfo file(path);
     return file.exists() && startOpener(QUrl::fromLocalFile(file.absoluteFilePath()));
+}
+
+bool LinuxWorkspace::openFileWithApplication(const QString &path, const QString &applicationName)
+{
+    const QFileInfo file(path);
+    if (!file.exists() || applicationName.isEmpty())
+        return false;
+    if (!isNameOfThisApplication(applicationName))
+        return startProgram(applicationName, file.absoluteFilePath());
+    return performReturning<bool>(QCoreApplication::instance(), "openFile:", file.absoluteFilePath()).value_or(false);
 }
 
 } // namespace platform

@@ -7,12 +7,13 @@
 namespace platform
 {
 
-/// Hands addresses to the desktop's "xdg-open" and does not wait for it.
+/// Hands addresses to the desktop's "xdg-open", and files to the programs of its entries, and does not wait for them.
 class QWPLATFORM_TEST_EXPORT LinuxWorkspace : public Workspace
 {
 public:
     bool openUrl(const QUrl &url) override;
     bool openFile(const QString &path) override;
+    bool openFileWithApplication(const QString &path, const QString &applicationName) override;
 };
 
 } // namespace platform

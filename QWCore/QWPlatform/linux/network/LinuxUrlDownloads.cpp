@@ -2,7 +2,6 @@
 
 #include "LinuxUrlTransfer.h"
 #include "NetworkRequests.h"
-#include "QWPlatform/foundation/Localization.h"
 
 #include <utility>
 
@@ -48,17 +47,16 @@ LinuxUrlDownloads::~LinuxUrlDownloads()
     LinuxUrlDownloads::cancelAll();
 }
 
-std::unique_ptr<UrlDownload> LinuxUrlDownloads::start(const QUrl &url, const QString &destination,
-                                                      UrlDownloadObserver &observer)
+std::unique_ptr<UrlDownload> LinuxUrlDownloads::start(const UrlDownloadRequest &request, UrlDownloadObserver &observer)
 {
-    auto *transfer = new LinuxUrlTransfer(destination, m_limits, observer);
+    auto *transfer = new LinuxUrlTransfer(request, m_limits, observer);
     auto download = std::make_unique<LinuxUrlDownload>(transfer);
     std::erase_if(m_transfers, [](const auto &one) { return one.isNull(); });
     m_transfers.emplace_back(transfer);
-    if (m_cancelled || !isLoadable(url))
-        transfer->failLater(localized("The address cannot be loaded."));
+    if (m_cancelled || !isLoadable(request.url))
+        transfer->failLater("The address cannot be loaded.");
     else
-        transfer->start(url);
+        transfer->start();
     return download;
 }
 

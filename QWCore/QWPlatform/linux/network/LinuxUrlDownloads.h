@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PartialFile.h"
 #include "QWPlatform/network/transfers/UrlDownload.h"
 
 #include <QWPlatform/qwplatform_private.h>
@@ -14,7 +15,8 @@ namespace platform
 
 class LinuxUrlTransfer;
 
-/// Streams answers to files. A file appears at its destination, in one step, once it is whole.
+/// Streams answers to files, each on a thread of its own. A file appears at its destination, in one step, once it is
+/// whole. A connection that is lost is made anew where the server can continue the file.
 class QWPLATFORM_TEST_EXPORT LinuxUrlDownloads : public UrlDownloads
 {
 public:
@@ -23,14 +25,14 @@ public:
     {
         std::chrono::milliseconds inactivity = std::chrono::seconds(30); ///< Without a byte.
         qint64 fileSize = largestFile;                                   ///< In bytes.
+        PartialFile::Patience patience{};                                ///< With connections that are lost.
     };
 
     LinuxUrlDownloads();
     explicit LinuxUrlDownloads(const Limits &limits);
     ~LinuxUrlDownloads() override;
 
-    std::unique_ptr<UrlDownload> start(const QUrl &url, const QString &destination,
-                                       UrlDownloadObserver &observer) override;
+    std::unique_ptr<UrlDownload> start(const UrlDownloadRequest &request, UrlDownloadObserver &observer) override;
     void cancelAll() override;
 
 private:

@@ -1,151 +1,75 @@
 #include "LinuxUrlTransfer.h"
 
-#include "QWPlatform/foundation/Localization.h"
-#include "QWPlatform/linux/process/WholeWrite.h"
+#include "QWPlatform/network/transfers/UrlDownload.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QPointer>
 
 #include <utility>
 
 namespace platform
 {
 
-namespace
-{
-constexpr int firstStatusWithoutFile = 300; ///< Redirections are followed; one that is left leads nowhere.
-constexpr qint64 pieceSize = 256 * 1024;
-} // namespace
+using Kind = DownloadEvent::Kind;
 
-LinuxUrlTransfer::LinuxUrlTransfer(const QString &destination, const LinuxUrlDownloads::Limits &limits,
+LinuxUrlTransfer::LinuxUrlTransfer(const UrlDownloadRequest &request, const LinuxUrlDownloads::Limits &limits,
                                    UrlDownloadObserver &observer)
-    : m_file(destination)
-    , m_observer(&observer)
-    , m_limits(limits)
+    : m_observer(&observer)
+    , m_thread(request, limits, m_report)
 {
+    connect(&m_report, &DownloadReport::told, this, qOverload<>(&LinuxUrlTransfer::_deliver), Qt::QueuedConnection);
+    connect(&m_thread, &QThread::finished, this, &QObject::deleteLater);
 }
 
 LinuxUrlTransfer::~LinuxUrlTransfer()
 {
     cancel();
+    m_thread.wait();
 }
 
-void LinuxUrlTransfer::start(const QUrl &url)
+void LinuxUrlTransfer::start()
 {
-    QDir().mkpath(QFileInfo(m_file.fileName()).path());
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return failLater(m_file.errorString());
-    m_exchange = new UrlExchange({.url = url, .method = "GET", .headers = {}, .body = {}}, m_limits.inactivity);
-    m_exchange->setParent(this);
-    connect(m_exchange, &UrlExchange::responded, this, &LinuxUrlTransfer::_responded);
-    connect(m_exchange, &UrlExchange::readyRead, this, &LinuxUrlTransfer::_readyRead);
-    connect(m_exchange, &UrlExchange::finished, this, &LinuxUrlTransfer::_finished);
-    m_exchange->start();
+    m_thread.start();
 }
 
-void LinuxUrlTransfer::failLater(const QString &description)
+void LinuxUrlTransfer::failLater(const QString &text)
 {
-    QMetaObject::invokeMethod(
-        this, [this, description] { _fail(description); }, Qt::QueuedConnection);
+    m_report.tell({Kind::Failure, 0, {}, {text, {}, 0}});
+    deleteLater(); // after what was told
 }
 
 void LinuxUrlTransfer::cancel()
 {
-    _end();
+    m_observer = nullptr;
+    m_report.cancel();
+    m_thread.quit();
 }
 
-bool LinuxUrlTransfer::_bringsFile() const
+/// An observer may destroy this, or run an event loop in which more is delivered.
+void LinuxUrlTransfer::_deliver()
 {
-    return m_observer && m_exchange->status() >= 200 && m_exchange->status() < firstStatusWithoutFile;
-}
-
-void LinuxUrlTransfer::_responded()
-{
-    if (!_bringsFile())
-        return;
-    if (m_exchange->expectedLength() > m_limits.fileSize)
-        _fail(localized("The file is too large."));
-    else
-        _respond();
-}
-
-void LinuxUrlTransfer::_respond()
-{
-    if (!std::exchange(m_responded, true))
-        m_observer->downloadDidReceiveResponse(m_exchange->expectedLength());
-}
-
-void LinuxUrlTransfer::_readyRead()
-{
-    while (m_observer) {
-        const QByteArray data = m_exchange->read(pieceSize);
-        if (data.isEmpty())
+    const QPointer<LinuxUrlTransfer> self(this);
+    while (self && m_observer) {
+        const auto event = m_report.next();
+        if (!event)
             return;
-        m_received += data.size();
-        if (m_received > m_limits.fileSize)
-            return _fail(localized("The file is too large."));
-        if (_bringsFile()) // not so the page that goes with an error
-            _take(data);
+        _deliver(*event);
     }
 }
 
-void LinuxUrlTransfer::_take(const QByteArray &data)
+void LinuxUrlTransfer::_deliver(const DownloadEvent &event)
 {
-    _respond();
-    if (!m_observer)
-        return;
-    if (const QString reason = writeWhole(m_file, data); !reason.isEmpty())
-        return _fail(reason);
-    m_observer->downloadDidReceiveDataOfLength(data.size());
-}
-
-void LinuxUrlTransfer::_finished()
-{
-    _readyRead();
-    if (!m_observer)
-        return;
-    const QString failure = _failure();
-    if (!failure.isEmpty())
-        return _fail(failure);
-    _respond();
-    if (m_observer)
-        _complete();
-}
-
-QString LinuxUrlTransfer::_failure() const
-{
-    const QString failure = m_exchange->failure();
-    const int status = m_exchange->status();
-    if (failure.isEmpty() && status >= firstStatusWithoutFile)
-        return formatted(localized("The server answered with status %d."), {QString::number(status)});
-    return failure;
-}
-
-void LinuxUrlTransfer::_complete()
-{
-    if (!m_file.commit())
-        return _fail(m_file.errorString());
-    if (UrlDownloadObserver *observer = _end())
-        observer->downloadDidFinish();
-}
-
-void LinuxUrlTransfer::_fail(const QString &description)
-{
-    if (UrlDownloadObserver *observer = _end())
-        observer->downloadDidFailWithError(description);
-}
-
-UrlDownloadObserver *LinuxUrlTransfer::_end()
-{
-    if (m_file.isOpen()) {
-        m_file.cancelWriting();
-        m_file.commit(); // closes and removes what was written
+    switch (event.kind) {
+    case Kind::Response:
+        return m_observer->downloadDidReceiveResponse(event.length);
+    case Kind::Data:
+        return m_observer->downloadDidReceiveDataOfLength(event.length);
+    case Kind::Destination:
+        return m_observer->downloadDidCreateDestination(event.path);
+    case Kind::Finish:
+        return std::exchange(m_observer, nullptr)->downloadDidFinish();
+    case Kind::Failure:
+        return std::exchange(m_observer, nullptr)->downloadDidFailWithError(descriptionOf(event.failure));
     }
-    if (m_exchange)
-        m_exchange->disconnect(this);
-    if (m_observer)
-        deleteLater();
-    return std::exchange(m_observer, nullptr);
 }
 
 } // namespace platform

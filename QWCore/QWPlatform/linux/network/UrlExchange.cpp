@@ -45,7 +45,7 @@ UrlExchange::UrlExchange(UrlRequest request, std::chrono::milliseconds inactivit
     , m_inactivity(inactivity)
 {
     m_idle.setSingleShot(true);
-    connect(&m_idle, &QTimer::timeout, this, [this] { _fail(translated("The request timed out.")); });
+    connect(&m_idle, &QTimer::timeout, this, &UrlExchange::_timeOut);
     connect(&m_lookup, &ServerLookup::found, this, &UrlExchange::_send);
     connect(&m_lookup, &ServerLookup::failed, this,
             [this] { _fail(translated("The server “%1” was not found.").arg(m_request.url.host())); });
@@ -65,6 +65,11 @@ void UrlExchange::start()
 int UrlExchange::status() const
 {
     return m_reply ? statusOf(*m_reply) : 0;
+}
+
+QByteArray UrlExchange::header(const char *name) const
+{
+    return m_reply ? m_reply->rawHeader(name) : QByteArray();
 }
 
 qint64 UrlExchange::expectedLength() const
@@ -158,6 +163,12 @@ void UrlExchange::_follow(const QUrl &url)
     m_request.url = url;
     m_reply.reset();
     m_lookup.start(url);
+}
+
+void UrlExchange::_timeOut()
+{
+    m_hasTimedOut = true;
+    _fail(translated("The request timed out."));
 }
 
 void UrlExchange::_fail(const QString &description)

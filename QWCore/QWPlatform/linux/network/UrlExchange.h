@@ -31,6 +31,15 @@ public:
     /// HTTP status; 200 for a file that was read, 0 before an answer came.
     int status() const;
 
+    /// Of the answer, as sent; "" when it has no such header.
+    QByteArray header(const char *name) const;
+
+    /// Of what is asked for: the last one, where the answer led elsewhere.
+    const QUrl &url() const { return m_request.url; }
+
+    /// Whether it failed because nothing came for too long.
+    bool hasTimedOut() const { return m_hasTimedOut; }
+
     /// Length of the body in bytes as announced; -1 when it is not.
     qint64 expectedLength() const;
 
@@ -53,6 +62,7 @@ private:
     void _follow(const QUrl &url);
     bool _bringsBody() const;
     void _restartClock() { m_idle.start(m_inactivity); }
+    void _timeOut();
     void _fail(const QString &description);
     void _finish();
 
@@ -70,6 +80,7 @@ private:
     QString m_failure;
     qint64 m_received = 0;
     int m_redirections = 0;
+    bool m_hasTimedOut = false;
     bool m_hasFinished = false;
 };
 

@@ -6,6 +6,7 @@ namespace platform
 UrlDownloadObserver::~UrlDownloadObserver() = default;
 void UrlDownloadObserver::downloadDidReceiveResponse(qint64) {}
 void UrlDownloadObserver::downloadDidReceiveDataOfLength(qint64) {}
+void UrlDownloadObserver::downloadDidCreateDestination(const QString &) {}
 void UrlDownloadObserver::downloadDidFinish() {}
 void UrlDownloadObserver::downloadDidFailWithError(const QString &) {}
 

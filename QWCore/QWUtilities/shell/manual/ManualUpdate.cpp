@@ -115,7 +115,8 @@ void ManualUpdate::_download(const QString &archive)
     const System &system = System::current();
     const QUrl url(system.locations().supportSite() + "/support/manuals/" + applicationCode().toLower() + "/" +
                    majorVersion() + "/Manual.zip");
-    m_downloader = SystemServices::current().urlDownloads->start(url, system.locations().mapped(archive), *this);
+    m_downloader = SystemServices::current().urlDownloads->start(
+        {.url = url, .destination = system.locations().mapped(archive), .overwrite = true}, *this);
     m_progressText->setText(localized("Downloading update..."));
     m_progressBar->setRange(0, barSteps);
     m_progressBar->setValue(0);

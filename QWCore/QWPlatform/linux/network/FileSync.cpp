@@ -1,0 +1,57 @@
+#include "FileSync.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <mutex>
+#include <thread>
+#include <unistd.h>
+
+namespace platform
+{
+
+struct FileSync::Asker
+{
+    std::mutex mutex; ///< Guards the object.
+    FileSync *object = nullptr;
+};
+
+namespace
+{
+/// Disks that know no syncing have done what they can.
+std::error_code sync(int descriptor)
+{
+    const bool isSynced = ::fdatasync(descriptor) == 0 || errno == EINVAL || errno == EROFS;
+    return isSynced ? std::error_code() : std::error_code(errno, std::generic_category());
+}
+} // namespace
+
+FileSync::FileSync() = default;
+
+FileSync::~FileSync()
+{
+    if (!m_asker)
+        return;
+    const std::lock_guard lock(m_asker->mutex);
+    m_asker->object = nullptr;
+}
+
+void FileSync::start(int descriptor)
+{
+    m_asker = std::make_shared<Asker>();
+    m_asker->object = this;
+    const auto run = [asker = m_asker, own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0)] {
+        const std::error_code error = sync(own);
+        ::close(own);
+        const std::lock_guard lock(asker->mutex);
+        if (FileSync *const object = asker->object)
+            QMetaObject::invokeMethod(
+                object, [object, error] { Q_EMIT object->ended(error); }, Qt::QueuedConnection);
+    };
+    try {
+        std::thread(run).detach();
+    } catch (const std::system_error &) {
+        run(); // no thread is to be had: better to wait than to lose the file
+    }
+}
+
+} // namespace platform
