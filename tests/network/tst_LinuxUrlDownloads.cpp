@@ -1,4 +1,5 @@
 #include "AnswersAroundLimit.h"
+#include "DownloadListener.h"
 
 #include <QWPlatform/linux/network/LinuxUrlDownloads.h>
 
@@ -6,65 +7,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <sys/resource.h>
 
 using namespace platform;
 using namespace std::chrono_literals;
-
-namespace
-{
-/// Writes down what it hears; may drop the download in any call.
-class Listener : public UrlDownloadObserver
-{
-public:
-    void downloadDidReceiveResponse(qint64 length) override
-    {
-        expected = length;
-        note("response");
-    }
-
-    void downloadDidReceiveDataOfLength(qint64 length) override
-    {
-        received += length;
-        if (calls.isEmpty() || calls.back() != u"data")
-            note("data");
-    }
-
-    void downloadDidFinish() override { note("finish"); }
-
-    void downloadDidFailWithError(const QString &description) override
-    {
-        failure = description;
-        note("fail");
-    }
-
-    bool ended() const { return calls.contains("finish") || calls.contains("fail"); }
-
-    QStringList calls;
-    qint64 expected = -2;
-    qint64 received = 0;
-    QString failure;
-    QString dropAt; ///< The call in which the download is destroyed.
-    std::unique_ptr<UrlDownload> download;
-
-private:
-    void note(const QString &call)
-    {
-        calls += call;
-        if (call == dropAt)
-            download.reset();
-    }
-};
-
-QByteArray contentsOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<none>");
-}
-} // namespace
 
 class tst_LinuxUrlDownloads : public QObject
 {
@@ -99,7 +46,7 @@ private Q_SLOTS:
     void fileAddressesWork();
 
 private:
-    void _start(const QUrl &url) { m_listener->download = m_downloads.start(url, _destination(), *m_listener); }
+    void _start(const QUrl &url) { m_listener->start(m_downloads, url, _destination()); }
     void _run(const QUrl &url);
     QString _destination() const { return m_folder->filePath("Manual.zip"); }
     QStringList _entries() const
@@ -110,12 +57,12 @@ private:
     HttpServer m_server;
     LinuxUrlDownloads m_downloads;
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<Listener> m_listener;
+    std::unique_ptr<DownloadListener> m_listener;
 };
 
 void tst_LinuxUrlDownloads::_run(const QUrl &url)
 {
-    m_listener = std::make_unique<Listener>();
+    m_listener = std::make_unique<DownloadListener>();
     _start(url);
     QTRY_VERIFY_WITH_TIMEOUT(m_listener->ended(), 20'000);
 }
@@ -134,7 +81,7 @@ void tst_LinuxUrlDownloads::fileArrivesWhole()
 void tst_LinuxUrlDownloads::nothingIsHeardBeforeStartReturns()
 {
     for (const QUrl &url : {QUrl("nonsense"), QUrl("file:///none/such"), m_server.url("/file")}) {
-        m_listener = std::make_unique<Listener>();
+        m_listener = std::make_unique<DownloadListener>();
         _start(url);
         QCOMPARE(m_listener->calls, QStringList());
         QTRY_VERIFY(m_listener->ended());
@@ -245,8 +192,8 @@ void tst_LinuxUrlDownloads::silenceFails()
     reply.stayAfterPieces = true;
     m_server.answer("/silent", reply);
     LinuxUrlDownloads impatient({.inactivity = 200ms});
-    m_listener = std::make_unique<Listener>();
-    m_listener->download = impatient.start(m_server.url("/silent"), _destination(), *m_listener);
+    m_listener = std::make_unique<DownloadListener>();
+    m_listener->start(impatient, m_server.url("/silent"), _destination());
     QTRY_VERIFY(m_listener->ended());
     QCOMPARE(m_listener->calls, QStringList({"response", "data", "fail"}));
     QCOMPARE(m_listener->failure, QString("The request timed out."));
@@ -270,20 +217,28 @@ void tst_LinuxUrlDownloads::nobodyListeningFails()
 void tst_LinuxUrlDownloads::unwritableDestinationFails_data()
 {
     QTest::addColumn<QString>("destination");
-    QTest::newRow("a folder") << "folder";
-    QTest::newRow("below a file") << "file/Manual.zip";
+    QTest::addColumn<QString>("failure");
+    QTest::newRow("a folder") << "folder"
+                              << "A folder has the name of the file.";
+    QTest::newRow("below a file") << "file/Manual.zip"
+                                  << "The folder “%1/file” is no longer there.";
+    QTest::newRow("below no folder") << "none/Manual.zip"
+                                     << "The folder “%1/none” is no longer there.";
+    QTest::newRow("no name") << ""
+                             << "The disk does not allow the name of the file.";
 }
 
 void tst_LinuxUrlDownloads::unwritableDestinationFails()
 {
     QFETCH(QString, destination);
+    QFETCH(QString, failure);
     QVERIFY(QDir(m_folder->path()).mkdir("folder"));
     QVERIFY(QFile(m_folder->filePath("file")).open(QIODevice::WriteOnly));
-    m_listener = std::make_unique<Listener>();
-    m_listener->download = m_downloads.start(m_server.url("/file"), m_folder->filePath(destination), *m_listener);
+    m_listener = std::make_unique<DownloadListener>();
+    m_listener->start(m_downloads, m_server.url("/file"), m_folder->path() + '/' + destination);
     QTRY_VERIFY(m_listener->ended());
     QCOMPARE(m_listener->calls, QStringList{"fail"});
-    QVERIFY(!m_listener->failure.isEmpty());
+    QCOMPARE(m_listener->failure, failure.contains("%1") ? failure.arg(m_folder->path()) : failure);
     QCOMPARE(_entries(), QStringList({"file", "folder"}));
 }
 
@@ -301,7 +256,7 @@ void tst_LinuxUrlDownloads::fullDiskFails()
     ::signal(SIGXFSZ, handler);
 
     QCOMPARE(m_listener->calls.back(), QString("fail"));
-    QCOMPARE(m_listener->failure, QString::fromLocal8Bit(std::strerror(EFBIG))); // and not "Unknown error"
+    QCOMPARE(m_listener->failure, QString("The file is too large for its disk."));
     QCOMPARE(_entries(), QStringList());
 }
 
@@ -316,8 +271,8 @@ void tst_LinuxUrlDownloads::tooLargeFilesFail()
     QFETCH(const bool, fits);
     m_server.answer("/large", reply);
     LinuxUrlDownloads modest({.fileSize = 5000});
-    m_listener = std::make_unique<Listener>();
-    m_listener->download = modest.start(m_server.url("/large"), _destination(), *m_listener);
+    m_listener = std::make_unique<DownloadListener>();
+    m_listener->start(modest, m_server.url("/large"), _destination());
     QTRY_VERIFY(m_listener->ended());
     QCOMPARE(m_listener->failure, fits ? QString() : QString("The file is too large."));
     QCOMPARE(_entries(), fits ? QStringList("Manual.zip") : QStringList());
@@ -329,15 +284,15 @@ void tst_LinuxUrlDownloads::cancelIsSilentAndLeavesNothing()
     reply.cutAfter = 4;
     reply.stayAfterPieces = true;
     m_server.answer("/half", reply);
-    m_listener = std::make_unique<Listener>();
+    m_listener = std::make_unique<DownloadListener>();
     _start(m_server.url("/half"));
     QTRY_COMPARE(m_listener->received, 4);
     m_listener->download->cancel();
     m_listener->download->cancel(); // once more does nothing
     QCOMPARE(_entries(), QStringList());
     m_server.answer("/file", HttpReply::text("other"));
-    Listener other;
-    other.download = m_downloads.start(m_server.url("/file"), m_folder->filePath("other"), other);
+    DownloadListener other;
+    other.start(m_downloads, m_server.url("/file"), m_folder->filePath("other"));
     QTRY_VERIFY(other.ended()); // the loop has run for a whole download
     QCOMPARE(m_listener->calls, QStringList({"response", "data"}));
 }
@@ -362,12 +317,12 @@ void tst_LinuxUrlDownloads::observerMayDropTheDownload()
     QFETCH(QString, path);
     m_server.answer("/file", HttpReply::text("0123456789"));
     m_server.answer("/error", HttpReply::failure(500));
-    m_listener = std::make_unique<Listener>();
+    m_listener = std::make_unique<DownloadListener>();
     m_listener->dropAt = call;
     _start(m_server.url(path));
     QTRY_VERIFY(!m_listener->download);
-    Listener other;
-    other.download = m_downloads.start(m_server.url("/file"), m_folder->filePath("other"), other);
+    DownloadListener other;
+    other.start(m_downloads, m_server.url("/file"), m_folder->filePath("other"));
     QTRY_VERIFY(other.ended());
     QCOMPARE(m_listener->calls.back(), call); // nothing after it
     QCOMPARE(QFile::exists(_destination()), call == u"finish");

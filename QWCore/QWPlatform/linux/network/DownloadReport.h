@@ -14,10 +14,13 @@ namespace platform
 /// One thing that an observer is to hear.
 struct DownloadEvent
 {
+    /// Whole is not for the observer: the file waits for its name until all before it was heard, since whoever hears
+    /// may still cancel.
     enum class Kind
     {
         Response,
         Data,
+        Whole,
         Destination,
         Finish,
         Failure
@@ -54,7 +57,8 @@ public:
     }
 
 Q_SIGNALS:
-    void told(); ///< There is more to hear; not once for each.
+    void told();     ///< There is more to hear; not once for each.
+    void accepted(); ///< By the main thread, after Whole: the file may have its name.
 
 private:
     std::mutex m_wanted; ///< Guards what follows, and what must not cross with a cancelling.

@@ -32,7 +32,8 @@ FileTransfer::FileTransfer(const UrlDownloadRequest &request, const LinuxUrlDown
     m_quiet.setSingleShot(true);
     connect(&m_pause, &QTimer::timeout, this, &FileTransfer::_ask);
     connect(&m_quiet, &QTimer::timeout, this, &FileTransfer::_tellProgress);
-    connect(&m_sync, &FileSync::ended, this, &FileTransfer::_place);
+    connect(&m_sync, &FileSync::ended, this, &FileTransfer::_synced);
+    connect(&m_report, &DownloadReport::accepted, this, &FileTransfer::_place);
 }
 
 void FileTransfer::start()
@@ -153,20 +154,26 @@ void FileTransfer::_lost(const QString &reason)
     m_pause.start(*pause);
 }
 
-void FileTransfer::_place(const std::error_code &syncError)
+void FileTransfer::_synced(const std::error_code &error)
 {
-    std::error_code error = syncError;
+    if (error)
+        return _failForFile(error);
+    _tellProgress();
+    m_report.tell({Kind::Whole, 0, {}, {}});
+}
+
+void FileTransfer::_place()
+{
+    std::error_code error;
     bool isWanted = false;
     m_report.whileWanted([&] {
         isWanted = true;
-        if (!error)
-            error = m_file->place();
+        error = m_file->place();
     });
     if (!isWanted)
         return _end();
     if (error)
         return _failForFile(error);
-    _tellProgress();
     if (m_file->path() != m_request.destination)
         m_report.tell({Kind::Destination, 0, m_file->path(), {}});
     m_report.tell({Kind::Finish, 0, {}, {}});

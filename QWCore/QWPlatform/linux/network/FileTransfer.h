@@ -42,7 +42,8 @@ private:
     void _finished();
     bool _bringsFile() const;
     void _lost(const QString &reason);
-    void _place(const std::error_code &syncError);
+    void _synced(const std::error_code &error);
+    void _place();
     void _tellProgress();
     void _failForFile(const std::error_code &error);
     void _fail(const QString &text, const QString &argument = {});

@@ -63,6 +63,8 @@ void LinuxUrlTransfer::_deliver(const DownloadEvent &event)
         return m_observer->downloadDidReceiveResponse(event.length);
     case Kind::Data:
         return m_observer->downloadDidReceiveDataOfLength(event.length);
+    case Kind::Whole:
+        return m_report.accepted();
     case Kind::Destination:
         return m_observer->downloadDidCreateDestination(event.path);
     case Kind::Finish:

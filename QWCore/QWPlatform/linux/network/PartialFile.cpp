@@ -13,6 +13,7 @@ namespace platform
 
 namespace
 {
+constexpr int mostDoublings = 4; ///< Of a pause.
 constexpr int statusOk = 200;
 constexpr int statusPartialContent = 206;
 
@@ -112,7 +113,7 @@ std::optional<std::chrono::milliseconds> PartialFile::pauseBeforeNextTry()
     m_farthest = std::max(m_farthest, m_received);
     if (++m_tries > m_patience.tries || m_fruitlessTries > m_patience.fruitlessTries)
         return std::nullopt;
-    return m_patience.firstPause * (1 << m_fruitlessTries);
+    return m_patience.firstPause * (1 << std::min(m_fruitlessTries, mostDoublings));
 }
 
 } // namespace platform
