@@ -8,6 +8,7 @@
 #include <QWBase/QWApplicationLog.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/machine/SystemServices.h>
+#include <QWPlatform/network/transfers/StrictUrl.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -105,7 +106,8 @@ std::unique_ptr<platform::UrlDownload> QWVeskRecording::_start(const QString &fo
     const auto recorder = device();
     const QString url =
         (recorder ? recorder->address() : QString()) + u"/download?filename=" + m_state.filename + u"&format=" + format;
-    return platform::SystemServices::current().urlDownloads->start(QUrl(url), m_downloadPath, *this);
+    return platform::SystemServices::current().urlDownloads->start(
+        {.url = platform::urlAsItStands(url), .destination = m_downloadPath, .overwrite = false}, *this);
 }
 
 void QWVeskRecording::cancelDownload()
