@@ -20,7 +20,7 @@ public:
 
     platform::ServiceSession::Daemon function()
     {
-        return [state = m_state](platform::ServiceExchange &exchange) { serve(*state, exchange); };
+        return [state = m_state] { return [state](platform::ServiceExchange &exchange) { serve(*state, exchange); }; };
     }
 
     /// As the next to speak to it hears at once.

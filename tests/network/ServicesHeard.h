@@ -41,6 +41,8 @@ public:
         return nullptr;
     }
 
+    QString lastCall() const { return calls.isEmpty() ? QString() : calls.last(); }
+
     QStringList calls;
     std::vector<std::shared_ptr<platform::NetService>> services; ///< As they were found.
     QString reason;                                              ///< Why it did not search.

@@ -2,7 +2,6 @@
 
 #include "QWPlatform/linux/desktop/BusProbe.h"
 #include "QWPlatform/linux/system/FrameworkFiles.h"
-#include "ServiceExchange.h"
 
 #include <QFile>
 
@@ -27,23 +26,31 @@ struct AvahiModule
     std::string error;
 };
 
-AvahiModule loadAvahiModule()
+AvahiModule loadAvahi()
 {
     const QByteArray path = QFile::encodeName(FrameworkFiles::beside("Modules/libQWPlatformAvahi.so"));
     void *module = ::dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     const auto function = module ? reinterpret_cast<AvahiFunction>(::dlsym(module, avahiFunctionName)) : nullptr;
     return {function, function ? std::string() : std::string(::dlerror())};
 }
+
+const AvahiModule &avahiModule()
+{
+    static const AvahiModule module = loadAvahi();
+    return module;
+}
 } // namespace
 
-void speakToAvahi(ServiceExchange &exchange)
+ServiceSession::Conversation avahiConversation()
 {
-    static const AvahiModule module = loadAvahiModule();
-    if (!module.function)
-        return exchange.publishFailure(module.error);
-    if (!busAnswers(systemBus(), patienceWithSystemBus)) // the library would wait for a minute
-        return exchange.publishFailure("the system's message bus does not answer");
-    module.function(exchange);
+    const AvahiModule avahi = avahiModule();
+    return [avahi, bus = systemBus()](ServiceExchange &exchange) {
+        if (!avahi.function)
+            return exchange.publishFailure(avahi.error);
+        if (!busAnswers(bus, patienceWithSystemBus)) // the library would wait for a minute
+            return exchange.publishFailure("the system's message bus does not answer");
+        avahi.function(exchange);
+    };
 }
 
 } // namespace platform

@@ -9,7 +9,7 @@ namespace platform
 {
 
 LinuxNetServices::LinuxNetServices(QString list)
-    : LinuxNetServices(std::move(list), speakToAvahi)
+    : LinuxNetServices(std::move(list), avahiConversation)
 {
 }
 

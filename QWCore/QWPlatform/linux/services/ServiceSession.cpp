@@ -12,10 +12,10 @@ namespace
 constexpr auto patienceWithDaemon = std::chrono::seconds(5);
 
 /// Runs on the thread of the session.
-void speak(const ServiceSession::Daemon &daemon, ServiceExchange &exchange)
+void speak(const ServiceSession::Conversation &conversation, ServiceExchange &exchange)
 {
     try {
-        daemon(exchange);
+        conversation(exchange);
     } catch (const std::exception &exception) {
         exchange.publishFailure(exception.what());
     }
@@ -44,7 +44,7 @@ ServiceSession::ServiceSession(const Daemon &daemon)
     QObject::connect(&m_patience, &QTimer::timeout, &m_receiver, [this] { _fail("the daemon does not answer"); });
     m_patience.setSingleShot(true);
     m_patience.start(patienceWithDaemon);
-    _start(daemon);
+    _start(daemon());
 }
 
 ServiceSession::~ServiceSession()
@@ -52,10 +52,10 @@ ServiceSession::~ServiceSession()
     m_exchange->close();
 }
 
-void ServiceSession::_start(const Daemon &daemon)
+void ServiceSession::_start(const Conversation &conversation)
 {
     try {
-        std::thread([daemon, exchange = m_exchange] { speak(daemon, *exchange); }).detach();
+        std::thread([conversation, exchange = m_exchange] { speak(conversation, *exchange); }).detach();
     } catch (const std::system_error &error) {
         m_exchange->publishFailure(error.what());
     }

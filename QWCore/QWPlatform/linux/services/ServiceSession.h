@@ -41,7 +41,10 @@ class QWPLATFORM_TEST_EXPORT ServiceSession
 public:
     /// Speaks to the daemon on the thread that it is called on, until the exchange is closed or it has told of a
     /// failure.
-    using Daemon = std::function<void(ServiceExchange &)>;
+    using Conversation = std::function<void(ServiceExchange &)>;
+
+    /// Prepares a conversation on the main thread; what that loads must not meet the end of the process.
+    using Daemon = std::function<Conversation()>;
 
     explicit ServiceSession(const Daemon &daemon);
     ~ServiceSession();
@@ -60,7 +63,7 @@ public:
     bool isOver() const { return m_isOver; }
 
 private:
-    void _start(const Daemon &daemon);
+    void _start(const Conversation &conversation);
     void _deliver();
     void _answer(const ServiceEvent &event);
     void _fail(const std::string &reason);
