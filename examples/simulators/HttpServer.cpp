@@ -2,10 +2,22 @@
 
 #include "HttpConnection.h"
 
-#include <QFile>
+#include <QDateTime>
+#include <QFileInfo>
 #include <QMimeDatabase>
 #include <QTcpServer>
 #include <QTcpSocket>
+
+namespace
+{
+/// Thousands may knock at once.
+constexpr int backlog = 4096;
+
+QByteArray etagOf(const QFileInfo &file)
+{
+    return QString("\"%1-%2\"").arg(file.size(), 0, 16).arg(file.lastModified().toMSecsSinceEpoch(), 0, 16).toLatin1();
+}
+} // namespace
 
 HttpReply HttpReply::text(const QByteArray &body, const QByteArray &contentType)
 {
@@ -32,10 +44,14 @@ HttpReply HttpReply::redirection(const QByteArray &location, int status)
 
 HttpReply HttpReply::file(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    HttpReply reply;
+    reply.body = HttpBody::file(path);
+    if (reply.body.isNull())
         return failure(404);
-    return text(file.readAll(), QMimeDatabase().mimeTypeForFile(path).name().toUtf8());
+    reply.contentType = QMimeDatabase().mimeTypeForFile(path).name().toUtf8();
+    reply.etag = etagOf(QFileInfo(path));
+    reply.offersRanges = true;
+    return reply;
 }
 
 HttpServer::HttpServer(Handler handler, QObject *parent)
@@ -43,28 +59,39 @@ HttpServer::HttpServer(Handler handler, QObject *parent)
     , m_handler(std::move(handler))
     , m_server(new QTcpServer(this))
 {
-    connect(m_server, &QTcpServer::newConnection, this, [this] {
-        while (QTcpSocket *socket = m_server->nextPendingConnection()) {
-            ++m_connections;
-            new HttpConnection(*socket, [this](const HttpRequest &request) {
-                m_requests.push_back(request);
-                Q_EMIT requestReceived(request.path);
-                return _replyTo(request);
-            });
-        }
-    });
+    m_server->setListenBacklogSize(backlog);
+    connect(m_server, &QTcpServer::newConnection, this, &HttpServer::_accept);
 }
 
 HttpServer::~HttpServer() = default;
 
 bool HttpServer::listen(quint16 port)
 {
-    return m_server->listen(QHostAddress::LocalHost, port);
+    return listen(QHostAddress::LocalHost, port);
+}
+
+bool HttpServer::listen(const QHostAddress &address, quint16 port)
+{
+    return m_server->listen(address, port);
+}
+
+void HttpServer::close()
+{
+    m_server->close();
+    for (QTcpSocket *const socket : m_server->findChildren<QTcpSocket *>())
+        socket->abort();
 }
 
 QString HttpServer::address() const
 {
-    return QString("http://127.0.0.1:%1").arg(m_server->serverPort());
+    const QHostAddress own = m_server->serverAddress();
+    const bool isOne = !own.isNull() && own != QHostAddress::Any && own != QHostAddress::AnyIPv4;
+    return QString("http://%1:%2").arg(isOne ? own.toString() : "127.0.0.1").arg(port());
+}
+
+quint16 HttpServer::port() const
+{
+    return m_server->serverPort();
 }
 
 void HttpServer::answer(const QString &path, const HttpReply &reply)
@@ -72,7 +99,23 @@ void HttpServer::answer(const QString &path, const HttpReply &reply)
     m_answers.insert(path, reply);
 }
 
-HttpReply HttpServer::_replyTo(const HttpRequest &request) const
+void HttpServer::_accept()
+{
+    while (QTcpSocket *const socket = m_server->nextPendingConnection()) {
+        ++m_connections;
+        new HttpConnection(*socket, [this](const HttpRequest &request) { return _reply(request); });
+    }
+}
+
+HttpReply HttpServer::_reply(const HttpRequest &request)
+{
+    m_requests.push_back(request);
+    Q_EMIT lineReceived(request.line);
+    Q_EMIT requestReceived(request.path);
+    return _scriptedReply(request);
+}
+
+HttpReply HttpServer::_scriptedReply(const HttpRequest &request) const
 {
     const auto scripted = m_answers.constFind(request.path);
     if (scripted != m_answers.constEnd())
