@@ -1,3 +1,4 @@
+#include "EndOnSignals.h"
 #include "EndWithParent.h"
 #include "GridScript.h"
 #include "GridSimulator.h"
@@ -12,7 +13,6 @@
 #include <QTextStream>
 
 #include <algorithm>
-#include <csignal>
 #include <cstring>
 #include <unistd.h>
 
@@ -23,21 +23,6 @@ void useNoDisplayWhenHeadless(int argc, char **argv)
 {
     if (std::any_of(argv, argv + argc, [](const char *argument) { return std::strcmp(argument, "--headless") == 0; }))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-}
-
-volatile std::sig_atomic_t isEnding = 0;
-
-/// A signal ends the loop, so that the link is taken away.
-void endOnSignals(QCoreApplication &application)
-{
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
-        std::signal(signal, [](int) { isEnding = 1; });
-    auto *const look = new QTimer(&application);
-    QObject::connect(look, &QTimer::timeout, &application, [] {
-        if (isEnding)
-            QCoreApplication::quit();
-    });
-    look->start(50);
 }
 
 void setUp(QCommandLineParser &options)
