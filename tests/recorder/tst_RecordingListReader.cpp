@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <random>
 
@@ -87,7 +88,7 @@ QByteArray asBinary(const QByteArray &xml)
     plist_to_bin(list, &bytes, &size);
     const QByteArray binary(bytes, static_cast<qsizetype>(size));
     plist_free(list);
-    plist_to_bin_free(bytes);
+    std::free(bytes);
     return binary;
 }
 

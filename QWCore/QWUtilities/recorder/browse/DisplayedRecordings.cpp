@@ -2,6 +2,7 @@
 
 #include "RecordingOrder.h"
 
+#include <QWBase/tables/QWTableColumn.h>
 #include <QWPlatform/foundation/Localization.h>
 
 #include <array>
@@ -91,12 +92,11 @@ int DisplayedRecordings::columnOf(const QString &identifier)
     return static_cast<int>(columnIdentifiers().indexOf(identifier));
 }
 
-void DisplayedRecordings::refreshRecordings(const std::shared_ptr<QWVeskDevice> &device)
+void DisplayedRecordings::refreshRecordings(std::shared_ptr<QWVeskDevice> device)
 {
     beginResetModel();
-    const std::shared_ptr<QWVeskDevice> before =
-        std::exchange(m_device, device); // its list is in use until the next line
-    d->setList(device ? device->list() : d->none);
+    m_device.swap(device); // the one before goes at the end, when nothing of its list is in use any more
+    d->setList(m_device ? m_device->list() : d->none);
     const QString key = m_sortDescriptor ? m_sortDescriptor->key : QString();
     d->rows = d->order(key).takes(!m_sortDescriptor || m_sortDescriptor->ascending, d->matchesOf(m_searchText));
     endResetModel();
@@ -179,9 +179,13 @@ QVariant DisplayedRecordings::data(const QModelIndex &index, int role) const
 
 QVariant DisplayedRecordings::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= columnCount())
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount())
         return {};
-    return platform::localized(QString::fromLatin1(displayedColumns[static_cast<size_t>(section)].header));
+    if (role == QWTableColumn::IdentifierRole)
+        return columnIdentifiers().at(section);
+    return role == Qt::DisplayRole
+               ? platform::localized(QString::fromLatin1(displayedColumns[static_cast<size_t>(section)].header))
+               : QVariant();
 }
 
 } // namespace qw

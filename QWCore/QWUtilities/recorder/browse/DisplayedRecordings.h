@@ -45,7 +45,7 @@ public:
 
     /// refreshRecordings: the rows are the takes of @p device (null: none) as its list is now, of which those stay
     /// that match the search, in the order of the sort.
-    void refreshRecordings(const std::shared_ptr<QWVeskDevice> &device);
+    void refreshRecordings(std::shared_ptr<QWVeskDevice> device);
 
     /// Shows takes only whose keywords hold @p text, neither case nor diacritics counting; "" shows all.
     void setSearchText(const QString &text);

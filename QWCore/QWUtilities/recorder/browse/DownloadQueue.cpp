@@ -64,9 +64,30 @@ bool goesOnAfterFailure()
     return platform::System::current().userDefaults().boolean(QString::fromUtf16(DownloadQueue::goesOnAfterFailureKey));
 }
 
+/// Whether the host says in its Info.plist that it opens files with that extension, in exactly these letters.
+bool hostOpens(const QString &extension)
+{
+    const QVariantList types =
+        platform::System::current().mainBundle().objectForInfoDictionaryKey("CFBundleDocumentTypes").toList();
+    return std::any_of(types.begin(), types.end(), [&](const QVariant &type) {
+        return type.toMap().value("CFBundleTypeExtensions").toList().contains(extension);
+    });
+}
+
+QString hostName()
+{
+    const QWApplication *const application = QWApplication::sharedApplication();
+    return application ? application->name()
+                       : platform::System::current().mainBundle().objectForInfoDictionaryKey("CFBundleName").toString();
+}
+
 void openSaved(const QString &path)
 {
-    platform::System::current().workspace().openFile(path);
+    platform::Workspace &workspace = platform::System::current().workspace();
+    if (hostOpens(path.mid(path.lastIndexOf(u'.') + 1)))
+        workspace.openFileWithApplication(path, hostName());
+    else
+        workspace.openFile(path);
 }
 } // namespace
 
@@ -88,6 +109,7 @@ void DownloadQueue::save()
     request.window = m_view.window();
     request.title = platform::localized("Save Recordings");
     request.directories = true;
+    request.confirmTitle = platform::localized("Save");
     m_choosing = std::make_shared<Choosing>();
     platform::System::current().filePanels().beginOpenPanel(
         request, [this, choosing = std::weak_ptr(m_choosing)](int code, const QStringList &paths) {

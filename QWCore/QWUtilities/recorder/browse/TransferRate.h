@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QWUtilities/qwutilities_private.h>
+
 #include <QtGlobal>
 
 #include <deque>
@@ -9,7 +11,7 @@ namespace qw
 {
 
 /// How quickly bytes have come in the last few seconds. Times are those of a steady clock, in nanoseconds.
-class TransferRate
+class QWUTILITIES_TEST_EXPORT TransferRate
 {
 public:
     /// Bytes received by then, of one and the same transfer.

@@ -3,8 +3,6 @@
 #include "QWVeskRecording.h"
 #include "TitleCollator.h"
 
-#include <QWPlatform/foundation/lists/Utf8.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -61,8 +59,10 @@ RecordingKeys::RecordingKeys(const Recordings &recordings)
 
 QByteArray RecordingKeys::folded(const QString &text)
 {
-    return isAscii(text) ? text.toLatin1().toLower()
-                         : withoutMarks(text.normalized(QString::NormalizationForm_D)).toCaseFolded().toUtf8();
+    if (isAscii(text))
+        return text.toLatin1().toLower();
+    // By way of capitals, since only these write out "ß".
+    return withoutMarks(text.normalized(QString::NormalizationForm_D)).toUpper().toCaseFolded().toUtf8();
 }
 
 std::vector<bool> RecordingKeys::takesWithKeywords(const QString &text) const
