@@ -36,7 +36,7 @@ QVariantMap entry(int i)
             {"quality", qlonglong(i % 3)},
             {"formats", formats},
             {"locked", i % 7 == 0},
-            {"keywords", words[i % 8] + ' ' + words[i / 8 % 8] + QString(" reel %1").arg(i / 100)}};
+            {"keywords", QString("%1 %2 reel %3").arg(words[i % 8], words[i / 8 % 8]).arg(i / 100)}};
 }
 
 const QByteArray &listOf(int count)

@@ -7,7 +7,8 @@
 
 #include <QWPlatform/foundation/PropertyList.h>
 
-#include <QTimer>
+#include <QCoreApplication>
+#include <QEventLoop>
 
 #include <arpa/inet.h>
 #include <cstring>

@@ -332,6 +332,14 @@ private Q_SLOTS:
         QVERIFY(lists > 1000);
     }
 
+    void aListThatWouldFillTheMemoryDoesNotLoad()
+    {
+        const auto most = static_cast<qsizetype>(RecordingListReader::mostTakes);
+        QCOMPARE(RecordingListReader::read(wrapped(QByteArray("<dict/>").repeated(most)))->size(), size_t(most));
+        QVERIFY(!RecordingListReader::read(wrapped(QByteArray("<dict/>").repeated(most + 1))));
+        QVERIFY(!RecordingListReader::read('(' + QByteArray("{},").repeated(most + 1) + ')'));
+    }
+
     void aHundredThousandTakesLoad()
     {
         QByteArray entries;

@@ -24,13 +24,19 @@ bool beginsLikeXml(const QByteArray &data)
     return first != text.end() && *first == '<';
 }
 
+/// Bytes of a list in another form than XML, which is shorter in these: 100,000 takes have half of that.
+constexpr qsizetype largestOtherForm = 64 << 20;
+
 std::optional<std::vector<RecordingState>> fromOtherForms(const QByteArray &data)
 {
+    if (data.size() > largestOtherForm)
+        return std::nullopt;
     const QVariant list = platform::PropertyList::fromData(data).value_or(QVariant());
-    if (list.typeId() != QMetaType::QVariantList)
+    const QVariantList entries = list.toList();
+    if (list.typeId() != QMetaType::QVariantList || static_cast<size_t>(entries.size()) > mostTakes)
         return std::nullopt;
     std::vector<RecordingState> states;
-    for (const QVariant &entry : list.toList())
+    for (const QVariant &entry : entries)
         if (entry.typeId() == QMetaType::QVariantMap)
             states.push_back(stateOf(entry.toMap()));
     return states;

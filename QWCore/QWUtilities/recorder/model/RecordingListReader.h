@@ -16,6 +16,10 @@ namespace qw
 namespace RecordingListReader
 {
 
+/// A list with more takes than that, many times what a recorder holds, does not load: a few bytes each would do to fill
+/// the memory.
+constexpr size_t mostTakes = 500'000;
+
 /// The takes in @p data, in their order; entries that are no dictionaries are passed over. None when it is no property
 /// list, not whole, or no array.
 QWUTILITIES_TEST_EXPORT std::optional<std::vector<RecordingState>> read(const QByteArray &data);

@@ -1,5 +1,7 @@
 #include "RecordingXmlReader.h"
 
+#include "RecordingListReader.h"
+
 #include <QWPlatform/foundation/lists/XmlPropertyListText.h>
 
 namespace qw
@@ -41,7 +43,7 @@ bool RecordingXmlReader::_entries(Token token)
     if (token != Token::Start)
         return false;
     for (token = m_scanner.nextTag(); token == Token::Start || token == Token::Empty; token = m_scanner.nextTag())
-        if (!_entry(token))
+        if (!_entry(token) || m_states.size() > RecordingListReader::mostTakes)
             return false;
     return token == Token::End && m_scanner.text() == "array";
 }
