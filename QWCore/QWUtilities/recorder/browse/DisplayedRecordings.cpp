@@ -60,7 +60,7 @@ public:
         return matches;
     }
 
-    const RecordingList none;
+    const RecordingList none{};
     const RecordingList *list = &none;        ///< The device's, or none.
     std::vector<uint32_t> rows;               ///< Places in the list.
     std::map<QString, RecordingOrder> orders; ///< Those asked for so far, by key.

@@ -85,7 +85,7 @@ private:
     QString m_address; ///< Set before the load begins, which reads it.
     QString m_name;
     std::unique_ptr<const qw::RecordingList> m_list; ///< Null until it is loaded.
-    const qw::RecordingList m_emptyList;
+    const qw::RecordingList m_emptyList{};
     bool m_invalid = false;
     bool m_isBlue = false;
     mutable std::mutex m_lock; ///< Guards the list and invalid.
