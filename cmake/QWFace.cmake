@@ -3,4 +3,4 @@
 set(QW_FACE_FOLDERS
     QWPlatform QWPlatform/appkit QWPlatform/foundation QWPlatform/network QWPlatform/plugins
     QWBase QWBase/tables
-    QWUtilities/controllers QWUtilities/plugins QWUtilities/shell QWUtilities/shortcuts)
+    QWUtilities/controllers QWUtilities/plugins QWUtilities/recorder QWUtilities/shell QWUtilities/shortcuts)

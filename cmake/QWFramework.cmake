@@ -64,3 +64,15 @@ function(qw_framework_resources name)
     add_custom_target(${name}_resources ALL DEPENDS ${outputs})
     add_dependencies(${name} ${name}_resources)
 endfunction()
+
+# Renders an SVG resource at build time as <name>.png, SIZE points square, and <name>@2x.png for finer screens.
+function(qw_framework_icon name svg size)
+    cmake_path(GET svg STEM base)
+    math(EXPR double_size "2 * ${size}")
+    set(icon ${QW_LIB_DIR}/${name}.framework/Versions/A/Resources/${base})
+    add_custom_command(OUTPUT ${icon}.png ${icon}@2x.png
+        COMMAND qw-render-icon ${CMAKE_CURRENT_SOURCE_DIR}/${svg} ${icon}.png ${size} ${icon}@2x.png ${double_size}
+        DEPENDS qw-render-icon ${CMAKE_CURRENT_SOURCE_DIR}/${svg} VERBATIM)
+    add_custom_target(${name}_${base} ALL DEPENDS ${icon}.png ${icon}@2x.png)
+    add_dependencies(${name} ${name}_${base})
+endfunction()

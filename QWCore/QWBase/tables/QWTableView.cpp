@@ -112,6 +112,7 @@ QWTableView::QWTableView(QWidget *parent)
 
 QWTableView::~QWTableView()
 {
+    blockSignals(true);
     QTableView::setModel(nullptr); // which goes before the view
 }
 

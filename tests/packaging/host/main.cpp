@@ -56,6 +56,7 @@
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 #include <QWUtilities/plugins/QWVSTWrapping.h>
+#include <QWUtilities/recorder/QWVeskBrowser.h>
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 #include <QWUtilities/shell/QWPreferencesPane.h>
@@ -134,8 +135,8 @@ bool product()
     return position.x == 0 && found(&observer) && found(&listener) && found(&QWMonomeRemote::remote) &&
            found(&QWRemoteControl::remoteControl) && found(&QWScrollWheelManager::loadActions) &&
            found(&QWAUDescription::description) && found(&QWAUManager::validate) && found(&QWVSTManager::validate) &&
-           found(&QWVSTWrapping::sharedInstance) && found(&QWAboutPanel::open) && found(&QWManual::openManual) &&
-           found(&QWPreferencesPane::paneSize) && found(&QWPreferencesPanel::update) &&
+           found(&QWVSTWrapping::sharedInstance) && found(&QWAboutPanel::open) && found(&QWVeskBrowser::openWindow) &&
+           found(&QWManual::openManual) && found(&QWPreferencesPane::paneSize) && found(&QWPreferencesPanel::update) &&
            found(&QWSplashScreen::setAction) && found(&QWKeyboardShortcuts::togglePanel) &&
            found(&QWShortcut::refreshMenuItem) && found(&QWShortcutGroup::refreshMenu) &&
            found(&QWShortcutKey::displayString);
