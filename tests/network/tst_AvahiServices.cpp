@@ -24,7 +24,7 @@ bool isMapped(const QByteArray &library)
 
 std::unique_ptr<NetServiceBrowser> search(ServicesHeard &heard)
 {
-    LinuxNetServices services({});
+    LinuxNetServices services;
     auto browser = services.makeBrowser();
     browser->setDelegate(&heard);
     browser->searchForServicesOfTypeInDomain("_http._tcp.", "local.");
@@ -106,7 +106,7 @@ bool tst_AvahiServices::_finds(const QStringList &names)
 
 void tst_AvahiServices::libraryIsMappedWithTheFirstSearch()
 {
-    LinuxNetServices services({});
+    LinuxNetServices services;
     auto browser = services.makeBrowser();
     if (isMapped("libavahi-client")) // by the test before, when it was not run alone
         QVERIFY(isMapped("libQWPlatformAvahi"));

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void askingAnewForgetsTheFirstQuestion();
     void listedServicesAreFoundAndResolved();
     void listedServicesNeedNoDaemon();
+    void listOfTheEnvironmentCountsWhenABrowserIsMade();
     void listedServicesAreOfOneType();
     void announcedServiceThatIsListedIsToldOnce();
     void listedServiceMayBeResolvedWithoutBrowser();
@@ -365,6 +366,18 @@ void tst_LinuxNetServices::listedServicesNeedNoDaemon()
     QTRY_COMPARE(m_daemon->sessionsEver(), 1);
     QTRY_COMPARE(m_daemon->sessions(), 0); // it was told, and has gone
     QCOMPARE(m_heard->calls, QStringList{"+ Vesk on A"});
+}
+
+void tst_LinuxNetServices::listOfTheEnvironmentCountsWhenABrowserIsMade()
+{
+    LinuxNetServices services;
+    qputenv("QW_NET_SERVICES", "Vesk on K%C3%BCche=10.0.0.1:80");
+    m_browser = services.makeBrowser();
+    qunsetenv("QW_NET_SERVICES");
+    m_browser->setDelegate(m_heard.get());
+    m_browser->searchForServicesOfTypeInDomain("_http._tcp.", "local.");
+    QTRY_VERIFY(m_heard->find("Vesk on Küche"));
+    m_browser->stop(); // real daemons are not asked for more
 }
 
 void tst_LinuxNetServices::listedServicesAreOfOneType()

@@ -11,9 +11,11 @@ namespace platform
 
 namespace
 {
-constexpr unsigned waitForBetter = 500; // milliseconds
+constexpr unsigned waitForFirst = 100; // milliseconds
+constexpr unsigned waitForBetter = 500;
 
-/// Over which protocol to ask, and for an address of which. Addresses of IPv4 are not announced over IPv6.
+/// Over which protocol to ask, and for an address of which; the usual way first, since each costs several calls.
+/// Addresses of IPv4 are not announced over IPv6.
 struct Way
 {
     AvahiProtocol over;
@@ -51,20 +53,32 @@ std::string socketAddress6(const AvahiAddress &address, AvahiIfIndex interface, 
 
 AvahiResolution::AvahiResolution(AvahiClient *client, const AvahiPoll *poll, const ServiceCommand &command)
     : m_question(command.question)
+    , m_service(command.service)
+    , m_client(client)
     , m_poll(poll)
-    , m_waiting(ways.size())
+    , m_open(ways.size())
 {
-    const std::string type = withoutDot(command.service.type);
-    const std::string domain = withoutDot(command.service.domain);
-    for (const Way way : ways) {
-        AvahiServiceResolver *resolver = avahi_service_resolver_new(
-            client, AVAHI_IF_UNSPEC, way.over, command.service.name.c_str(), type.c_str(), domain.c_str(), way.wanted,
-            AVAHI_LOOKUP_NO_TXT, &AvahiResolution::_callback, this);
-        if (resolver)
-            m_resolvers.emplace_back(resolver);
-        else // such as IPv6 where the daemon does without
-            _giveUpOne(avahi_strerror(avahi_client_errno(client)));
-    }
+    _wait(waitForFirst);
+    _ask(0);
+}
+
+void AvahiResolution::_ask(std::size_t way)
+{
+    AvahiServiceResolver *resolver =
+        avahi_service_resolver_new(m_client, AVAHI_IF_UNSPEC, ways.at(way).over, m_service.name.c_str(),
+                                   withoutDot(m_service.type).c_str(), withoutDot(m_service.domain).c_str(),
+                                   ways.at(way).wanted, AVAHI_LOOKUP_NO_TXT, &AvahiResolution::_callback, this);
+    if (resolver)
+        m_resolvers.emplace_back(resolver);
+    else // such as IPv6 where the daemon does without
+        _giveUpOne(avahi_strerror(avahi_client_errno(m_client)));
+}
+
+void AvahiResolution::_askAllWays()
+{
+    m_asksAllWays = true;
+    for (std::size_t way = 1; way < ways.size(); ++way)
+        _ask(way);
 }
 
 AvahiResolution::~AvahiResolution()
@@ -95,24 +109,35 @@ void AvahiResolution::_take(const AvahiAddress &address, AvahiIfIndex interface,
         m_isOver = true;
     } else if (m_address6.empty()) {
         m_address6 = socketAddress6(address, interface, port);
-        _waitForBetter();
+        _wait(waitForBetter);
     }
 }
 
 void AvahiResolution::_giveUpOne(const char *reason)
 {
     m_reason = reason;
-    if (--m_waiting == 0)
+    if (--m_open == 0)
         m_isOver = true;
+    else if (!m_asksAllWays)
+        _askAllWays();
 }
 
-void AvahiResolution::_waitForBetter()
+void AvahiResolution::_wait(unsigned milliseconds)
 {
     timeval until{};
-    avahi_elapse_time(&until, waitForBetter, 0);
+    avahi_elapse_time(&until, milliseconds, 0);
+    if (m_timeout)
+        return m_poll->timeout_update(m_timeout, &until);
     m_timeout = m_poll->timeout_new(
-        m_poll, &until, [](AvahiTimeout *, void *self) { static_cast<AvahiResolution *>(self)->m_isOver = true; },
-        this);
+        m_poll, &until, [](AvahiTimeout *, void *self) { static_cast<AvahiResolution *>(self)->_timeIsUp(); }, this);
+}
+
+void AvahiResolution::_timeIsUp()
+{
+    if (!m_address6.empty())
+        m_isOver = true;
+    else if (!m_asksAllWays)
+        _askAllWays();
 }
 
 ServiceEvent AvahiResolution::event() const

@@ -8,8 +8,9 @@
 namespace platform
 {
 
-/// Looks for addresses and port of one service, over both protocols at once. An address of IPv4 ends it; one of IPv6
-/// waits a little for that, since devices that speak both may answer in any order.
+/// Looks for addresses and port of one service: an address of IPv4, which ends it, and beside that one of IPv6 when
+/// nobody answers quickly. One of IPv6 waits a little for the other, since devices that speak both may answer in any
+/// order.
 class AvahiResolution
 {
 public:
@@ -29,14 +30,20 @@ private:
                           const char *hostName, const AvahiAddress *address, std::uint16_t port, AvahiStringList *texts,
                           AvahiLookupResultFlags flags, void *resolution);
 
+    void _ask(std::size_t way);
+    void _askAllWays();
+    void _wait(unsigned milliseconds);
+    void _timeIsUp();
     void _take(const AvahiAddress &address, AvahiIfIndex interface, int port);
     void _giveUpOne(const char *reason);
-    void _waitForBetter();
 
     const std::uint64_t m_question;
+    const ServiceName m_service;
+    AvahiClient *const m_client;
     const AvahiPoll *const m_poll;
     std::vector<AvahiResolverPointer> m_resolvers;
-    std::size_t m_waiting = 0; ///< For that many resolvers.
+    std::size_t m_open = 0; ///< Ways that have not failed.
+    bool m_asksAllWays = false;
     AvahiTimeout *m_timeout = nullptr;
     std::string m_address4;
     std::string m_address6;

@@ -8,8 +8,8 @@
 namespace platform
 {
 
-LinuxNetServices::LinuxNetServices(QString list)
-    : LinuxNetServices(std::move(list), avahiConversation)
+LinuxNetServices::LinuxNetServices()
+    : m_daemon(avahiConversation)
 {
 }
 
@@ -21,7 +21,7 @@ LinuxNetServices::LinuxNetServices(QString list, ServiceSession::Daemon daemon)
 
 std::unique_ptr<NetServiceBrowser> LinuxNetServices::makeBrowser()
 {
-    return std::make_unique<LinuxNetServiceBrowser>(m_list, m_daemon);
+    return std::make_unique<LinuxNetServiceBrowser>(m_list.value_or(qEnvironmentVariable("QW_NET_SERVICES")), m_daemon);
 }
 
 } // namespace platform

@@ -5,23 +5,25 @@
 
 #include <QWPlatform/qwplatform_private.h>
 
+#include <optional>
+
 namespace platform
 {
 
-/// Services that Avahi knows, and those of a list (listedServices()) beside them.
+/// Services that Avahi knows, and those of a list (listedServices()) beside them: the environment variable
+/// QW_NET_SERVICES as it is when a browser is made.
 class QWPLATFORM_TEST_EXPORT LinuxNetServices : public NetServices
 {
 public:
-    /// @p list is read when a search begins.
-    explicit LinuxNetServices(QString list);
+    LinuxNetServices();
 
-    /// With another @p daemon, for tests.
+    /// With another list and another daemon, for tests.
     LinuxNetServices(QString list, ServiceSession::Daemon daemon);
 
     std::unique_ptr<NetServiceBrowser> makeBrowser() override;
 
 private:
-    const QString m_list;
+    const std::optional<QString> m_list; ///< None: that of the environment.
     const ServiceSession::Daemon m_daemon;
 };
 

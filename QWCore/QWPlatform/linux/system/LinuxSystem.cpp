@@ -83,7 +83,7 @@ SystemServices makeServices()
     services.clock = std::make_unique<LinuxClock>();
     services.urlLoader = std::make_unique<LinuxUrlLoader>();
     services.urlDownloads = std::make_unique<LinuxUrlDownloads>();
-    services.netServices = std::make_unique<LinuxNetServices>(qEnvironmentVariable("QW_NET_SERVICES"));
+    services.netServices = std::make_unique<LinuxNetServices>();
     services.webViews = std::make_unique<LinuxWebViews>();
     services.workspace = std::make_unique<LinuxWorkspace>();
     services.instanceLink = std::make_unique<LinuxInstanceLink>();
