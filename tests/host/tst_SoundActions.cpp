@@ -27,6 +27,7 @@ private Q_SLOTS:
     void itemWithoutAPlugInDoesNothing();
     void instrumentReplacesTheSound();
     void fileThatIsNoSoundIsTold();
+    void fileDuringOtherWorkIsOpenedAfterIt();
     void workForWhichThereIsNoThreadIsTold();
     void testToneThatCannotBeMadeIsTold();
     void menuItemsFollowTheDocument();
@@ -173,6 +174,23 @@ void tst_SoundActions::fileThatIsNoSoundIsTold()
     _waitForWork();
     QCOMPARE(m_system->alerts.shown, QStringList{"“words.wav” could not be opened."});
     QVERIFY(m_document->isEmpty());
+}
+
+/// As when takes arrive from a recorder one after another.
+void tst_SoundActions::fileDuringOtherWorkIsOpenedAfterIt()
+{
+    _open("first.wav");
+    platform::MenuItem item("Echo");
+    item.setRepresentedObject(QVariant::fromValue(unit()));
+    m_actions->applyEffect(&item);
+    QVERIFY(m_actions->work().isRunning());
+    for (const char *name : {"second.wav", "third.wav"}) {
+        QVERIFY(QFile::copy(m_system->real("~/first.wav"), m_system->real(QString("~/") + name)));
+        m_actions->openFile(m_system->real(QString("~/") + name));
+    }
+    QCOMPARE(m_document->title(), "first.wav");
+    QTRY_COMPARE_WITH_TIMEOUT(m_document->title(), "third.wav", patience);
+    QVERIFY(m_system->alerts.shown.isEmpty());
 }
 
 void tst_SoundActions::workForWhichThereIsNoThreadIsTold()

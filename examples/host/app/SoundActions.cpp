@@ -18,6 +18,7 @@
 #include <QUrl>
 
 #include <cstdlib>
+#include <utility>
 
 namespace demo
 {
@@ -28,9 +29,6 @@ using platform::MenuItem;
 
 namespace
 {
-const QStringList readableTypes{"wav",  "aif", "aiff", "aifc", "flac", "ogg", "oga",
-                                "opus", "mp3", "caf",  "au",   "snd",  "w64", "rf64"};
-
 /// For the chain: who did it, and to what ("": all of it).
 QString stationText(const QString &vendor, const QString &extent)
 {
@@ -40,11 +38,19 @@ QString stationText(const QString &vendor, const QString &extent)
 }
 } // namespace
 
+const QStringList &SoundActions::readableTypes()
+{
+    static const QStringList types{"wav",  "aif", "aiff", "aifc", "flac", "ogg", "oga",
+                                   "opus", "mp3", "caf",  "au",   "snd",  "w64", "rf64"};
+    return types;
+}
+
 SoundActions::SoundActions(AudioDocument &document, MainWindow &window)
     : m_document(document)
     , m_window(window)
 {
     connect(&m_work, &SoundWork::fractionChanged, &window.transport(), &TransportLine::setWorkFraction);
+    connect(&m_work, &SoundWork::ended, this, &SoundActions::_openNextFile, Qt::QueuedConnection); // after its result
     connect(&window, &MainWindow::openRequested, this, [this] { openDocument(nullptr); });
     connect(&window, &MainWindow::testToneRequested, this, [this] { openTestTone(nullptr); });
     connect(&window, &MainWindow::saveRequested, this, [this] { saveDocumentAs(nullptr); });
@@ -77,6 +83,10 @@ void SoundActions::_takeSource(const QString &title, const QString &origin, cons
 
 void SoundActions::openFile(const QString &path)
 {
+    if (m_work.isRunning()) {
+        m_nextFile = path;
+        return;
+    }
     const QString name = QFileInfo(path).fileName();
     _start(
         formatted(localized("Opening %@…"), {name}),
@@ -89,12 +99,18 @@ void SoundActions::openFile(const QString &path)
         });
 }
 
+void SoundActions::_openNextFile()
+{
+    if (const QString path = std::exchange(m_nextFile, {}); !path.isEmpty())
+        openFile(path);
+}
+
 void SoundActions::openDocument(QObject *)
 {
     platform::OpenPanelRequest request;
     request.window = &m_window;
     request.title = localized("Open Sound File");
-    request.fileTypes = readableTypes;
+    request.fileTypes = readableTypes();
     request.fileTypesTitle = localized("Sound files");
     platform::System::current().filePanels().beginOpenPanel(request, [this](int code, const QStringList &paths) {
         if (code == platform::FilePanels::OK && !paths.isEmpty())

@@ -27,6 +27,10 @@ class SoundActions : public QObject
 public:
     SoundActions(AudioDocument &document, MainWindow &window);
 
+    /// Extensions of the files that can be opened, as in "CFBundleDocumentTypes".
+    static const QStringList &readableTypes();
+
+    /// While there is other work, when that has ended; of several files the last one.
     void openFile(const QString &path);
     const SoundWork &work() const { return m_work; }
 
@@ -60,6 +64,7 @@ private:
     void _saveAs(bool thenCloses);
     void _save(const QString &path);
     void _takeSaved(const QString &path, bool wasClipped);
+    void _openNextFile();
     void _fail(const QString &message, const WorkResult &result);
     void _saveAndClose();
     bool _mayClose();
@@ -70,6 +75,7 @@ private:
     AudioDocument &m_document;
     MainWindow &m_window;
     SoundWork m_work;
+    QString m_nextFile; ///< To be opened when the work has ended; "" for none.
     std::optional<PlugInChoice> m_lastEffect;
     bool m_closeWhenSaved = false;
 };
