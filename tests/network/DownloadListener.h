@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 /// Writes down what it hears; may drop the download in any call.
@@ -26,8 +27,10 @@ public:
     void downloadDidReceiveDataOfLength(qint64 length) override
     {
         received += length;
+        ++pieces;
         if (calls.isEmpty() || calls.back() != u"data")
-            note("data");
+            calls += "data";
+        hear("data");
     }
 
     void downloadDidCreateDestination(const QString &place) override
@@ -49,8 +52,10 @@ public:
     QStringList calls;
     qint64 expected = -2;
     qint64 received = 0; ///< Since the last response.
+    int pieces = 0;      ///< Calls that told of data.
     QString path;        ///< Where it is instead; "" for where it was asked to be.
     QString failure;
+    std::function<void(const QString &call)> whenHeard;
     QString dropAt; ///< The call in which the download is destroyed.
     std::unique_ptr<platform::UrlDownload> download;
 
@@ -58,6 +63,13 @@ private:
     void note(const QString &call)
     {
         calls += call;
+        hear(call);
+    }
+
+    void hear(const QString &call)
+    {
+        if (whenHeard)
+            whenHeard(call);
         if (call == dropAt)
             download.reset();
     }

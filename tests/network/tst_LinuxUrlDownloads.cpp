@@ -2,12 +2,18 @@
 #include "DownloadListener.h"
 
 #include <QWPlatform/linux/network/LinuxUrlDownloads.h>
+#include <QWPlatform/network/transfers/StrictUrl.h>
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
+#include <cstdio>
+#include <cstring>
 #include <sys/resource.h>
 
 using namespace platform;
@@ -44,6 +50,17 @@ private Q_SLOTS:
     void observerMayDropTheDownload_data();
     void observerMayDropTheDownload();
     void fileAddressesWork();
+    void fileThatIsThereStaysUnlessOverwritten();
+    void whatAppearsMeanwhileStays();
+    void folderThatGoesMeanwhileIsTold();
+    void textThatIsNoUrlFailsWithoutARequest();
+    void ringOfRedirectionsFails();
+    void answerLongerThanToldEndsWhereTold();
+    void drippingAnswerArrives();
+    void progressIsToldNowAndThen();
+    void downloadsRunSideBySide();
+    void endOfWorkEndsDownloads();
+    void killedHostLeavesNothing();
 
 private:
     void _start(const QUrl &url) { m_listener->start(m_downloads, url, _destination()); }
@@ -340,5 +357,179 @@ void tst_LinuxUrlDownloads::fileAddressesWork()
     QCOMPARE(contentsOf(_destination()), QByteArray("local"));
 }
 
-QTEST_GUILESS_MAIN(tst_LinuxUrlDownloads)
+void tst_LinuxUrlDownloads::fileThatIsThereStaysUnlessOverwritten()
+{
+    QVERIFY(QFile(_destination()).open(QIODevice::WriteOnly));
+    m_server.answer("/file", HttpReply::text("new"));
+    m_listener = std::make_unique<DownloadListener>();
+    m_listener->start(m_downloads, m_server.url("/file"), _destination(), false);
+    QTRY_VERIFY(m_listener->ended());
+    QCOMPARE(m_listener->calls, QStringList({"response", "data", "destination", "finish"}));
+    QCOMPARE(m_listener->path, m_folder->filePath("Manual 2.zip"));
+    QCOMPARE(contentsOf(m_listener->path), "new");
+    QCOMPARE(contentsOf(_destination()), "");
+}
+
+void tst_LinuxUrlDownloads::whatAppearsMeanwhileStays()
+{
+    m_server.answer("/file", HttpReply::text("new"));
+    m_listener = std::make_unique<DownloadListener>();
+    m_listener->whenHeard = [this](const QString &call) {
+        if (call == u"data")
+            QVERIFY(QFile(_destination()).open(QIODevice::WriteOnly));
+    };
+    m_listener->start(m_downloads, m_server.url("/file"), _destination(), false);
+    QTRY_VERIFY(m_listener->ended());
+    QCOMPARE(m_listener->path, m_folder->filePath("Manual 2.zip"));
+    QCOMPARE(contentsOf(_destination()), "");
+}
+
+void tst_LinuxUrlDownloads::folderThatGoesMeanwhileIsTold()
+{
+    m_server.answer("/file", HttpReply::text("new"));
+    m_listener = std::make_unique<DownloadListener>();
+    m_listener->whenHeard = [this](const QString &call) {
+        if (call == u"data")
+            QVERIFY(m_folder->remove());
+    };
+    _start(m_server.url("/file"));
+    QTRY_VERIFY(m_listener->ended());
+    QCOMPARE(m_listener->failure, QString("The folder “%1” is no longer there.").arg(m_folder->path()));
+    QVERIFY(!QFile::exists(m_folder->path()));
+}
+
+void tst_LinuxUrlDownloads::textThatIsNoUrlFailsWithoutARequest()
+{
+    const int before = m_server.connections();
+    _run(urlAsItStands(m_server.address() + "/take é"));
+    QCOMPARE(m_listener->calls, QStringList("fail"));
+    QCOMPARE(m_listener->failure, "The address cannot be loaded.");
+    QCOMPARE(m_server.connections(), before);
+    QCOMPARE(_entries(), QStringList());
+}
+
+void tst_LinuxUrlDownloads::ringOfRedirectionsFails()
+{
+    m_server.answer("/one", HttpReply::redirection("/other"));
+    m_server.answer("/other", HttpReply::redirection("/one"));
+    _run(m_server.url("/one"));
+    QCOMPARE(m_listener->calls, QStringList("fail"));
+    QCOMPARE(m_listener->failure, "The address leads to another one again and again.");
+}
+
+void tst_LinuxUrlDownloads::answerLongerThanToldEndsWhereTold()
+{
+    HttpReply reply;
+    reply.raw = "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n1234567890";
+    m_server.answer("/longer", reply);
+    _run(m_server.url("/longer"));
+    QCOMPARE(m_listener->calls, QStringList({"response", "data", "finish"}));
+    QCOMPARE(contentsOf(_destination()), "12345");
+}
+
+void tst_LinuxUrlDownloads::drippingAnswerArrives()
+{
+    HttpReply drip = HttpReply::text(QByteArray(60, 'x'));
+    drip.pieceSize = 1;
+    drip.pieceDelay = 10ms;
+    m_server.answer("/drip", drip);
+    LinuxUrlDownloads patient({.inactivity = 5s});
+    m_listener = std::make_unique<DownloadListener>();
+    m_listener->start(patient, m_server.url("/drip"), _destination());
+    QTRY_VERIFY_WITH_TIMEOUT(m_listener->ended(), 20'000);
+    QCOMPARE(m_listener->received, 60);
+    QCOMPARE(m_listener->calls.back(), "finish");
+}
+
+/// However fast it is, so that the event loop is for the user.
+void tst_LinuxUrlDownloads::progressIsToldNowAndThen()
+{
+    m_server.answer("/large", HttpReply::text(QByteArray(64 * 1024 * 1024, 'x')));
+    QElapsedTimer clock;
+    clock.start();
+    _run(m_server.url("/large"));
+    QCOMPARE(m_listener->calls.back(), "finish");
+    QVERIFY(m_listener->pieces <= clock.elapsed() / 40 + 2); // the first at once, the last without waiting
+}
+
+void tst_LinuxUrlDownloads::downloadsRunSideBySide()
+{
+    std::vector<std::unique_ptr<DownloadListener>> listeners;
+    for (int i = 0; i < 8; ++i) {
+        m_server.answer(QString("/%1").arg(i), HttpReply::text(QByteArray(500'000, char('a' + i))));
+        listeners.push_back(std::make_unique<DownloadListener>());
+        listeners.back()->start(m_downloads, m_server.url(QString("/%1").arg(i)), _destination(), false);
+    }
+    for (const auto &listener : listeners)
+        QTRY_VERIFY(listener->ended());
+    for (int i = 0; i < 8; ++i) {
+        const QString &path = listeners[size_t(i)]->path;
+        QVERIFY(contentsOf(path.isEmpty() ? _destination() : path) == QByteArray(500'000, char('a' + i)));
+    }
+    QCOMPARE(_entries().size(), 8);
+}
+
+void tst_LinuxUrlDownloads::endOfWorkEndsDownloads()
+{
+    HttpReply reply = HttpReply::text(QByteArray(1'000'000, 'x'));
+    reply.cutAfter = 500'000;
+    reply.stayAfterPieces = true;
+    m_server.answer("/half", reply);
+    LinuxUrlDownloads downloads;
+    m_listener = std::make_unique<DownloadListener>();
+    m_listener->start(downloads, m_server.url("/half"), _destination());
+    QTRY_COMPARE(m_listener->received, 500'000);
+    downloads.cancelAll();
+    QCOMPARE(_entries(), QStringList());
+    DownloadListener late;
+    late.start(downloads, m_server.url("/half"), _destination());
+    QTRY_VERIFY(late.ended());
+    QCOMPARE(late.calls, QStringList("fail"));
+    QCOMPARE(m_listener->calls, QStringList({"response", "data"}));
+}
+
+void tst_LinuxUrlDownloads::killedHostLeavesNothing()
+{
+    HttpReply reply = HttpReply::text(QByteArray(1'000'000, 'x'));
+    reply.cutAfter = 500'000;
+    reply.stayAfterPieces = true;
+    m_server.answer("/half", reply);
+    QProcess host;
+    host.start(QFileInfo("/proc/self/exe").symLinkTarget(),
+               {"--download", m_server.url("/half").toString(), _destination()});
+    QTRY_VERIFY_WITH_TIMEOUT(host.canReadLine() || host.state() == QProcess::NotRunning, 20'000);
+    QCOMPARE(host.readAll(), "500000\n");
+    host.kill();
+    QVERIFY(host.waitForFinished());
+    QVERIFY(!QFile::exists(_destination()));
+}
+
+namespace
+{
+/// A host that says when half of its download has come, and then waits for its end.
+int download(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    LinuxUrlDownloads downloads;
+    DownloadListener listener;
+    listener.whenHeard = [&](const QString &) {
+        if (listener.received < 500'000)
+            return;
+        std::printf("%lld\n", static_cast<long long>(listener.received));
+        std::fflush(stdout);
+    };
+    listener.start(downloads, QUrl(argv[2]), argv[3], false);
+    return QCoreApplication::exec();
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc == 4 && std::strcmp(argv[1], "--download") == 0)
+        return download(argc, argv);
+    QCoreApplication application(argc, argv);
+    tst_LinuxUrlDownloads test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_LinuxUrlDownloads.moc"

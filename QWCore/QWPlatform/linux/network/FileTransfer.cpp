@@ -67,13 +67,15 @@ void FileTransfer::_responded()
 
 void FileTransfer::_takeAnswer()
 {
+    const bool isEmpty = m_hasBegun && m_partial.received() == 0;
+    const qint64 lengthBefore = m_partial.length();
     m_fit = m_partial.take(*m_exchange);
     if (m_fit == PartialFile::Fit::None)
         return _fail("The server answered with status %d.", QString::number(m_exchange->status()));
     if (m_partial.length() > m_limits.fileSize)
         return _fail("The file is too large.");
-    if (m_fit == PartialFile::Fit::Continues)
-        return;
+    if (m_fit == PartialFile::Fit::Continues || (isEmpty && m_partial.length() == lengthBefore))
+        return; // nobody has heard anything else
     if (const std::error_code error = m_file->clear())
         return _failForFile(error);
     m_kickedOff = 0;

@@ -26,6 +26,15 @@ bool keepsMethod(int status)
     return status == statusTemporaryRedirect || status == statusPermanentRedirect;
 }
 
+/// Qt begins with the request from the loop, and forgets what it was told before. A large answer would then lie in
+/// memory whole where it comes faster than it is read.
+void limitBuffer(QNetworkReply &reply)
+{
+    const auto limit = [&reply] { reply.setReadBufferSize(bufferSize); };
+    QMetaObject::invokeMethod(&reply, limit, Qt::QueuedConnection);
+    QObject::connect(&reply, &QNetworkReply::requestSent, &reply, limit);
+}
+
 /// What came safely is not handed on in the clear, and no server leads to files.
 bool mayFollow(const QUrl &from, const QUrl &to)
 {
@@ -117,7 +126,7 @@ void UrlExchange::_send(const QNetworkProxy &proxy)
 {
     m_network.setProxy(proxy);
     m_reply.reset(m_network.sendCustomRequest(networkRequest(m_request), m_request.method, m_request.body));
-    m_reply->setReadBufferSize(bufferSize);
+    limitBuffer(*m_reply);
     _connectReply();
 }
 
