@@ -76,6 +76,7 @@ private Q_SLOTS:
     void openPanelGivesPaths();
     void fileTypesHaveATitle();
     void folderCanBeChosen();
+    void confirmingButtonHasItsTitle();
     void panelGoesWithItsWindow();
     void nothingIsProposedWithoutAName();
     void panelOpensNoFile_data();
@@ -285,6 +286,17 @@ void tst_LinuxFilePanels::folderCanBeChosen()
     _panel()->findChild<QLineEdit *>()->setText(m_system->real("~/Songs"));
     static_cast<QDialog *>(_panel())->accept();
     QCOMPARE(chosen, QStringList{m_system->real("~/Songs")});
+}
+
+void tst_LinuxFilePanels::confirmingButtonHasItsTitle()
+{
+    platform::OpenPanelRequest request;
+    request.window = m_window.get();
+    request.directories = true;
+    request.confirmTitle = "Save";
+    m_panels.beginOpenPanel(request, [](int, const QStringList &) {});
+    const auto buttons = _panel()->findChildren<QPushButton *>();
+    QCOMPARE(std::count_if(buttons.begin(), buttons.end(), [](auto *button) { return button->text() == u"Save"; }), 1);
 }
 
 void tst_LinuxFilePanels::panelGoesWithItsWindow()

@@ -1,7 +1,10 @@
 #include <QWPlatform/System.h>
 #include <QWPlatform/linux/desktop/LinuxWorkspace.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
@@ -33,6 +36,11 @@ private Q_SLOTS:
     void whatNothingOpensIsTold();
     void whatIsOpenedIsNotTold();
     void whatFailsHoursLaterIsNotTold();
+    void fileIsOpenedByTheProgramOfThatName_data();
+    void fileIsOpenedByTheProgramOfThatName();
+    void programThatOpensNoFilesIsNotStarted_data();
+    void programThatOpensNoFilesIsNotStarted();
+    void ownEntryOfTheUserComesFirst();
 
 private:
     void _install(const QByteArray &script) const;
@@ -190,6 +198,120 @@ void tst_LinuxWorkspace::whatFailsHoursLaterIsNotTold()
     _install("exit 3");
     QVERIFY(LinuxWorkspace().openUrl(QUrl("https://second.test/")));
     QTRY_COMPARE(system.alerts.shown, QStringList("“https://second.test/” could not be opened."));
+}
+
+namespace
+{
+/// A folder of desktop entries, made the user's or the machine's.
+class Entries
+{
+public:
+    explicit Entries(const char *variable)
+        : m_variable(variable)
+        , m_before(qgetenv(variable))
+    {
+        qputenv(variable, m_folder.path().toUtf8());
+    }
+
+    ~Entries() { m_before.isNull() ? qunsetenv(m_variable) : qputenv(m_variable, m_before); }
+    Entries(const Entries &) = delete;
+    Entries &operator=(const Entries &) = delete;
+
+    void add(const QString &identifier, const QByteArray &keys) const
+    {
+        const QString path = m_folder.filePath("applications/" + identifier + ".desktop");
+        QFile file(path);
+        if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly))
+            qFatal("No entry");
+        file.write("# made for a test\n[Desktop Entry]\nType=Application\n" + keys +
+                   "\n[Desktop Action new]\nName=Other\n");
+    }
+
+private:
+    const char *const m_variable;
+    const QByteArray m_before;
+    QTemporaryDir m_folder;
+};
+} // namespace
+
+void tst_LinuxWorkspace::fileIsOpenedByTheProgramOfThatName_data()
+{
+    QTest::addColumn<QByteArray>("keys");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("expected"); ///< "%1" is the file.
+    const QByteArray plain = "Name=Wave Editor\nExec=%1 ";
+    QTest::newRow("its path") << plain + "%f"
+                              << "Wave Editor"
+                              << "[%1]";
+    QTest::newRow("several files") << plain + "%F"
+                                   << "Wave Editor"
+                                   << "[%1]";
+    QTest::newRow("its address") << plain + "--new %U"
+                                 << "Wave Editor"
+                                 << "[--new][file://%2]";
+    QTest::newRow("identifier") << plain + "%f"
+                                << "org-editor"
+                                << "[%1]";
+    QTest::newRow("quoted words") << plain + R"("a b" "c\\"d" "" %f 100%% --open=%f)"
+                                  << "Wave Editor"
+                                  << "[a b][c\"d][][%1][100%][--open=%1]";
+    QTest::newRow("its own name, its icon, old codes") << plain + "%c %i %m %f"
+                                                       << "Wave Editor"
+                                                       << "[Wave Editor][%1]";
+    QTest::newRow("the user's language") << QByteArray("Name=x\nName[de]=Wave Editor\nExec=%1 %f") << "Wave Editor"
+                                         << "[%1]";
+}
+
+void tst_LinuxWorkspace::fileIsOpenedByTheProgramOfThatName()
+{
+    QFETCH(QByteArray, keys);
+    QFETCH(const QString, name);
+    QFETCH(QString, expected);
+    QLocale::setDefault(QLocale("de_DE"));
+    const auto restored = qScopeGuard([] { QLocale::setDefault(QLocale::system()); });
+    const Entries entries("XDG_DATA_HOME");
+    _install("for word; do printf '[%s]' \"$word\"; done > '" + m_folder->filePath("opened").toUtf8() + "'");
+    entries.add("org/editor", keys.replace("%1", m_folder->filePath("xdg-open").toUtf8()));
+    const QString path = m_folder->filePath("Täke 1.wav");
+    QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+    QVERIFY(LinuxWorkspace().openFileWithApplication(path, name));
+    expected.replace("%1", path).replace("%2", QUrl::fromLocalFile(path).path(QUrl::FullyEncoded));
+    QTRY_COMPARE(QString::fromUtf8(_opened()), expected);
+}
+
+void tst_LinuxWorkspace::programThatOpensNoFilesIsNotStarted_data()
+{
+    QTest::addColumn<QByteArray>("keys");
+    QTest::newRow("takes no files") << QByteArray("Name=Editor\nExec=/bin/true");
+    QTest::newRow("is hidden") << QByteArray("Name=Editor\nHidden=true\nExec=/bin/true %f");
+    QTest::newRow("wants a terminal") << QByteArray("Name=Editor\nTerminal=true\nExec=/bin/true %f");
+    QTest::newRow("is gone") << QByteArray("Name=Editor\nExec=/none/such %f");
+    QTest::newRow("has another name") << QByteArray("Name=Edit\nExec=/bin/true %f");
+    QTest::newRow("has the name of an action") << QByteArray("Name=Edit\nExec=/bin/true %f\n[X]\nName=Editor");
+    QTest::newRow("is garbage") << QByteArray("\xff\xfe=\n=\n[\nName\nExec=\"%f");
+    QTest::newRow("ends in an escape") << QByteArray("Name=Editor\nExec=\"\\");
+}
+
+void tst_LinuxWorkspace::programThatOpensNoFilesIsNotStarted()
+{
+    QFETCH(const QByteArray, keys);
+    const Entries entries("XDG_DATA_HOME");
+    entries.add("editor-of-the-test", keys);
+    const QString path = m_folder->filePath("take.wav");
+    QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+    QVERIFY(!LinuxWorkspace().openFileWithApplication(path, "Editor"));
+    QVERIFY(!LinuxWorkspace().openFileWithApplication(m_folder->filePath("none"), "Edit"));
+}
+
+void tst_LinuxWorkspace::ownEntryOfTheUserComesFirst()
+{
+    const Entries own("XDG_DATA_HOME");
+    const Entries all("XDG_DATA_DIRS");
+    own.add("editor", "Name=Editor\nHidden=true\nExec=/bin/true %f");
+    all.add("editor", "Name=Editor\nExec=/bin/true %f");
+    const QString path = m_folder->filePath("take.wav");
+    QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+    QVERIFY(!LinuxWorkspace().openFileWithApplication(path, "Editor")); // which the user has put away
 }
 
 QTEST_MAIN(tst_LinuxWorkspace)

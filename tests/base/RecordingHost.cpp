@@ -54,6 +54,12 @@ void RecordingHost::getUrlWithReplyEvent(const QString &url)
     journal().entries += url;
 }
 
+bool RecordingHost::openFile(const QString &path)
+{
+    journal().entries += "open " + path;
+    return true;
+}
+
 void RecordingHost::applicationDidFinishLaunching()
 {
     journal().entries += "host";

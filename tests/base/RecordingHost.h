@@ -19,13 +19,14 @@ Journal &journal();
 /// Registers two categories, "outer" and "inner", that write to the journal.
 void registerRecordingCategories();
 
-/// A host that writes its launch and its URLs to the journal.
+/// A host that writes its launch, its URLs and its files ("open …") to the journal.
 class RecordingHost : public QWApplication
 {
 public:
     using QWApplication::QWApplication;
 
     void getUrlWithReplyEvent(const QString &url) override;
+    bool openFile(const QString &path) override;
 
 protected:
     void applicationDidFinishLaunching() override;

@@ -91,7 +91,7 @@ void tst_QWApplicationUrls::urlsHandedOverAreThoseOfTheHostsSchemes_data()
     QTest::addColumn<QVariantMap>("info");
     QTest::addColumn<QStringList>("expected");
     QTest::newRow("schemes of its own") << withScheme << QStringList{"QWHOST:open?a=%20b", "qwhost://x"};
-    QTest::newRow("none of its own") << QVariantMap() << QStringList{"qwhost://x", "file:///etc/passwd"};
+    QTest::newRow("none of its own") << QVariantMap() << QStringList{"qwhost://x"};
 }
 
 void tst_QWApplicationUrls::urlsHandedOverAreThoseOfTheHostsSchemes()
@@ -101,8 +101,8 @@ void tst_QWApplicationUrls::urlsHandedOverAreThoseOfTheHostsSchemes()
     HostMachine machine(info);
     RecordingHost host(machine.argc, machine.argv.data());
     journal().whileLaunching = [&] {
-        for (const char *const text :
-             {"QWHOST:open?a=%20b", "qwhost://x", "file:///etc/passwd", "javascript:x", "--site=http://x", "", ":"})
+        for (const char *const text : {"QWHOST:open?a=%20b", "qwhost://x", "file:///none/such", "file:///dev/null",
+                                       "javascript:x", "--site=http://x", "", ":"})
             machine.system.instanceLink.deliver(text);
         quitSoon();
     };

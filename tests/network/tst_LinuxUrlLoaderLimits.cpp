@@ -1,7 +1,10 @@
 #include "AnswersAroundLimit.h"
+#include "GeneratingServer.h"
 #include "Load.h"
 
 #include <simulators/HttpServer.h>
+
+#include <QFile>
 
 using namespace platform;
 using namespace std::chrono_literals;
@@ -21,6 +24,9 @@ private Q_SLOTS:
     void tooLargeAnswersFail();
     void endlessAnswersFailWithoutTakingMemory_data();
     void endlessAnswersFailWithoutTakingMemory();
+    void largeAnswerTakesLittleMoreThanItself_data();
+    void largeAnswerTakesLittleMoreThanItself();
+    void answerThatNeverEndsIsCutAtTheLimit();
 
 private:
     HttpServer m_server;
@@ -96,6 +102,66 @@ void tst_LinuxUrlLoaderLimits::endlessAnswersFailWithoutTakingMemory()
     const UrlResponse response = loaded(m_loader, url);
     QVERIFY(!response.error.isEmpty());
     QVERIFY(response.body.size() <= 4 * 1024 * 1024 + 1);
+}
+
+namespace
+{
+constexpr qint64 megabyte = 1024 * 1024;
+
+/// Of this process, in bytes: "VmRSS:" now, "VmHWM:" at most since forgetPeak().
+qint64 sizeOfProcess(const char *key)
+{
+    QFile status("/proc/self/status");
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray text = status.readAll();
+    return text.mid(text.indexOf(key) + qsizetype(qstrlen(key))).trimmed().split(' ').front().toLongLong() * 1024;
+}
+
+bool forgetPeak()
+{
+    QFile peak("/proc/self/clear_refs");
+    return peak.open(QIODevice::WriteOnly) && peak.write("5") == 1;
+}
+
+UrlRequest requestUpTo(const QUrl &url, qint64 largestBody)
+{
+    return {.url = url, .method = "GET", .headers = {}, .body = {}, .largestBody = largestBody};
+}
+} // namespace
+
+void tst_LinuxUrlLoaderLimits::largeAnswerTakesLittleMoreThanItself_data()
+{
+    QTest::addColumn<bool>("announced");
+    QTest::newRow("announced") << true;
+    QTest::newRow("not announced") << false;
+}
+
+/// Lists of very many takes are large, and come once.
+void tst_LinuxUrlLoaderLimits::largeAnswerTakesLittleMoreThanItself()
+{
+#ifdef __SANITIZE_ADDRESS__
+    QSKIP("Memory is another's business here");
+#endif
+    QFETCH(const bool, announced);
+    loaded(m_loader, m_server.url("/none")); // what is loaded once
+    const GeneratingServer server(128 * megabyte, announced);
+    if (!forgetPeak())
+        QSKIP("The kernel does not forget");
+    const qint64 before = sizeOfProcess("VmRSS:");
+    const UrlResponse response = Load(m_loader, requestUpTo(server.url(), 128 * megabyte)).response();
+    QCOMPARE(response.error, QString());
+    QCOMPARE(response.body.size(), 128 * megabyte);
+    const qint64 growth = sizeOfProcess("VmHWM:") - before;
+    QVERIFY2(growth < 150 * megabyte, qPrintable(QString::number(growth / megabyte) + " MB"));
+}
+
+void tst_LinuxUrlLoaderLimits::answerThatNeverEndsIsCutAtTheLimit()
+{
+    const GeneratingServer server(qint64(1) << 50, false);
+    const UrlResponse response = Load(m_loader, requestUpTo(server.url(), 32 * megabyte)).response();
+    QCOMPARE(response.error, QString("The answer is too large."));
+    QVERIFY(response.body.size() <= 32 * megabyte + 1);
 }
 
 QTEST_GUILESS_MAIN(tst_LinuxUrlLoaderLimits)

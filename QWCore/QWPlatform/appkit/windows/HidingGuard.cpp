@@ -17,10 +17,7 @@ bool HidingGuard::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::WindowStateChange) // back from the loop: the window is still being minimized
         QMetaObject::invokeMethod(this, &HidingGuard::_bringBack, Qt::QueuedConnection);
-    const bool isRefused = event->type() == QEvent::Close && event->spontaneous(); // the application's own is not
-    if (isRefused)
-        event->ignore();
-    return isRefused || QObject::eventFilter(watched, event);
+    return QObject::eventFilter(watched, event);
 }
 
 void HidingGuard::_bringBack()

@@ -8,8 +8,8 @@ namespace platform
 {
 
 /// Whether the user may put @p window out of sight; yes at first. While not, what the user or a program of the desktop
-/// minimizes comes back at once, and the title bar's button does not close it. Its own application may still close or
-/// hide it, and a quit is not held up. Main thread.
+/// minimizes comes back at once. Closing is another matter: a sheet keeps the user from it. Its own application may
+/// still close or hide it, and a quit is not held up. Main thread.
 QWPLATFORM_SHARED_EXPORT void setWindowCanHide(QWidget &window, bool canHide);
 QWPLATFORM_SHARED_EXPORT bool windowCanHide(const QWidget &window); ///< As set.
 

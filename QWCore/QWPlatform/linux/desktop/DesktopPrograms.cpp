@@ -53,7 +53,7 @@ DesktopEntry entryFrom(const QString &text)
     return entry;
 }
 
-QByteArray contentsOf(const QString &file)
+QByteArray bytesOfEntry(const QString &file)
 {
     return readRegularFile(QFile::encodeName(file)).value_or(QByteArray());
 }
@@ -152,7 +152,7 @@ QStringList commandOfProgram(const QString &name, const QString &path)
             if (known.contains(identifier))
                 continue; // the user has one of the same identifier, which takes its place
             known.insert(identifier);
-            const DesktopEntry entry = entryFrom(QString::fromUtf8(contentsOf(file)));
+            const DesktopEntry entry = entryFrom(QString::fromUtf8(bytesOfEntry(file)));
             if (isUsable(entry) && (identifier == name || isNamed(entry, name)))
                 return commandFrom(entry, path);
         }

@@ -15,7 +15,7 @@ namespace
 using Kind = DownloadEvent::Kind;
 
 constexpr int firstStatusWithoutFile = 300; ///< Redirections are followed; one that is left leads nowhere.
-constexpr qint64 pieceSize = 256 * 1024;
+constexpr qint64 readAtOnce = 256 * 1024;
 constexpr qint64 writtenAtOnce = 8 * 1024 * 1024; ///< The disk begins with so much while more arrives.
 constexpr auto timeBetweenProgress = std::chrono::milliseconds(40);
 } // namespace
@@ -87,7 +87,7 @@ void FileTransfer::_takeAnswer()
 void FileTransfer::_readyRead()
 {
     while (m_exchange) {
-        const QByteArray data = m_exchange->read(pieceSize);
+        const QByteArray data = m_exchange->read(readAtOnce);
         if (data.isEmpty())
             return;
         _take(data);

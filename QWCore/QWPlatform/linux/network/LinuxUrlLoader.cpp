@@ -15,6 +15,8 @@ namespace platform
 
 namespace
 {
+constexpr qint64 largestPiece = 256 * 1024;
+
 UrlResponse refusal(const char *reason)
 {
     return {.status = 0, .body = {}, .error = translated(reason)};
@@ -53,11 +55,22 @@ private:
 
     void _read()
     {
-        // One byte more than may come shows that too much did.
-        m_response.body += m_exchange.read(m_largestBody + 1 - m_response.body.size());
+        for (QByteArray piece = _piece(); !piece.isEmpty(); piece = _piece())
+            _append(piece);
         if (m_response.body.size() > m_largestBody)
             _end(translated("The answer is too large."));
     }
+
+    /// Unlike an append, a resize has the system move the pages of a large body, and never holds it twice.
+    void _append(const QByteArray &piece)
+    {
+        const qsizetype size = m_response.body.size();
+        m_response.body.resize(size + piece.size());
+        std::copy(piece.begin(), piece.end(), m_response.body.begin() + size);
+    }
+
+    /// Small, whatever may come; one byte more than that shows that too much did.
+    QByteArray _piece() { return m_exchange.read(std::min(largestPiece, m_largestBody + 1 - m_response.body.size())); }
 
     void _finish()
     {
