@@ -191,6 +191,11 @@ void tst_QWVeskBrowserSaving::longTitlesLeaveTheSheetAsItIs()
     m_host->sheet().grab();
     QCOMPARE(m_host->sheet().size(), size);
     QVERIFY(size.width() < 600);
+    _downloads().fail("The disk is full.");
+    QVERIFY(m_host->text("failureText").size() < 300);
+    QVERIFY(m_host->text("failureText").contains("The disk is full."));
+    m_host->sheet().grab();
+    QCOMPARE(m_host->sheet().size(), size);
 }
 
 void tst_QWVeskBrowserSaving::opensWhatIsSavedWhereWanted()

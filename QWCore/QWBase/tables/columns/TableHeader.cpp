@@ -45,7 +45,7 @@ void TableHeader::setFocusSection(int section)
 {
     m_focusSection = section;
     viewport()->update();
-    _tellFocus();
+    QTimer::singleShot(0, this, &TableHeader::_tellFocus); // a click changes the name first
 }
 
 void TableHeader::moveBy(int section, int places)

@@ -36,7 +36,8 @@ protected:
         option->icon = {};
         option->font.setBold(true);
         option->fontMetrics = QFontMetrics(option->font);
-        option->palette.setColor(QPalette::Disabled, QPalette::Text, option->palette.color(QPalette::PlaceholderText));
+        const QColor quiet = option->palette.color(QPalette::Active, QPalette::PlaceholderText);
+        option->palette.setColor(QPalette::Disabled, QPalette::Text, quiet);
     }
 };
 } // namespace
@@ -60,6 +61,7 @@ DeviceOutline::DeviceOutline(QWidget *parent)
     setIconSize({deviceImageSize, deviceImageSize});
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTabKeyNavigation(false);
+    viewport()->setBackgroundRole(QPalette::Window);
     expandAll();
 }
 

@@ -19,7 +19,9 @@ namespace qw
 
 namespace
 {
-constexpr int longestTitle = 120; ///< Characters, in the list of what failed.
+constexpr int longestTitle = 120;   ///< Characters, in the list of what failed.
+constexpr int longestFailure = 280; ///< Characters, in the line.
+constexpr int failureBeginning = 80;
 
 enum Page
 {
@@ -37,6 +39,14 @@ void announceText(QWidget &label)
 {
     QAccessibleEvent event(&label, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
+}
+
+/// A long title is at the beginning, the reason at the end.
+QString shortenedFailure(const QString &line)
+{
+    if (line.size() <= longestFailure)
+        return line;
+    return QString(line.left(failureBeginning) + QChar(0x2026) + line.right(longestFailure - failureBeginning));
 }
 
 QString lineOf(const FailedDownload &failure)
@@ -83,7 +93,7 @@ void ProgressSheet::setDetails(const DownloadProgress &progress)
 void ProgressSheet::showFailure(const QString &line)
 {
     QLabel &label = m_outlets.failureText ? *m_outlets.failureText : *m_outlets.progressText;
-    label.setText(line);
+    label.setText(shortenedFailure(line));
     announceText(label);
 }
 
