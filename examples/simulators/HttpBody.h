@@ -10,7 +10,7 @@
 class HttpBody
 {
 public:
-    /// Up to @p most bytes from @p offset on; fewer only where the body ends, none there.
+    /// Up to @p most bytes from @p offset on, at least one; none where the body ends.
     using Reader = std::function<QByteArray(qint64 offset, qint64 most)>;
 
     static constexpr qint64 unknownSize = -1;

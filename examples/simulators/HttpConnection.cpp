@@ -152,10 +152,9 @@ void HttpConnection::_sendMore()
 
 void HttpConnection::_sendPiece()
 {
-    const qint64 room = mostBuffered - m_socket.bytesToWrite();
     if (m_reply.pieceSize == 0)
-        _writeUpTo(room);
-    else if (room > 0) // else whoever reads is slower still
+        _fill();
+    else if (m_socket.bytesToWrite() < mostBuffered) // else whoever reads is slower still
         _writeUpTo(m_reply.pieceSize);
     if (!_hasMore())
         _end();
@@ -163,12 +162,16 @@ void HttpConnection::_sendPiece()
         m_next.start(m_reply.pieceDelay);
 }
 
+/// A body may come in pieces smaller than what it was asked for.
+void HttpConnection::_fill()
+{
+    while (_hasMore() && m_socket.bytesToWrite() < mostBuffered)
+        _writeUpTo(mostBuffered - m_socket.bytesToWrite());
+}
+
 void HttpConnection::_writeUpTo(qint64 most)
 {
-    const qint64 wanted = std::min(most, m_end - m_position);
-    if (wanted <= 0)
-        return;
-    const QByteArray piece = m_reply.body.read(m_position, wanted);
+    const QByteArray piece = m_reply.body.read(m_position, std::min(most, m_end - m_position));
     m_position += piece.size();
     if (piece.isEmpty())
         m_end = m_position;

@@ -20,6 +20,7 @@ private:
     void _limitBody();
     void _sendMore();
     void _sendPiece();
+    void _fill();
     void _writeUpTo(qint64 most);
     void _end();
     bool _hasMore() const { return m_position < m_end; }
