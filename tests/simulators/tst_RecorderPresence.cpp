@@ -84,7 +84,7 @@ void tst_RecorderPresence::initTestCase()
 void tst_RecorderPresence::init()
 {
     m_heard = ServicesHeard();
-    m_browser = LinuxNetServices({}).makeBrowser();
+    m_browser = LinuxNetServices().makeBrowser();
     m_browser->setDelegate(&m_heard);
     m_browser->searchForServicesOfTypeInDomain("_http._tcp.", "local.");
 }
