@@ -4,8 +4,12 @@
 #include <MeterPanel.h>
 #include <NewsPage.h>
 #include <RecentSounds.h>
+#include <TakeImport.h>
 
 #include <QWPlatform/foundation/UserDefaults.h>
+#include <QWUtilities/recorder/QWVeskBrowser.h>
+
+#include <QMenu>
 
 /// The code that the pages show does what they say.
 class tst_Snippets : public QObject
@@ -19,6 +23,8 @@ private slots:
     void aPanelComesBackWhereItWasLeft();
     void newsAreShownWhenTheyCome();
     void linksOfNewsOpenInTheBrowser();
+    void recordersAreLookedForFromTheMenu();
+    void filesReachWhoeverImports();
 
 private:
     FakeSystem m_system;
@@ -82,6 +88,26 @@ void tst_Snippets::linksOfNewsOpenInTheBrowser()
     view.loadHtml("<a href='http://news.test/more'>More</a>", {});
     QVERIFY(!view.click(QUrl("http://news.test/more")));
     QCOMPARE(m_system.workspace.openedUrls, QStringList{"http://news.test/more"});
+}
+
+void tst_Snippets::recordersAreLookedForFromTheMenu()
+{
+    QMenu menu;
+    const TakeImport import(menu, [](const QString &) { return true; });
+    menu.actions().constFirst()->trigger();
+    QVERIFY(QWVeskBrowser::sharedInstance().window()->isVisible());
+    QCOMPARE(m_system.netServices.searching(), 1);
+    QWVeskBrowser::sharedInstance().window()->close();
+}
+
+void tst_Snippets::filesReachWhoeverImports()
+{
+    QMenu menu;
+    QStringList opened;
+    const TakeImport import(menu, [&](const QString &path) { return opened.append(path), path.endsWith(".wav"); });
+    QVERIFY(qobject_cast<QWApplication *>(qApp)->openFile("/takes/Take 1.wav"));
+    QVERIFY(!qobject_cast<QWApplication *>(qApp)->openFile("/takes/Take 1.txt"));
+    QCOMPARE(opened, (QStringList{"/takes/Take 1.wav", "/takes/Take 1.txt"}));
 }
 
 QW_TEST_MAIN(tst_Snippets)

@@ -208,9 +208,11 @@ QWVeskBrowser::Private::~Private()
 
 void QWVeskBrowser::Private::_openWindow()
 {
-    if (!m_outlets.window && (!QWApplication::sharedApplication() || !_loadNib()))
+    if (!QWApplication::sharedApplication())
         return;
-    m_devices.search();
+    m_devices.search(); // first: recorders answer while the window is made, and are heard of from the event loop
+    if (!m_outlets.window && !_loadNib())
+        return m_devices.stop();
     platform::makeKeyAndOrderFront(*m_outlets.window);
 }
 

@@ -20,6 +20,7 @@
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
 #include <QWUtilities/plugins/QWVSTWrapping.h>
+#include <QWUtilities/recorder/QWVeskBrowser.h>
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 #include <QWUtilities/shell/QWSplashScreen.h>
@@ -170,6 +171,11 @@ bool DemoApplication::openFile(const QString &path)
 {
     m_actions->openFile(path);
     return true;
+}
+
+void DemoApplication::importFromRecorder(QObject *)
+{
+    QWVeskBrowser::openWindow();
 }
 
 void DemoApplication::toggleKeyboardShortcuts(QObject *)

@@ -44,6 +44,7 @@ public:
     void scanPlugIns();
 
     // Actions of menu items and shortcuts.
+    Q_INVOKABLE void importFromRecorder(QObject *sender);
     Q_INVOKABLE void toggleKeyboardShortcuts(QObject *sender);
     Q_INVOKABLE void toggleScrollWheelActions(QObject *sender);
     Q_INVOKABLE void openPreferences(QObject *sender);

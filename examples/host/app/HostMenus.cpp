@@ -28,10 +28,10 @@ struct Menu
 };
 
 const Menu fileMenu{"&File",
-                    {"Open…", "Built-in Test Tone", separator, "Save As…", "Format for Saving>WAV, 32-bit float",
-                     "Format for Saving>WAV, 24-bit", "Format for Saving>WAV, 16-bit",
-                     "Format for Saving>AIFF, 32-bit float", "Format for Saving>AIFF, 24-bit",
-                     "Format for Saving>AIFF, 16-bit", separator, "Quit"}};
+                    {"Open…", "Import from Recorder…", "Built-in Test Tone", separator, "Save As…",
+                     "Format for Saving>WAV, 32-bit float", "Format for Saving>WAV, 24-bit",
+                     "Format for Saving>WAV, 16-bit", "Format for Saving>AIFF, 32-bit float",
+                     "Format for Saving>AIFF, 24-bit", "Format for Saving>AIFF, 16-bit", separator, "Quit"}};
 const Menu editMenu{"&Edit",
                     {"Undo",
                      "Redo",

@@ -5,6 +5,7 @@
 #include "ControllerScenes.h"
 #include "EffectStep.h"
 #include "MenuStep.h"
+#include "RecorderScenes.h"
 #include "ScanAlertStep.h"
 #include "ShortcutScenes.h"
 #include "SplashStep.h"
@@ -68,6 +69,8 @@ std::vector<std::unique_ptr<TourStep>> makeTourSteps(const Tour &tour)
     for (const WindowStep::Window &scene : shortcutScenes())
         add<WindowStep>(steps, scene);
     for (const WindowStep::Window &scene : controllerScenes())
+        add<WindowStep>(steps, scene);
+    for (const WindowStep::Window &scene : recorderScenes())
         add<WindowStep>(steps, scene);
     add<WindowStep>(steps, WindowStep::Window{"about", [](App &app) { app.openAbout(nullptr); }, aboutPanel,
                                               closeAboutPanel, true});
