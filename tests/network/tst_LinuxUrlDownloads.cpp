@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstring>
 #include <sys/resource.h>
+#include <unistd.h>
 
 using namespace platform;
 using namespace std::chrono_literals;
@@ -61,6 +62,8 @@ private Q_SLOTS:
     void downloadsRunSideBySide();
     void endOfWorkEndsDownloads();
     void killedHostLeavesNothing();
+    void diskThatTakesNoFileIsNamed_data();
+    void diskThatTakesNoFileIsNamed();
 
 private:
     void _start(const QUrl &url) { m_listener->start(m_downloads, url, _destination()); }
@@ -498,24 +501,50 @@ void tst_LinuxUrlDownloads::killedHostLeavesNothing()
     host.start(QFileInfo("/proc/self/exe").symLinkTarget(),
                {"--download", m_server.url("/half").toString(), _destination()});
     QTRY_VERIFY_WITH_TIMEOUT(host.canReadLine() || host.state() == QProcess::NotRunning, 20'000);
-    QCOMPARE(host.readAll(), "500000\n");
+    QCOMPARE(host.readAll(), "half\n");
     host.kill();
     QVERIFY(host.waitForFinished());
     QVERIFY(!QFile::exists(_destination()));
 }
 
+void tst_LinuxUrlDownloads::diskThatTakesNoFileIsNamed_data()
+{
+    QTest::addColumn<QString>("options"); ///< Of a disk in memory.
+    QTest::addColumn<QByteArray>("failure");
+    QTest::newRow("full") << "size=256k" << QByteArray("The disk is full.\n");
+    QTest::newRow("read only") << "ro" << QByteArray("The disk cannot be written to.\n");
+}
+
+void tst_LinuxUrlDownloads::diskThatTakesNoFileIsNamed()
+{
+    if (::geteuid() != 0 || QProcess::execute("unshare", {"-m", "mount", "-t", "tmpfs", "none", "/mnt"}) != 0)
+        QSKIP("Nothing may be mounted");
+    QFETCH(const QString, options);
+    QFETCH(const QByteArray, failure);
+    m_server.answer("/large", HttpReply::text(QByteArray(1'000'000, 'x')));
+    QProcess host;
+    host.start("unshare",
+               {"-m", "sh", "-c", "mount -t tmpfs -o $1 none \"$2\" && exec \"$3\" --download $4 \"$2/file\"", "sh",
+                options, m_folder->path(), QFileInfo("/proc/self/exe").symLinkTarget(),
+                m_server.url("/large").toString()});
+    QTRY_VERIFY_WITH_TIMEOUT(host.state() == QProcess::NotRunning, 20'000);
+    QCOMPARE(host.readAll(), failure);
+}
+
 namespace
 {
-/// A host that says when half of its download has come, and then waits for its end.
+/// A host that says when half of its download has come, and ends only where it fails, saying why.
 int download(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     LinuxUrlDownloads downloads;
     DownloadListener listener;
-    listener.whenHeard = [&](const QString &) {
-        if (listener.received < 500'000)
+    listener.whenHeard = [&](const QString &call) {
+        if (call == u"fail")
+            QCoreApplication::quit();
+        else if (listener.received != 500'000)
             return;
-        std::printf("%lld\n", static_cast<long long>(listener.received));
+        std::puts(call == u"fail" ? qPrintable(listener.failure) : "half");
         std::fflush(stdout);
     };
     listener.start(downloads, QUrl(argv[2]), argv[3], false);

@@ -12,7 +12,7 @@ namespace platform
 
 namespace
 {
-using Kind = DownloadEvent::Kind;
+using EventKind = DownloadEvent::Kind;
 
 constexpr int firstStatusWithoutFile = 300; ///< Redirections are followed; one that is left leads nowhere.
 constexpr qint64 readAtOnce = 256 * 1024;
@@ -81,7 +81,7 @@ void FileTransfer::_takeAnswer()
     m_kickedOff = 0;
     m_untold = 0;
     m_hasBegun = true;
-    m_report.tell({Kind::Response, m_partial.length(), {}, {}});
+    m_report.tell({EventKind::Response, m_partial.length(), {}, {}});
 }
 
 void FileTransfer::_readyRead()
@@ -122,7 +122,7 @@ void FileTransfer::_keep(const QByteArray &data)
 void FileTransfer::_tellProgress()
 {
     if (m_untold > 0) {
-        m_report.tell({Kind::Data, std::exchange(m_untold, 0), {}, {}});
+        m_report.tell({EventKind::Data, std::exchange(m_untold, 0), {}, {}});
         m_quiet.start(timeBetweenProgress);
     }
 }
@@ -161,7 +161,7 @@ void FileTransfer::_synced(const std::error_code &error)
     if (error)
         return _failForFile(error);
     _tellProgress();
-    m_report.tell({Kind::Whole, 0, {}, {}});
+    m_report.tell({EventKind::Whole, 0, {}, {}});
 }
 
 void FileTransfer::_place()
@@ -177,22 +177,22 @@ void FileTransfer::_place()
     if (error)
         return _failForFile(error);
     if (m_file->path() != m_request.destination)
-        m_report.tell({Kind::Destination, 0, m_file->path(), {}});
-    m_report.tell({Kind::Finish, 0, {}, {}});
+        m_report.tell({EventKind::Destination, 0, m_file->path(), {}});
+    m_report.tell({EventKind::Finish, 0, {}, {}});
     _end();
 }
 
 void FileTransfer::_failForFile(const std::error_code &error)
 {
     m_file.reset();
-    m_report.tell({Kind::Failure, 0, {}, {{}, QFileInfo(m_request.destination).path(), error.value()}});
+    m_report.tell({EventKind::Failure, 0, {}, {{}, QFileInfo(m_request.destination).path(), error.value()}});
     _end();
 }
 
 void FileTransfer::_fail(const QString &text, const QString &argument)
 {
     m_file.reset();
-    m_report.tell({Kind::Failure, 0, {}, {text, argument, 0}});
+    m_report.tell({EventKind::Failure, 0, {}, {text, argument, 0}});
     _end();
 }
 

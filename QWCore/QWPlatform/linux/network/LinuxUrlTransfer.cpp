@@ -9,8 +9,6 @@
 namespace platform
 {
 
-using Kind = DownloadEvent::Kind;
-
 LinuxUrlTransfer::LinuxUrlTransfer(const UrlDownloadRequest &request, const LinuxUrlDownloads::Limits &limits,
                                    UrlDownloadObserver &observer)
     : m_observer(&observer)
@@ -33,7 +31,7 @@ void LinuxUrlTransfer::start()
 
 void LinuxUrlTransfer::failLater(const QString &text)
 {
-    m_report.tell({Kind::Failure, 0, {}, {text, {}, 0}});
+    m_report.tell({DownloadEvent::Kind::Failure, 0, {}, {text, {}, 0}});
     deleteLater(); // after what was told
 }
 
@@ -58,6 +56,7 @@ void LinuxUrlTransfer::_deliver()
 
 void LinuxUrlTransfer::_deliver(const DownloadEvent &event)
 {
+    using Kind = DownloadEvent::Kind;
     switch (event.kind) {
     case Kind::Response:
         return m_observer->downloadDidReceiveResponse(event.length);
