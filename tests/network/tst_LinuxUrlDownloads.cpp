@@ -61,6 +61,7 @@ private Q_SLOTS:
     void progressIsToldNowAndThen();
     void downloadsRunSideBySide();
     void endOfWorkEndsDownloads();
+    void stoppedAtAnyMomentItLeavesNothing();
     void killedHostLeavesNothing();
     void diskThatTakesNoFileIsNamed_data();
     void diskThatTakesNoFileIsNamed();
@@ -489,6 +490,24 @@ void tst_LinuxUrlDownloads::endOfWorkEndsDownloads()
     QTRY_VERIFY(late.ended());
     QCOMPARE(late.calls, QStringList("fail"));
     QCOMPARE(m_listener->calls, QStringList({"response", "data"}));
+}
+
+/// After each number of turns of the event loop, from none to those of a whole download and its end.
+void tst_LinuxUrlDownloads::stoppedAtAnyMomentItLeavesNothing()
+{
+    m_server.answer("/file", HttpReply::text(QByteArray(2'000'000, 'x')));
+    LinuxUrlDownloads downloads;
+    for (int turns = 0; turns < 150; ++turns) {
+        DownloadListener listener;
+        listener.start(downloads, m_server.url("/file"), _destination());
+        for (int turn = 0; turn < turns && !listener.ended(); ++turn)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        listener.download.reset();
+        QCOMPARE(_entries(), listener.ended() ? QStringList("Manual.zip") : QStringList());
+        QFile::remove(_destination());
+    }
+    downloads.cancelAll(); // waits for the threads
+    QCOMPARE(_entries(), QStringList());
 }
 
 void tst_LinuxUrlDownloads::killedHostLeavesNothing()
