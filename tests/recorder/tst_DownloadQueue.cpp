@@ -338,6 +338,18 @@ private Q_SLOTS:
         QVERIFY(downloads().started.empty());
     }
 
+    void aTakeThatWasNotQueuedIsNoneOfItsBusiness()
+    {
+        m_browser->selected.front()->downloadToAs(folder(), "wav");
+        downloads().respond(1);
+        downloads().receive("1");
+        downloads().finish();
+        m_browser->selected.front()->downloadToAs(folder(), "wav");
+        downloads().fail("no");
+        QVERIFY(m_browser->progress.empty() && m_browser->failureLines.isEmpty());
+        QCOMPARE(m_browser->sheets, 0);
+    }
+
     void theQueueGoesInMidDownload()
     {
         begin();

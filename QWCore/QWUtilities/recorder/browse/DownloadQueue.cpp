@@ -198,6 +198,8 @@ void DownloadQueue::abandon()
 
 bool DownloadQueue::recordingUpdateProgress(QWVeskRecording &recording, float fraction)
 {
+    if (!_isCurrent(recording))
+        return false;
     m_view.setProgress(std::clamp(static_cast<double>(fraction), 0.0, 1.0));
     if (const auto progress = m_pace->progressOf(recording))
         m_view.setProgressDetails(*progress);
@@ -206,14 +208,18 @@ bool DownloadQueue::recordingUpdateProgress(QWVeskRecording &recording, float fr
 
 void DownloadQueue::recordingDidStopDownloading(QWVeskRecording &recording)
 {
-    m_queue.clear();
+    if (!_isCurrent(recording))
+        return;
+    m_queue.resize(1); // what is done with the last one is done with one that was stopped
     recordingDidFinishDownloading(recording);
 }
 
 void DownloadQueue::recordingDidFinishDownloading(QWVeskRecording &recording)
 {
+    if (!_isCurrent(recording))
+        return;
     m_view.setProgress(1);
-    std::erase_if(m_queue, [&](const auto &queued) { return queued.get() == &recording; });
+    m_queue.pop_front();
     if (m_view.opensAfterSave())
         openSaved(recording.downloadPath()); // after a stop, too, and whatever name was taken instead
     _proceed();
@@ -221,9 +227,11 @@ void DownloadQueue::recordingDidFinishDownloading(QWVeskRecording &recording)
 
 void DownloadQueue::recordingDidFailDownloading(QWVeskRecording &recording, const QString &reason)
 {
-    m_failures.push_back({recording.shared_from_this(), reason});
+    if (!_isCurrent(recording))
+        return;
+    m_failures.push_back({m_queue.front(), reason});
     if (goesOnAfterFailure()) {
-        std::erase_if(m_queue, [&](const auto &queued) { return queued.get() == &recording; });
+        m_queue.pop_front();
         if (m_stop)
             m_queue.clear();
         _proceed();
@@ -233,6 +241,12 @@ void DownloadQueue::recordingDidFailDownloading(QWVeskRecording &recording, cons
     const QString line = quotedTitle("“%@” was not saved.", recording) + u' ' + reason + u' ' +
                          platform::localized("Press Escape to return to the window.");
     m_view.showFailure(line);
+}
+
+/// A host may download a take by itself, without the queue.
+bool DownloadQueue::_isCurrent(const QWVeskRecording &recording) const
+{
+    return m_isBusy && !m_isWaiting && !m_queue.empty() && m_queue.front().get() == &recording;
 }
 
 void DownloadQueue::_proceed()

@@ -76,6 +76,7 @@ private:
     void _enqueue(const Recordings &recordings);
     void _announceFirst();
     void _startFirst();
+    bool _isCurrent(const QWVeskRecording &recording) const;
     void _proceed();
     void _end();
 
