@@ -208,9 +208,7 @@ private Q_SLOTS:
     {
         HttpServer server;
         QVERIFY(server.listen());
-        HttpReply list = HttpReply::text(toXml(twoTakes));
-        list.pieceSize = 50;
-        server.answer("/list.plist", list);
+        server.answer("/list.plist", HttpReply::text(toXml(twoTakes)));
         NotingBrowser browser;
         std::vector<std::weak_ptr<QWVeskDevice>> left;
         for (int i = 0; i < 1000; ++i) {

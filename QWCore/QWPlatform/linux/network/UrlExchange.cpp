@@ -6,6 +6,7 @@
 #include <QNetworkProxy>
 #include <QNetworkReply>
 
+#include <algorithm>
 #include <utility>
 
 namespace platform
@@ -88,7 +89,8 @@ qint64 UrlExchange::expectedLength() const
 
 QByteArray UrlExchange::read(qint64 most)
 {
-    const QByteArray data = m_reply ? m_reply->read(most) : QByteArray();
+    // Room is made for what is asked for, not for what is there.
+    const QByteArray data = m_reply ? m_reply->read(std::min(most, m_reply->bytesAvailable())) : QByteArray();
     m_received += data.size();
     return data;
 }
