@@ -15,13 +15,13 @@ namespace qw
 
 namespace
 {
-constexpr int longestName = 60; ///< Characters of a name in a sentence.
+constexpr int longestSpokenName = 60; ///< Characters of a name in a sentence.
 constexpr double longestTimeLeft = 100 * 3600;
 
 QString shortened(const QString &name)
 {
     const QString line = name.simplified();
-    return line.size() > longestName ? line.left(longestName - 1) + QChar(0x2026) : line;
+    return line.size() > longestSpokenName ? line.left(longestSpokenName - 1) + QChar(0x2026) : line;
 }
 
 QString sizeText(quint64 bytes)
@@ -29,7 +29,7 @@ QString sizeText(quint64 bytes)
     return QWFileSizeFormatter().stringForObjectValue(bytes);
 }
 
-quint64 sizeOf(const std::vector<std::shared_ptr<QWVeskRecording>> &recordings)
+quint64 totalSizeOf(const std::vector<std::shared_ptr<QWVeskRecording>> &recordings)
 {
     quint64 size = 0;
     for (const auto &recording : recordings) {
@@ -82,7 +82,7 @@ QString selectionText(const std::vector<std::shared_ptr<QWVeskRecording>> &selec
     if (selected.empty())
         return rows == 1 ? localized("1 recording") : formatted(localized("%@ recordings"), {all});
     const QString some = QString::number(selected.size());
-    return formatted(localized("%@ of %@ recordings, %@"), {some, all, sizeText(sizeOf(selected))});
+    return formatted(localized("%@ of %@ recordings, %@"), {some, all, sizeText(totalSizeOf(selected))});
 }
 
 QString progressText(const DownloadProgress &progress)

@@ -9,8 +9,8 @@ namespace qw
 
 namespace
 {
-constexpr quintptr groupId = 0;
-constexpr quintptr deviceId = 1;
+constexpr quintptr groupItemId = 0;
+constexpr quintptr deviceItemId = 1;
 } // namespace
 
 DeviceHierarchy::DeviceHierarchy(QObject *parent)
@@ -29,7 +29,7 @@ void DeviceHierarchy::setDevices(const Devices &devices)
 
 bool DeviceHierarchy::isGroupItem(const QModelIndex &item) const
 {
-    return item.isValid() && item.internalId() == groupId;
+    return item.isValid() && item.internalId() == groupItemId;
 }
 
 std::shared_ptr<QWVeskDevice> DeviceHierarchy::deviceAt(const QModelIndex &item) const
@@ -47,7 +47,7 @@ QModelIndex DeviceHierarchy::itemOf(const QWVeskDevice *device) const
 QModelIndex DeviceHierarchy::index(int row, int column, const QModelIndex &parent) const
 {
     const bool isThere = column == 0 && row >= 0 && row < rowCount(parent);
-    return isThere ? createIndex(row, column, parent.isValid() ? deviceId : groupId) : QModelIndex();
+    return isThere ? createIndex(row, column, parent.isValid() ? deviceItemId : groupItemId) : QModelIndex();
 }
 
 QModelIndex DeviceHierarchy::parent(const QModelIndex &item) const

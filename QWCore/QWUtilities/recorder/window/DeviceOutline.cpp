@@ -10,10 +10,10 @@ namespace qw
 
 namespace
 {
-constexpr int textSize = 11; ///< Points.
+constexpr int outlineTextSize = 11; ///< Points.
 constexpr int deviceImageSize = 20;
 constexpr int deviceRowHeight = 28;
-constexpr int step = 8;
+constexpr int outlineStep = 8;
 
 /// outlineView:willDisplayCell:forTableColumn:item: the group has no image and is quiet.
 class DeviceCell : public QWIconTextCell
@@ -47,13 +47,13 @@ DeviceOutline::DeviceOutline(QWidget *parent)
 {
     auto *const cell = new DeviceCell(this);
     QFont font = QApplication::font();
-    font.setPointSize(textSize);
+    font.setPointSize(outlineTextSize);
     cell->setFont(font);
     setItemDelegate(cell);
     setModel(&m_hierarchy);
     setHeaderHidden(true);
     setRootIsDecorated(false);
-    setIndentation(step);
+    setIndentation(outlineStep);
     setItemsExpandable(false); // outlineView:shouldCollapseItem:
     setExpandsOnDoubleClick(false);
     setUniformRowHeights(true);

@@ -13,7 +13,7 @@ constexpr int pictureSize = 48;
 constexpr int pictureGap = 16;
 constexpr int sideMargin = 24;
 constexpr int widestText = 400;
-constexpr double quiet = 0.45;
+constexpr double pictureOpacity = 0.45;
 } // namespace
 
 EmptyNote::EmptyNote(QAbstractItemView &view)
@@ -56,7 +56,7 @@ void EmptyNote::paintEvent(QPaintEvent *)
         fontMetrics().boundingRect(place, int(Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap), m_sentence);
     const int top = std::max(0, (height() - pictureSize - pictureGap - text.height()) / 2);
     const QRect picture((width() - pictureSize) / 2, top, pictureSize, pictureSize);
-    painter.setOpacity(quiet);
+    painter.setOpacity(pictureOpacity);
     m_picture.paint(&painter, picture);
     painter.setOpacity(1);
     painter.setPen(palette().color(QPalette::PlaceholderText));
