@@ -3,9 +3,11 @@
 
 #include <QAccessible>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QToolButton>
+#include <QToolTip>
 
 #include <limits>
 
@@ -68,6 +70,7 @@ private Q_SLOTS:
     void columnsFollowAModelThatChangesItsOwn();
     void modelMayGoFirst();
     void rowsAreAsHighAsTheFont();
+    void textThatDoesNotFitIsToldAsItIs();
     void screenReaderHearsWhatShows();
 
 private:
@@ -536,6 +539,23 @@ void tst_QWTableView::rowsAreAsHighAsTheFont()
     m_table->setFont(large);
     QVERIFY(m_table->rowHeight(0) > before);
     QVERIFY(m_table->rowHeight(0) >= QFontMetrics(large).height());
+}
+
+void tst_QWTableView::textThatDoesNotFitIsToldAsItIs()
+{
+    _show();
+    m_model->identifiers = {"<b>a title that is long</b>", "title", "length"};
+    m_model->setCount(3);
+    m_table->addTableColumn({.identifier = m_model->identifiers.first(), .title = "Long", .width = 30});
+    const auto tipAt = [&](int column) {
+        const QPoint place = m_table->visualRect(m_table->model()->index(1, column)).center();
+        QHelpEvent help(QEvent::ToolTip, place, m_table->viewport()->mapToGlobal(place));
+        QCoreApplication::sendEvent(m_table->viewport(), &help);
+        return QToolTip::text();
+    };
+    QCOMPARE(tipAt(0), "<span>&lt;b&gt;a title that is long&lt;/b&gt; 1</span>");
+    tipAt(1);
+    QTRY_VERIFY(!QToolTip::isVisible());
 }
 
 void tst_QWTableView::screenReaderHearsWhatShows()

@@ -43,6 +43,12 @@ std::vector<int> asVector(const QList<int> &rows)
     return {rows.begin(), rows.end()};
 }
 
+bool isPlainReturn(const QKeyEvent &press)
+{
+    const bool isReturn = press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter;
+    return isReturn && !press.isAutoRepeat() && !(press.modifiers() & ~Qt::KeypadModifier);
+}
+
 /// Items that show the user's language and carry the English titles.
 void fillFormats(QComboBox &popup, const qw::FormatMenu &menu)
 {
@@ -72,10 +78,22 @@ public:
     // RecorderBrowser
     void refreshDevices() override { m_devices.refreshDevices(); }
     void deviceDidNotResolve(QWVeskDevice &device) override { m_devices.deviceDidNotResolve(device); }
-    bool recordingUpdateProgress(QWVeskRecording &recording, float fraction) override;
-    void recordingDidFinishDownloading(QWVeskRecording &recording) override;
-    void recordingDidStopDownloading(QWVeskRecording &recording) override;
-    void recordingDidFailDownloading(QWVeskRecording &recording, const QString &reason) override;
+    bool recordingUpdateProgress(QWVeskRecording &recording, float fraction) override
+    {
+        return m_downloadQueue.recordingUpdateProgress(recording, fraction);
+    }
+    void recordingDidFinishDownloading(QWVeskRecording &recording) override
+    {
+        m_downloadQueue.recordingDidFinishDownloading(recording);
+    }
+    void recordingDidStopDownloading(QWVeskRecording &recording) override
+    {
+        m_downloadQueue.recordingDidStopDownloading(recording);
+    }
+    void recordingDidFailDownloading(QWVeskRecording &recording, const QString &reason) override
+    {
+        m_downloadQueue.recordingDidFailDownloading(recording, reason);
+    }
 
     // RecorderListView
     void reloadDevices() override;
@@ -103,7 +121,9 @@ public:
     std::unique_ptr<qw::RecordingSearch> m_search;
     std::unique_ptr<qw::EmptyNote> m_emptyNote;
     std::unique_ptr<qw::ProgressSheet> m_progress;
-    QString m_title;                   ///< Of the window, without a recorder.
+    QString m_title; ///< Of the window, without a recorder.
+    QIcon m_recorderPicture;
+    QIcon m_searchPicture;
     qw::DownloadQueue m_downloadQueue; ///< With folder, format and the wish to stop.
 
 private:
@@ -182,8 +202,7 @@ void QWVeskBrowser::closeProgress(QObject *)
 bool QWVeskBrowser::eventFilter(QObject *watched, QEvent *event)
 {
     const bool isPress = watched == d->window() && event->type() == QEvent::KeyPress;
-    const int key = isPress ? static_cast<QKeyEvent *>(event)->key() : 0;
-    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+    if (!isPress || !isPlainReturn(*static_cast<QKeyEvent *>(event)))
         return QObject::eventFilter(watched, event);
     save();
     return true;
@@ -231,7 +250,9 @@ void QWVeskBrowser::Private::awakeFromNib()
     m_title = m_outlets.window->windowTitle();
     m_progress = std::make_unique<qw::ProgressSheet>(m_outlets);
     m_emptyNote = std::make_unique<qw::EmptyNote>(table);
-    m_search = std::make_unique<qw::RecordingSearch>(*m_outlets.searchField, _picture("search"));
+    m_recorderPicture = _picture("QWVeskDevice");
+    m_searchPicture = _picture("search");
+    m_search = std::make_unique<qw::RecordingSearch>(*m_outlets.searchField, m_searchPicture);
     table.setModel(&m_displayedRecordings);
     _connectOutlets();
     _connectKeys();
@@ -276,26 +297,6 @@ void QWVeskBrowser::Private::windowWillClose()
     if (const auto &descriptor = m_displayedRecordings.sortDescriptor())
         defaults.setObject(sortKey, descriptor->archived());
     defaults.synchronize();
-}
-
-bool QWVeskBrowser::Private::recordingUpdateProgress(QWVeskRecording &recording, float fraction)
-{
-    return m_downloadQueue.recordingUpdateProgress(recording, fraction);
-}
-
-void QWVeskBrowser::Private::recordingDidFinishDownloading(QWVeskRecording &recording)
-{
-    m_downloadQueue.recordingDidFinishDownloading(recording);
-}
-
-void QWVeskBrowser::Private::recordingDidStopDownloading(QWVeskRecording &recording)
-{
-    m_downloadQueue.recordingDidStopDownloading(recording);
-}
-
-void QWVeskBrowser::Private::recordingDidFailDownloading(QWVeskRecording &recording, const QString &reason)
-{
-    m_downloadQueue.recordingDidFailDownloading(recording, reason);
 }
 
 void QWVeskBrowser::Private::reloadDevices()
@@ -380,7 +381,7 @@ void QWVeskBrowser::Private::_updateEmptyNote()
     const QString &searched = m_displayedRecordings.searchText();
     const auto kind =
         qw::EmptyState::kindOf(m_devices.state(), device.get(), searched, m_displayedRecordings.rowCount());
-    m_emptyNote->show(_picture(kind == qw::EmptyState::NothingFound ? "search" : "QWVeskDevice"),
+    m_emptyNote->show(kind == qw::EmptyState::NothingFound ? m_searchPicture : m_recorderPicture,
                       qw::EmptyState::textOf(kind, device.get(), searched));
 }
 
