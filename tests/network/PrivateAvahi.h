@@ -11,7 +11,8 @@ class PrivateAvahi
 {
 public:
     /// Takes this process out of the machine's network and hides its "/run". The first thing that a main function does:
-    /// before there are threads. Ends the process where the kernel does not allow it.
+    /// before there are threads. Ends the process where the kernel does not allow it; well, and saying so, for a user
+    /// who is not root.
     static void enterPrivateNetwork();
 
     PrivateAvahi();
