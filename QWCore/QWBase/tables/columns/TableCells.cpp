@@ -20,10 +20,7 @@ QStyle &styleOf(const QStyleOptionViewItem &option)
 
 QRect textPlace(const QStyleOptionViewItem &option)
 {
-    const int margin = styleOf(option).pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1;
-    return styleOf(option)
-        .subElementRect(QStyle::SE_ItemViewItemText, &option, option.widget)
-        .adjusted(margin, 0, -margin, 0);
+    return option.rect.adjusted(TableCells::padding, 0, -TableCells::padding, 0);
 }
 
 QColor textColor(const QStyleOptionViewItem &option)
@@ -57,27 +54,34 @@ void TableCells::paint(QPainter *painter, const QStyleOptionViewItem &option, co
 {
     QStyleOptionViewItem cell = option;
     initStyleOption(&cell, index);
-    if (!_paintFigures(*painter, cell))
-        styleOf(cell).drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    QStyleOptionViewItem ground = cell;
+    ground.text.clear();
+    styleOf(cell).drawControl(QStyle::CE_ItemViewItem, &ground, painter, cell.widget);
+    painter->save();
+    _paintText(*painter, cell);
+    painter->restore();
 }
 
-/// False where the style draws them right, or they do not fit.
-bool TableCells::_paintFigures(QPainter &painter, const QStyleOptionViewItem &option) const
+void TableCells::_paintText(QPainter &painter, const QStyleOptionViewItem &option) const
 {
-    const TabularFigures &figures = _figures(option.font);
-    if (!(option.displayAlignment & Qt::AlignRight) || !figures.isNeeded())
-        return false;
     const QRect place = textPlace(option);
-    if (figures.width(option.text) > place.width())
-        return false;
-    QStyleOptionViewItem ground = option;
-    ground.text.clear();
-    styleOf(option).drawControl(QStyle::CE_ItemViewItem, &ground, &painter, option.widget);
-    painter.save();
+    const TabularFigures &figures = _figures(option.font);
+    const bool isNumber = option.displayAlignment & Qt::AlignRight;
     painter.setPen(textColor(option));
-    figures.drawAtRight(painter, place, option.text);
-    painter.restore();
-    return true;
+    painter.setFont(option.font);
+    if (isNumber && figures.isNeeded() && figures.width(option.text) <= place.width()) {
+        figures.drawAtRight(painter, place, option.text);
+        return;
+    }
+    const QString shown = option.fontMetrics.elidedText(option.text, Qt::ElideRight, place.width());
+    painter.drawText(place, int(option.displayAlignment | Qt::TextSingleLine), shown);
+}
+
+QSize TableCells::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    return {cell.fontMetrics.horizontalAdvance(cell.text) + 2 * padding, cell.fontMetrics.height()};
 }
 
 bool TableCells::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,

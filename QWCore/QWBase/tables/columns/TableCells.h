@@ -18,7 +18,11 @@ class TableCells : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    /// Pixels beside the text of cells and headers, to either side.
+    static constexpr int padding = 6;
+
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
 
@@ -27,7 +31,7 @@ protected:
 
 private:
     const TabularFigures &_figures(const QFont &font) const;
-    bool _paintFigures(QPainter &painter, const QStyleOptionViewItem &option) const;
+    void _paintText(QPainter &painter, const QStyleOptionViewItem &option) const;
 
     mutable std::optional<TabularFigures> m_figures; ///< Of the font drawn last: there is one in a table.
 };

@@ -1,9 +1,12 @@
 #include "TableHeader.h"
 
+#include "TableCells.h"
+
 #include <QAccessible>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QStyleOptionFocusRect>
 #include <QTimer>
 
@@ -150,19 +153,55 @@ void TableHeader::contextMenuEvent(QContextMenuEvent *event)
     Q_EMIT menuRequested(section, isKey ? viewport()->mapToGlobal(below) : event->globalPos());
 }
 
+/// Titles stand above the texts of their cells, which a style would not see to.
 void TableHeader::paintSection(QPainter *painter, const QRect &rect, int section) const
 {
+    const QScopedValueRollback<bool> ground(m_paintsGround, true);
     painter->save();
     QHeaderView::paintSection(painter, rect, section);
     painter->restore();
-    if (!hasFocus() || section != focusSection())
-        return;
+    m_paintsGround = false;
+    _paintTitle(*painter, rect, section);
+    if (hasFocus() && section == focusSection())
+        _paintFocus(*painter, rect);
+}
+
+void TableHeader::initStyleOptionForIndex(QStyleOptionHeader *option, int section) const
+{
+    QHeaderView::initStyleOptionForIndex(option, section);
+    if (m_paintsGround)
+        option->text.clear();
+}
+
+QSize TableHeader::sectionSizeFromContents(int section) const
+{
+    return QHeaderView::sectionSizeFromContents(section) + QSize(2 * TableCells::padding, 0);
+}
+
+void TableHeader::_paintTitle(QPainter &painter, const QRect &rect, int section) const
+{
+    QStyleOptionHeaderV2 option;
+    initStyleOption(&option);
+    option.rect = rect;
+    initStyleOptionForIndex(&option, section);
+    QRect place = rect.adjusted(TableCells::padding, 0, -TableCells::padding, 0);
+    if (option.sortIndicator != QStyleOptionHeader::None) {
+        const int arrow = style()->subElementRect(QStyle::SE_HeaderArrow, &option, this).width() + 2;
+        place.adjust(isLeftToRight() ? 0 : arrow, 0, isLeftToRight() ? -arrow : 0, 0);
+    }
+    const QString shown = fontMetrics().elidedText(option.text, Qt::ElideRight, place.width());
+    style()->drawItemText(&painter, place, int(option.textAlignment | Qt::AlignVCenter), option.palette, isEnabled(),
+                          shown, QPalette::ButtonText);
+}
+
+void TableHeader::_paintFocus(QPainter &painter, const QRect &rect) const
+{
     QStyleOptionFocusRect option;
     option.initFrom(this);
     option.rect = rect.adjusted(1, 1, -2, -2);
     option.state |= QStyle::State_KeyboardFocusChange | QStyle::State_HasFocus;
     option.backgroundColor = palette().color(QPalette::Button);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, painter, this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
 void TableHeader::_tellFocus()

@@ -34,15 +34,20 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintSection(QPainter *painter, const QRect &rect, int section) const override;
+    void initStyleOptionForIndex(QStyleOptionHeader *option, int section) const override;
+    QSize sectionSizeFromContents(int section) const override;
 
 private:
     int _neighbour(int section, int places) const;
     int _firstShown() const;
     int _placesTowards(int key) const;
     bool _take(const QKeyEvent &event);
+    void _paintTitle(QPainter &painter, const QRect &rect, int section) const;
+    void _paintFocus(QPainter &painter, const QRect &rect) const;
     void _tellFocus();
 
     int m_focusSection = -1;
+    mutable bool m_paintsGround = false; ///< While a section is painted without its title.
 };
 
 } // namespace qw
