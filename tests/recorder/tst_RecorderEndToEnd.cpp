@@ -84,6 +84,7 @@ private Q_SLOTS:
     void filesThatAreThereStay();
     void stopLeavesNothing_data();
     void stopLeavesNothing();
+    void stopAfterAnyTurnOfTheLoopLeavesWholeFilesOnly();
     void windowClosedInMidDownload();
     void reloadSeesNewTakes();
 
@@ -294,7 +295,7 @@ void tst_RecorderEndToEnd::recorderWhoseListNeverEndsLeaves()
 {
     QProcess endless; // it has much to send, for which it needs an event loop of its own
     endless.start(QW_RECORDER_SIMULATOR, {"--no-announce", "--list-fault", "endless"});
-    const auto end = qScopeGuard([&endless] { endless.kill(), endless.waitForFinished(); });
+    const auto end = qScopeGuard([&endless] { endless.terminate(), endless.waitForFinished(); });
     QVERIFY(m_user.until([&endless] { return endless.canReadLine(); }));
     const QString address = QString::fromUtf8(endless.readLine()).trimmed();
     m_machine = std::make_unique<NetworkedMachine>(QString("Vesk on Endless=%1;Vesk on Studio=127.0.0.1:%2")
@@ -408,6 +409,28 @@ void tst_RecorderEndToEnd::stopLeavesNothing()
     QVERIFY(m_user.hasEnded());
     QCOMPARE(_entries(), QStringList());
     QCOMPARE(m_recorder->downloads(), 1);
+}
+
+void tst_RecorderEndToEnd::stopAfterAnyTurnOfTheLoopLeavesWholeFilesOnly()
+{
+    _open(6);
+    for (int turns = 0; turns < 40; ++turns) {
+        QVERIFY(_save(0, 2, "WAVE"));
+        for (int i = 0; i < turns; ++i)
+            QCoreApplication::processEvents();
+        if (m_user.isSaving()) {
+            m_user.escape();
+            m_user.escape(); // the first one waits for the next data
+        }
+        QVERIFY(m_user.hasEnded());
+        for (const QString &name : _entries()) {
+            const auto isIt = [&](const RecorderTake &take) { return QString(take.title + ".wav") == name; };
+            const auto take = std::ranges::find_if(m_recorder->takes(), isIt);
+            QVERIFY2(take != m_recorder->takes().end(), qPrintable(name));
+            QCOMPARE(QFileInfo(_path(name)).size(), take->fileSize);
+            QVERIFY(QFile::remove(_path(name)));
+        }
+    }
 }
 
 void tst_RecorderEndToEnd::windowClosedInMidDownload()

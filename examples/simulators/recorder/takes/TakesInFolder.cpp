@@ -20,7 +20,7 @@ QStringList filesBelow(const QString &folder)
     QDirIterator entries(folder, QDir::Files | QDir::Readable, QDirIterator::Subdirectories);
     while (entries.hasNext())
         files += entries.next();
-    QCollator collator(QLocale(QLocale::English)); // the language of no place knows no numbers
+    QCollator collator{QLocale(QLocale::English)}; // the language of no place knows no numbers
     collator.setNumericMode(true);
     std::sort(files.begin(), files.end(), collator);
     return files;
