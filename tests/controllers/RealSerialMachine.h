@@ -24,6 +24,15 @@ public:
     platform::System &system() { return *m_system; }
 
 private:
+    class Machine : public platform::System
+    {
+    public:
+        explicit Machine(platform::SystemServices services)
+            : System(std::move(services))
+        {
+        }
+    };
+
     static std::unique_ptr<platform::System> _makeSystem(const QString &home, const QString &folder)
     {
         platform::SystemServices services;
@@ -34,7 +43,7 @@ private:
         services.serialRegistry = std::make_unique<platform::LinuxSerialRegistry>(folder);
         services.serialLines = std::make_unique<platform::LinuxSerialLines>();
         services.clock = std::make_unique<platform::LinuxClock>();
-        return std::make_unique<platform::System>(std::move(services));
+        return std::make_unique<Machine>(std::move(services));
     }
 
     QTemporaryDir m_home{"/tmp/qwgrid-XXXXXX"};
