@@ -20,6 +20,7 @@
 extern char **environ;
 
 using platform::ChildProcessRequest;
+using platform::SystemScope;
 using platform::SystemServices;
 
 namespace

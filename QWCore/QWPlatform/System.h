@@ -89,6 +89,7 @@ public:
     void endWork();
 
 protected:
+    /// What it is made of is for those who make machines; hosts find one.
     explicit System(SystemServices services);
 
 private:
