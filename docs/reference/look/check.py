@@ -34,7 +34,7 @@ def lead_nowhere(folder, pages):
 
 def are_not_there(pages):
     """Names of ours that have no link, unless a source has them as a text: keys, interface files and their classes."""
-    sources = "".join(read(path) for place in ("QWCore", "validators", "tools") for path in (ROOT / place).rglob("*.cpp"))
+    sources = "".join(read(path) for place in ("QWCore", "validators", "tools") for path in (ROOT / place).rglob("*.[ch]*"))
     for path, text in pages.items():
         for name in UNLINKED.findall(text):
             if f'"{name}"' not in sources:
