@@ -18,6 +18,11 @@ namespace
 {
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinite = std::numeric_limits<double>::infinity();
+
+void addRow(const char *name, const platform::Formatter &formatter, const QVariant &value, const char *text)
+{
+    QTest::newRow(name) << &formatter << value << QString(text);
+}
 } // namespace
 
 /// What lengths, sizes, channels and truths read as.
@@ -36,6 +41,11 @@ private Q_SLOTS:
     void sizesFollowTheUsersLanguage();
 
 private:
+    void _addTimes() const;
+    void _addSizes() const;
+    void _addChannels() const;
+    void _addTruths() const;
+
     QWTimeFormatter m_time;
     QWFileSizeFormatter m_size;
     QWChannelsFormatter m_channels;
@@ -53,55 +63,69 @@ void tst_TableFormatters::reads_data()
     QTest::addColumn<const platform::Formatter *>("formatter");
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const platform::Formatter &formatter, const QVariant &value,
-                        const char *text) { QTest::newRow(name) << &formatter << value << QString(text); };
+    _addTimes();
+    _addSizes();
+    _addChannels();
+    _addTruths();
+}
 
-    row("no time", m_time, 0.0, "0:00");
-    row("seconds", m_time, 7, "0:07");
-    row("rounded up", m_time, 59.5, "1:00");
-    row("rounded down", m_time, 59.4, "0:59");
-    row("minutes", m_time, 187.0, "3:07");
-    row("just below an hour", m_time, 3599, "59:59");
-    row("one hour", m_time, 3600, "1:00:00");
-    row("hours", m_time, 3765.2, "1:02:45");
-    row("many hours", m_time, 360000, "100:00:00");
-    row("whole numbers of any kind", m_time, QVariant::fromValue<quint64>(187), "3:07");
-    row("negative time", m_time, -1.0, "");
-    row("a little less than nothing", m_time, -0.0001, "");
-    row("no number of seconds", m_time, notANumber, "");
-    row("endless time", m_time, infinite, "");
-    row("endless negative time", m_time, -infinite, "");
-    row("longer than anything", m_time, 1e300, "");
+void tst_TableFormatters::_addTimes() const
+{
+    addRow("no time", m_time, 0.0, "0:00");
+    addRow("seconds", m_time, 7, "0:07");
+    addRow("rounded up", m_time, 59.5, "1:00");
+    addRow("rounded down", m_time, 59.4, "0:59");
+    addRow("minutes", m_time, 187.0, "3:07");
+    addRow("just below an hour", m_time, 3599, "59:59");
+    addRow("one hour", m_time, 3600, "1:00:00");
+    addRow("hours", m_time, 3765.2, "1:02:45");
+    addRow("many hours", m_time, 360000, "100:00:00");
+    addRow("whole numbers of any kind", m_time, QVariant::fromValue<quint64>(187), "3:07");
+    addRow("negative time", m_time, -1.0, "");
+    addRow("a little less than nothing", m_time, -0.0001, "");
+    addRow("no number of seconds", m_time, notANumber, "");
+    addRow("endless time", m_time, infinite, "");
+    addRow("endless negative time", m_time, -infinite, "");
+    addRow("longer than anything", m_time, 1e300, "");
+}
 
-    row("no bytes", m_size, 0, "0 bytes");
-    row("one byte", m_size, 1, "1 byte");
-    row("bytes", m_size, 999, "999 bytes");
-    row("kilobytes", m_size, 1000, "1.0 kB");
-    row("rounds up to a megabyte", m_size, 999950, "1.0 MB");
-    row("does not yet", m_size, 999949, "999.9 kB");
-    row("megabytes", m_size, 12400000, "12.4 MB");
-    row("rounds up to a gigabyte", m_size, 999999999, "1.0 GB");
-    row("gigabytes", m_size, QVariant::fromValue<quint64>(2147483648ULL), "2.1 GB");
-    row("a fraction of bytes", m_size, 12400000.7, "12.4 MB");
-    row("the largest number of bytes", m_size, QVariant::fromValue(std::numeric_limits<quint64>::max()), "9.0 EB");
-    row("negative size", m_size, -1, "");
-    row("no number of bytes", m_size, notANumber, "");
-    row("endless size", m_size, infinite, "");
+void tst_TableFormatters::_addSizes() const
+{
+    addRow("no bytes", m_size, 0, "0 bytes");
+    addRow("one byte", m_size, 1, "1 byte");
+    addRow("bytes", m_size, 999, "999 bytes");
+    addRow("kilobytes", m_size, 1000, "1.0 kB");
+    addRow("rounds up to a megabyte", m_size, 999950, "1.0 MB");
+    addRow("does not yet", m_size, 999949, "999.9 kB");
+    addRow("megabytes", m_size, 12400000, "12.4 MB");
+    addRow("rounds up to a gigabyte", m_size, 999999999, "1.0 GB");
+    addRow("gigabytes", m_size, QVariant::fromValue<quint64>(2147483648ULL), "2.1 GB");
+    addRow("a fraction of bytes", m_size, 12400000.7, "12.4 MB");
+    addRow("the largest number of bytes", m_size, QVariant::fromValue(std::numeric_limits<quint64>::max()), "9.0 EB");
+    addRow("negative size", m_size, -1, "");
+    addRow("no number of bytes", m_size, notANumber, "");
+    addRow("endless size", m_size, infinite, "");
+}
 
-    row("mono", m_channels, 1, "Mono");
-    row("stereo", m_channels, 2U, "Stereo");
-    row("surround", m_channels, 6, "6");
-    row("many channels", m_channels, 128, "128");
-    row("channels as a fraction", m_channels, 2.0, "Stereo");
-    row("channels not known", m_channels, 0, "");
-    row("negative channels", m_channels, -2, "");
-    row("no number of channels", m_channels, notANumber, "");
-    row("endless channels", m_channels, infinite, "");
+void tst_TableFormatters::_addChannels() const
+{
+    addRow("mono", m_channels, 1, "Mono");
+    addRow("stereo", m_channels, 2U, "Stereo");
+    addRow("surround", m_channels, 6, "6");
+    addRow("many channels", m_channels, 128, "128");
+    addRow("channels as a fraction", m_channels, 2.0, "Stereo");
+    addRow("channels not known", m_channels, 0, "");
+    addRow("negative channels", m_channels, -2, "");
+    addRow("no number of channels", m_channels, notANumber, "");
+    addRow("endless channels", m_channels, infinite, "");
+}
 
-    row("true", m_truth, true, "Yes");
-    row("false", m_truth, false, "No");
-    row("one", m_truth, 1, "Yes");
-    row("zero", m_truth, 0.0, "No");
+void tst_TableFormatters::_addTruths() const
+{
+    addRow("true", m_truth, true, "Yes");
+    addRow("false", m_truth, false, "No");
+    addRow("one", m_truth, 1, "Yes");
+    addRow("zero", m_truth, 0.0, "No");
 }
 
 void tst_TableFormatters::reads()

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void eachDigitHasTheRoomOfTheWidest();
     void otherCharactersKeepTheirRoom();
     void textWithoutCharactersHasNoWidth();
+    void textsOfJoinedCharactersAreNotTakenApart();
 };
 
 void tst_TabularFigures::eachDigitHasTheRoomOfTheWidest()
@@ -40,6 +41,14 @@ void tst_TabularFigures::otherCharactersKeepTheirRoom()
 void tst_TabularFigures::textWithoutCharactersHasNoWidth()
 {
     QCOMPARE(TabularFigures::positions("", narrowOnes), QList<double>{0});
+}
+
+void tst_TabularFigures::textsOfJoinedCharactersAreNotTakenApart()
+{
+    QVERIFY(TabularFigures::canDraw("1:08 µs"));
+    QVERIFY(!TabularFigures::canDraw(QStringLiteral("12 \u0645")));     // Arabic letters join
+    QVERIFY(!TabularFigures::canDraw(QStringLiteral("e\u0301")));       // an accent above the letter before it
+    QVERIFY(!TabularFigures::canDraw(QStringLiteral("\U0001F399 12"))); // two units, one character
 }
 
 QTEST_APPLESS_MAIN(tst_TabularFigures)

@@ -11,7 +11,8 @@ namespace qw
 
 namespace
 {
-constexpr int longestTip = 400; ///< Characters.
+constexpr int longestTip = 400;   ///< Characters.
+constexpr int longestText = 1000; ///< Characters; laying out all of a text of megabytes would hold up the window.
 
 QStyle &styleOf(const QStyleOptionViewItem &option)
 {
@@ -43,6 +44,8 @@ QString asPlainTip(const QString &text)
 void TableCells::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
+    if (option->text.size() > longestText)
+        option->text = option->text.left(longestText) + QChar(0x2026);
     option->text.replace(QChar::LineSeparator, ' '); // what the base class made of line breaks
     option->textElideMode = Qt::ElideRight;
     option->backgroundBrush = {};
@@ -66,7 +69,8 @@ void TableCells::_paintText(QPainter &painter, const QStyleOptionViewItem &optio
 {
     const QRect place = textPlace(option);
     const TabularFigures &figures = _figures(option.font);
-    const bool isNumber = option.displayAlignment & Qt::AlignRight;
+    const bool isNumber = option.displayAlignment & Qt::AlignRight && option.direction == Qt::LeftToRight &&
+                          TabularFigures::canDraw(option.text);
     painter.setPen(textColor(option));
     painter.setFont(option.font);
     if (isNumber && figures.isNeeded() && figures.width(option.text) <= place.width()) {

@@ -189,9 +189,20 @@ void TableHeader::_paintTitle(QPainter &painter, const QRect &rect, int section)
         const int arrow = style()->subElementRect(QStyle::SE_HeaderArrow, &option, this).width() + 2;
         place.adjust(isLeftToRight() ? 0 : arrow, 0, isLeftToRight() ? -arrow : 0, 0);
     }
-    const QString shown = fontMetrics().elidedText(option.text, Qt::ElideRight, place.width());
+    painter.save();
+    painter.setFont(_titleFont(section));
+    const QString shown = painter.fontMetrics().elidedText(option.text, Qt::ElideRight, place.width());
     style()->drawItemText(&painter, place, int(option.textAlignment | Qt::AlignVCenter), option.palette, isEnabled(),
                           shown, QPalette::ButtonText);
+    painter.restore();
+}
+
+/// The title that is sorted by stands out.
+QFont TableHeader::_titleFont(int section) const
+{
+    QFont titleFont = font();
+    titleFont.setBold(titleFont.bold() || (isSortIndicatorShown() && sortIndicatorSection() == section));
+    return titleFont;
 }
 
 void TableHeader::_paintFocus(QPainter &painter, const QRect &rect) const

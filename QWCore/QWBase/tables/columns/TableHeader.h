@@ -43,6 +43,7 @@ private:
     int _placesTowards(int key) const;
     bool _take(const QKeyEvent &event);
     void _paintTitle(QPainter &painter, const QRect &rect, int section) const;
+    QFont _titleFont(int section) const;
     void _paintFocus(QPainter &painter, const QRect &rect) const;
     void _tellFocus();
 

@@ -54,6 +54,11 @@ void TabularFigures::drawAtRight(QPainter &painter, const QRectF &place, const Q
         painter.drawText(QPointF(left + starts[i], baseline), QString(text[i]));
 }
 
+bool TabularFigures::canDraw(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar character) { return character.unicode() < 0x100; });
+}
+
 QList<double> TabularFigures::positions(const QString &text, const Advance &advance)
 {
     const double room = digitWidth(advance);

@@ -25,6 +25,9 @@ public:
     /// False when all digits of the font are of one width already, as they mostly are.
     bool isNeeded() const { return m_isNeeded; }
 
+    /// False for texts whose characters cannot be drawn one by one, as in scripts that join or combine them.
+    static bool canDraw(const QString &text);
+
     double width(const QString &text) const;
 
     /// At the right end of @p place, in the painter's colour.
