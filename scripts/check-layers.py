@@ -39,7 +39,7 @@ SHARED = {
     "QWPlatform/devices/input": {"KeyboardState", "RemoteReceiver"},
     "QWPlatform/devices/serial": {"SerialLines", "SerialRegistry"},
     "QWPlatform/foundation/files": {"FileDescriptor", "LockFile", "RegularFile"},
-    "QWPlatform/foundation/lists": {"PropertyListValues", "Utf8", "XmlPropertyListReader", "XmlPropertyListScanner",
+    "QWPlatform/foundation/lists": {"PropertyListScalars", "PropertyListValues", "Utf8", "XmlPropertyListReader", "XmlPropertyListScanner",
                                          "XmlPropertyListText"},
     "QWPlatform/foundation/processes": {"ChildProcesses"},
     "QWPlatform/machine": {"SystemServices"},

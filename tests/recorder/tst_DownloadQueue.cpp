@@ -1,100 +1,18 @@
-#include "RecorderTools.h"
+#include "DownloadQueueTest.h"
 
-#include <QWUtilities/recorder/browse/DownloadQueue.h>
 #include <QWUtilities/recorder/browse/TransferRate.h>
 
-#include <QWPlatform/foundation/Bundle.h>
-#include <QWPlatform/foundation/UserDefaults.h>
+#include <QWBase/QWApplicationLog.h>
 
-#include <QTest>
-
-using namespace recordertest;
 using namespace std::chrono_literals;
 using platform::FilePanels;
 
-namespace
-{
-/// A browser that wires the queue as the window does; its sheet is what it notes.
-class QueueBrowser : public qw::RecorderBrowser, public qw::DownloadQueueView
-{
-public:
-    bool recordingUpdateProgress(QWVeskRecording &recording, float fraction) override
-    {
-        return queue.recordingUpdateProgress(recording, fraction);
-    }
-
-    void recordingDidFinishDownloading(QWVeskRecording &recording) override
-    {
-        queue.recordingDidFinishDownloading(recording);
-    }
-
-    void recordingDidStopDownloading(QWVeskRecording &recording) override
-    {
-        queue.recordingDidStopDownloading(recording);
-    }
-
-    void recordingDidFailDownloading(QWVeskRecording &recording, const QString &reason) override
-    {
-        queue.recordingDidFailDownloading(recording, reason);
-    }
-
-    Recordings selectedRecordings() const override { return selected; }
-    QString selectedFormatTitle() const override { return formatTitle; }
-    bool opensAfterSave() const override { return opens; }
-    void beginProgressSheet() override { ++sheets; }
-    void endProgressSheet() override { --sheets; }
-    void setWindowCanHide(bool can) override { canHide = can; }
-    void setProgressText(const QString &text) override { texts.append(text); }
-    void setProgress(double fraction) override { progress.push_back(fraction); }
-    void setProgressDetails(const qw::DownloadProgress &newDetails) override { details.push_back(newDetails); }
-    void showFailure(const QString &line) override { failureLines.append(line); }
-    void showFailures(const std::vector<qw::FailedDownload> &failures) override
-    {
-        for (const qw::FailedDownload &failure : failures)
-            failedTitles.append(failure.recording->title());
-    }
-
-    Recordings selected;
-    QString formatTitle = "WAVE";
-    bool opens = false;
-    int sheets = 0;
-    bool canHide = true;
-    QStringList texts;
-    std::vector<double> progress;
-    std::vector<qw::DownloadProgress> details;
-    QStringList failureLines;
-    QStringList failedTitles;
-    qw::DownloadQueue queue{*this};
-};
-
-QVariantMap titled(const QString &title)
-{
-    return {{"title", title}, {"filename", title.toLower()}};
-}
-} // namespace
-
-class tst_DownloadQueue : public QObject
+/// What the queue saves, in which order, and what it tells and opens.
+class tst_DownloadQueue : public DownloadQueueTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_system = std::make_unique<FakeSystem>();
-        m_scope = std::make_unique<platform::SystemScope>(*m_system);
-        m_system->makeDirectory("~/Music");
-        m_browser = std::make_unique<QueueBrowser>();
-        select({titled("A"), titled("B"), titled("C")});
-    }
-
-    void cleanup()
-    {
-        m_browser.reset();
-        m_device.reset();
-        m_scope.reset();
-        m_system.reset();
-    }
-
     void choosesAFolder()
     {
         queue().save();
@@ -164,31 +82,6 @@ private Q_SLOTS:
         QVERIFY(device.expired());
     }
 
-    void stopWaitsForTheNextPieceThenEmptiesTheQueue()
-    {
-        begin();
-        downloads().respond(8);
-        queue().stop();
-        QVERIFY(queue().isBusy());
-        QVERIFY(!downloads().started.back()->cancelled);
-        downloads().receive("1");
-        QVERIFY(downloads().started.back()->cancelled);
-        QCOMPARE(downloads().started.size(), size_t(1));
-        QVERIFY(!queue().isBusy());
-        QCOMPARE(m_browser->sheets, 0);
-        QVERIFY(m_browser->canHide);
-    }
-
-    void aStopIsForgottenWithTheNextSave()
-    {
-        begin();
-        queue().stop();
-        downloads().receive("1");
-        begin();
-        downloads().receive("1");
-        QVERIFY(queue().isBusy());
-    }
-
     void opensWithTheHostWhatItNames_data()
     {
         QTest::addColumn<QString>("extension");
@@ -238,104 +131,13 @@ private Q_SLOTS:
         QVERIFY(!m_system->readFile("~/Music/B.wav"));
     }
 
-    void afterAFailureTheSheetWaitsUntilItIsClosed()
+    void whatNoProgramOpensIsLogged()
     {
+        m_system->workspace.succeeds = false;
+        m_browser->opens = true;
         begin();
-        downloads().fail("The connection was lost.");
-        QCOMPARE(m_browser->failureLines.size(), 1);
-        QVERIFY(m_browser->failureLines.front().contains("“A”"));
-        QVERIFY(m_browser->failureLines.front().contains("The connection was lost."));
-        queue().stop();
-        queue().tryAgain();
-        QCoreApplication::processEvents();
-        QCOMPARE(m_browser->sheets, 1);
-        QCOMPARE(queue().recordings().size(), size_t(3));
-        QCOMPARE(downloads().started.size(), size_t(1));
-        queue().close();
-        QCOMPARE(m_browser->sheets, 0);
-        QVERIFY(m_browser->canHide && queue().recordings().empty() && queue().failures().empty());
-        begin();
-        QCOMPARE(m_browser->sheets, 1);
-    }
-
-    void closeActsAsTheStopButtonAndGivesAStalledWindowBack()
-    {
-        begin();
-        queue().close();
-        QVERIFY(queue().isBusy() && !downloads().started.back()->cancelled);
-        queue().close(); // nothing has come since
-        QVERIFY(!queue().isBusy() && downloads().started.back()->cancelled);
-        QCOMPARE(m_browser->sheets, 0);
-    }
-
-    void goesOnAfterAFailureWhereTheUserWantsIt()
-    {
-        platform::System::current().userDefaults().setObject(
-            QString::fromUtf16(qw::DownloadQueue::goesOnAfterFailureKey), true);
-        begin();
-        downloads().fail("no");
-        QCOMPARE(m_browser->texts.back(), "Downloading “B”...");
         finish();
-        downloads().fail("no");
-        QVERIFY(m_browser->failureLines.isEmpty());
-        QCOMPARE(m_browser->failedTitles, QStringList({"A", "C"}));
-        QCOMPARE(m_browser->sheets, 1);
-        queue().tryAgain();
-        QCOMPARE(m_browser->texts.back(), "Downloading “A”...");
-        finish();
-        finish();
-        QCOMPARE(m_browser->sheets, 0);
-        QCOMPARE(m_system->readFile("~/Music/C.wav"), "1");
-    }
-
-    void whatFailedCanBeLeft()
-    {
-        platform::System::current().userDefaults().setObject(
-            QString::fromUtf16(qw::DownloadQueue::goesOnAfterFailureKey), true);
-        select({titled("A")});
-        begin();
-        downloads().fail("no");
-        QCOMPARE(m_browser->failedTitles, QStringList{"A"});
-        queue().close();
-        QVERIFY(!queue().isBusy());
-        queue().tryAgain();
-        QCOMPARE(downloads().started.size(), size_t(1));
-    }
-
-    void aStopEndsAQueueThatGoesOn()
-    {
-        platform::System::current().userDefaults().setObject(
-            QString::fromUtf16(qw::DownloadQueue::goesOnAfterFailureKey), true);
-        begin();
-        queue().stop();
-        downloads().fail("no");
-        QVERIFY(!queue().isBusy());
-        QCOMPARE(downloads().started.size(), size_t(1));
-    }
-
-    void abandoningLeavesNothingBehind()
-    {
-        begin();
-        downloads().respond(8);
-        downloads().receive("1234");
-        queue().abandon();
-        QVERIFY(downloads().started.back()->cancelled);
-        QVERIFY(!queue().isBusy() && m_browser->canHide);
-        QCOMPARE(m_browser->sheets, 0);
-        QVERIFY(!m_system->readFile("~/Music/A.wav"));
-        QVERIFY(m_system->workspace.openedFiles.isEmpty());
-    }
-
-    void aChooserThatEndsAfterItsWindowBeginsNothing()
-    {
-        queue().save();
-        queue().abandon();
-        m_system->filePanels.endOpen(FilePanels::OK, {folder()});
-        QVERIFY(downloads().started.empty());
-        queue().save();
-        m_browser.reset();
-        m_system->filePanels.endOpen(FilePanels::OK, {folder()});
-        QVERIFY(downloads().started.empty());
+        QVERIFY(m_system->readFile(QWApplicationLog::sharedLog().path()).value_or("").contains("no program opens"));
     }
 
     void aTakeThatWasNotQueuedIsNoneOfItsBusiness()
@@ -348,13 +150,6 @@ private Q_SLOTS:
         downloads().fail("no");
         QVERIFY(m_browser->progress.empty() && m_browser->failureLines.isEmpty());
         QCOMPARE(m_browser->sheets, 0);
-    }
-
-    void theQueueGoesInMidDownload()
-    {
-        begin();
-        m_browser.reset();
-        QVERIFY(downloads().started.back()->cancelled);
     }
 
     void aTitleWithMarkupStandsAsItIs()
@@ -426,47 +221,6 @@ private Q_SLOTS:
         rate.add(17 * second, 5); // begun anew
         QVERIFY(!rate.bytesPerSecond());
     }
-
-private:
-    qw::DownloadQueue &queue() { return m_browser->queue; }
-    FakeUrlDownloads &downloads() { return m_system->urlDownloads; }
-    QString folder() const { return m_system->real("~/Music"); }
-
-    void select(const QVariantList &entries)
-    {
-        m_device = loadedDevice(*m_system, *m_browser, entries);
-        m_browser->selected = m_device->recordings();
-    }
-
-    /// A host with more in its Info.plist.
-    void restart(const QVariantMap &info)
-    {
-        m_browser.reset();
-        m_device.reset();
-        QVariantMap all = FakeSystem::defaultHostInfo();
-        all.insert(info);
-        m_system->writePropertyList(m_system->mainBundle().path() + "/Contents/Info.plist", all);
-        m_browser = std::make_unique<QueueBrowser>();
-        select({titled("A")});
-    }
-
-    void begin()
-    {
-        queue().save();
-        m_system->filePanels.endOpen(FilePanels::OK, {folder()});
-    }
-
-    void finish()
-    {
-        downloads().respond(1);
-        downloads().receive("1");
-        downloads().finish();
-    }
-
-    std::unique_ptr<FakeSystem> m_system;
-    std::unique_ptr<platform::SystemScope> m_scope;
-    std::unique_ptr<QueueBrowser> m_browser;
-    std::shared_ptr<QWVeskDevice> m_device;
 };
 
 QTEST_GUILESS_MAIN(tst_DownloadQueue)

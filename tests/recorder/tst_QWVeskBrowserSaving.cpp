@@ -27,6 +27,7 @@ private Q_SLOTS:
     void opensWhatIsSavedWhereWanted();
     void closingTheWindowEndsTheDownload();
     void endingTheApplicationEndsTheDownload();
+    void quittingIsNotRefusedByTheSheet();
     void recorderThatLeavesDoesNotEndItsDownload();
     void threeTakesInThreeFormatsWithoutAMouse();
     void searchIsReachedAndLeftByKeyboard();
@@ -130,8 +131,13 @@ void tst_QWVeskBrowserSaving::failureWaitsUntilTheSheetIsClosed()
     QFETCH(bool, closes);
     QVERIFY(m_host->openWith(BrowserHost::takes(3)));
     QVERIFY(_saveFirst(3));
+    _downloads().respond(8);
+    _downloads().receive("da");
+    QVERIFY(!m_host->text("progressDetails").isEmpty());
     _downloads().fail("The connection was lost.");
+    QCOMPARE(m_host->text("progressDetails"), QString()); // nothing comes any more
     QVERIFY(m_host->text("failureText").contains("“Take 1” was not saved. The connection was lost."));
+    QVERIFY(!m_host->outlet<QPushButton>("stopButton").isEnabled());
     QTest::mouseClick(&m_host->outlet<QPushButton>("stopButton"), Qt::LeftButton);
     QVERIFY(m_host->sheet().isVisible());
     QCOMPARE(_downloads().started.size(), 1U);
@@ -142,6 +148,7 @@ void tst_QWVeskBrowserSaving::failureWaitsUntilTheSheetIsClosed()
     QVERIFY(!m_host->sheet().isVisible());
     QVERIFY(platform::windowCanHide(*m_host->window()));
     QVERIFY(_saveFirst()); // the window is as before
+    QVERIFY(m_host->outlet<QPushButton>("stopButton").isEnabled());
     QCOMPARE(m_host->text("failureText"), QString());
 }
 
@@ -236,6 +243,19 @@ void tst_QWVeskBrowserSaving::endingTheApplicationEndsTheDownload()
     m_host->system.releaseShared();
     QVERIFY(_downloads().started.back()->cancelled);
     QCOMPARE(_savedFiles(), QStringList());
+}
+
+void tst_QWVeskBrowserSaving::quittingIsNotRefusedByTheSheet()
+{
+    QVERIFY(m_host->openWith(BrowserHost::takes(2)));
+    QVERIFY(_saveFirst(2));
+    _downloads().respond(4);
+    _downloads().receive("da");
+    QEvent quit(QEvent::Quit);
+    QCoreApplication::sendEvent(qApp, &quit);
+    QVERIFY(quit.isAccepted());
+    QVERIFY(_downloads().started.back()->cancelled);
+    QVERIFY(!m_host->sheet().isVisible() && !m_host->window()->isVisible());
 }
 
 void tst_QWVeskBrowserSaving::recorderThatLeavesDoesNotEndItsDownload()

@@ -203,6 +203,77 @@ private Q_SLOTS:
         QVERIFY(!device->browser());
     }
 
+    void fewListsLoadAtATime()
+    {
+        HttpServer server;
+        QVERIFY(server.listen());
+        server.answer("/list.plist", HttpReply::text(toXml(twoTakes)));
+        NotingBrowser browser;
+        std::vector<std::shared_ptr<QWVeskDevice>> devices;
+        int most = 0;
+        for (int i = 0; i < 40; ++i) {
+            const auto service = std::make_shared<TestService>("Vesk on Studio");
+            devices.push_back(QWVeskDevice::deviceWithNetServiceBrowser(service, browser));
+            service->resolve({rawAddress("127.0.0.1")}, QUrl(server.address()).port());
+        }
+        devices.back()->stopLoading(); // in the queue still
+        while (browser.refreshes < 39) {
+            most = std::max(most, platform::System::current().backgroundWork().running());
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        QCOMPARE(most, qw::ListLoads::mostAtOnce);
+        QCOMPARE(platform::System::current().backgroundWork().running(), 0);
+        QVERIFY(devices.back()->recordings().empty() && !devices.back()->invalid());
+    }
+
+    void whatAllListsHoldTogetherIsLimited()
+    {
+        qw::ListLoads loads;
+        auto first = loads.claim(qw::ListLoads::mostTakes - 10);
+        QVERIFY(first);
+        QVERIFY(!loads.claim(11));
+        const auto rest = loads.claim(10);
+        QVERIFY(rest && loads.claim(0) && !loads.claim(1));
+        first.reset();
+        QVERIFY(loads.claim(qw::ListLoads::mostTakes - 10));
+    }
+
+    void aListForWhichThereIsNoRoomDoesNotLoad()
+    {
+        FakeSystem system;
+        platform::SystemScope scope(system);
+        NotingBrowser browser;
+        auto others = browser.link()->loads.claim(qw::ListLoads::mostTakes - 1);
+        QVERIFY(loadedDevice(system, browser, twoTakes)->invalid());
+        others.reset();
+        const auto device = loadedDevice(system, browser, twoTakes);
+        QCOMPARE(device->recordings().size(), size_t(2));
+        QVERIFY(!browser.link()->loads.claim(qw::ListLoads::mostTakes - 1)); // the list has its share
+    }
+
+    void aStoppedLoadHasNoList_data()
+    {
+        QTest::addColumn<bool>("browserGoes");
+        QTest::newRow("the recorder is stopped") << false;
+        QTest::newRow("the browser goes") << true;
+    }
+
+    void aStoppedLoadHasNoList()
+    {
+        QFETCH(const bool, browserGoes);
+        FakeSystem system;
+        platform::SystemScope scope(system);
+        auto browser = std::make_unique<NotingBrowser>();
+        const auto device = loadedDevice(system, *browser, twoTakes);
+        QCOMPARE(device->recordings().size(), size_t(2));
+        if (browserGoes)
+            browser.reset();
+        else
+            device->stopLoading();
+        device->loadRecordings(system.urlLoader);
+        QVERIFY(device->recordings().empty());
+    }
+
     // The real loader and a real server, since what a recorder leaves behind is then in use on other threads.
     void aThousandRecordersLeaveDuringTheirLoad()
     {
@@ -231,17 +302,20 @@ private Q_SLOTS:
 
     void manyRecordersLeaveDuringTheirLoadFromAFake()
     {
-        NotingBrowser browser;
+        auto browser = std::make_unique<NotingBrowser>();
+        int refreshes = 0;
         for (int i = 0; i < 1000; ++i) {
             FakeSystem *const system = i % 100 == 0 ? new FakeSystem : nullptr;
             if (system) {
+                refreshes += browser->refreshes;
+                browser = std::make_unique<NotingBrowser>();
                 m_scope.reset();
                 m_system.reset(system);
                 m_scope = std::make_unique<platform::SystemScope>(*system);
                 system->urlLoader.answer("http://192.0.2.7:8123/list.plist", toXml(twoTakes));
             }
             const auto service = std::make_shared<TestService>("Vesk on Studio");
-            auto device = QWVeskDevice::deviceWithNetServiceBrowser(service, browser);
+            auto device = QWVeskDevice::deviceWithNetServiceBrowser(service, *browser);
             service->resolve({rawAddress("192.0.2.7")});
             device.reset();
             if (i % 7 == 0)
@@ -249,7 +323,7 @@ private Q_SLOTS:
         }
         m_scope.reset(); // the machine ends with loads under way
         m_system.reset();
-        QVERIFY(browser.refreshes > 0);
+        QVERIFY(refreshes > 0);
     }
 
 private:

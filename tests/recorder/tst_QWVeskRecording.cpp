@@ -212,6 +212,8 @@ private Q_SLOTS:
         QTest::newRow("comes back") << "a/../x";
         QTest::newRow("below a file") << "file/x";
         QTest::newRow("long folder") << QString(300, u'x') + "/x";
+        QTest::newRow("long folder below others") << "a/b/" + QString(300, u'x') + "/x";
+        QTest::newRow("too many folders") << QString("a/").repeated(33) + "x";
     }
 
     void whatCannotBePlacedFailsWithoutARequest()
@@ -225,6 +227,47 @@ private Q_SLOTS:
         QTRY_COMPARE(m_browser->failures.size(), 1);
         QVERIFY(log().contains("did fail with error"));
         QVERIFY(!m_recording->isDownloading());
+        QCOMPARE(QDir(m_folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("file"));
+    }
+
+    void foldersOfWhatIsNotSavedAreTakenAway_data()
+    {
+        QTest::addColumn<QString>("filename");
+        QTest::addColumn<bool>("cancels");
+        QTest::newRow("fails") << "one" << false;
+        QTest::newRow("is stopped") << "one" << true;
+        QTest::newRow("never begins") << "an umlaut: \u00e4" << false;
+    }
+
+    void foldersOfWhatIsNotSavedAreTakenAway()
+    {
+        QFETCH(const QString, filename);
+        QFETCH(const bool, cancels);
+        m_system->makeDirectory("~/Music/Day 1");
+        take({{"title", "Day 1/Birds/Early/x"}, {"filename", filename}});
+        m_recording->downloadToAs(m_folder, "caf");
+        QCOMPARE(QFileInfo(m_folder + "/Day 1/Birds/Early").isDir(), filename == "one");
+        if (cancels)
+            m_recording->cancelDownload();
+        else if (filename == "one")
+            downloads().fail("no");
+        QTRY_COMPARE(m_browser->failures.size(), cancels ? 0 : 1);
+        QVERIFY(QFileInfo(m_folder + "/Day 1").isDir()); // was there before
+        QVERIFY(!QFileInfo::exists(m_folder + "/Day 1/Birds"));
+    }
+
+    void foldersThatHoldSomethingStay()
+    {
+        take({{"title", "Birds/x"}, {"filename", "one"}});
+        m_recording->downloadToAs(m_folder, "caf");
+        m_system->writeFile("~/Music/Birds/other", "1");
+        downloads().fail("no");
+        QVERIFY(QFileInfo::exists(m_folder + "/Birds/other"));
+        take({{"title", "Frogs/x"}, {"filename", "one"}});
+        m_recording->downloadToAs(m_folder, "caf");
+        downloads().finish();
+        m_recording->cancelDownload();
+        QVERIFY(QFileInfo::exists(m_folder + "/Frogs/x.caf"));
     }
 
     void aFolderThatIsGoneIsNotMadeAnew()
@@ -238,14 +281,14 @@ private Q_SLOTS:
     void dotsThatAreNoStepUpArePartOfTheName_data()
     {
         QTest::addColumn<QString>("title");
-        for (const char *title : {"..", "a..b", "...", ""})
+        for (const char *title : {"..", "..x", "a..b", "...", ""})
             QTest::newRow(title) << QString(title);
     }
 
     void dotsThatAreNoStepUpArePartOfTheName()
     {
         QFETCH(const QString, title);
-        take({{"title", title == ".." ? QString("..x") : title}, {"filename", "one"}});
+        take({{"title", title}, {"filename", "one"}});
         m_recording->downloadToAs(m_folder, "caf");
         QCOMPARE(QFileInfo(downloads().started.back()->request.destination).path(), m_folder);
     }

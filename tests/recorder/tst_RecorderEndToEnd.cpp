@@ -70,6 +70,7 @@ private Q_SLOTS:
     void formatsAreSavedAsCurlGetsThem_data();
     void formatsAreSavedAsCurlGetsThem();
     void threeTakesInThreeFormats();
+    void threeTakesInThreeFormatsWithoutAMouse();
     void selectedTakesAreSavedOneAfterAnother();
     void recorderSwitchedOffMidway();
     void downloadsWithFaults_data();
@@ -91,6 +92,7 @@ private Q_SLOTS:
 private:
     void _open(int takes);
     bool _save(int first, int last, const QString &format);
+    void _press(Qt::Key key, int times = 1, Qt::KeyboardModifiers modifiers = {});
     QString _path(const QString &name) const { return m_folder->filePath(name); }
     QString _pathOf(int row, const QString &extension) const
     {
@@ -179,6 +181,36 @@ void tst_RecorderEndToEnd::threeTakesInThreeFormats()
     QVERIFY(Curl::contentsOf(_path(takes[0].title + ".aif")) == _fetched(takes[0], "aif"));
     QVERIFY(Curl::contentsOf(_path(takes[1].title + ".flac")) == _fetched(takes[1], "flac"));
     QVERIFY(Curl::contentsOf(_path(takes[2].title + ".m4a")) == _fetched(takes[2], "appleLossless"));
+}
+
+/// As from the window system. The off-screen one gives the keys to nobody when a sheet goes.
+void tst_RecorderEndToEnd::_press(Qt::Key key, int times, Qt::KeyboardModifiers modifiers)
+{
+    BrowserDriver::window()->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(BrowserDriver::window()));
+    for (int press = 0; press < times; ++press)
+        QTest::keyClick(BrowserDriver::window()->windowHandle(), key, modifiers);
+}
+
+void tst_RecorderEndToEnd::threeTakesInThreeFormatsWithoutAMouse()
+{
+    _open(6);
+    _press(Qt::Key_Home);
+    for (const int format : {1, 6, 7}) { // WAVE, FLAC, Ogg Vorbis
+        _press(Qt::Key_Tab, 4);
+        QVERIFY(BrowserDriver::formats()->hasFocus());
+        _press(Qt::Key_Home);
+        _press(Qt::Key_Down, format);
+        _press(Qt::Key_Backtab, 4, Qt::ShiftModifier);
+        _press(Qt::Key_Return);
+        m_machine->system.filePanels.endOpen(FilePanels::OK, {m_folder->path()});
+        QVERIFY(m_user.hasEnded());
+        _press(Qt::Key_Down);
+    }
+    const auto &takes = m_recorder->takes();
+    QVERIFY(Curl::contentsOf(_path(takes[0].title + ".wav")) == _fetched(takes[0], "wav"));
+    QVERIFY(Curl::contentsOf(_path(takes[1].title + ".flac")) == _fetched(takes[1], "flac"));
+    QVERIFY(Curl::contentsOf(_path(takes[2].title + ".ogg")) == _fetched(takes[2], "vorbis"));
 }
 
 void tst_RecorderEndToEnd::selectedTakesAreSavedOneAfterAnother()

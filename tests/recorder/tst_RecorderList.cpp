@@ -33,7 +33,8 @@ public:
     }
 
     qw::RecorderList list{*this, *this};
-    QStringList shown; ///< By the outline.
+    QStringList shown;  ///< By the outline.
+    QStringList afresh; ///< What was put into another's place.
     int reloads = 0;
     int selections = 0;
     bool wasRefreshing = false;
@@ -47,6 +48,11 @@ private:
     }
 
     void selectedDeviceDidChange() override { ++selections; }
+
+    void deviceWasMadeAfresh(const QWVeskDevice &former, const std::shared_ptr<QWVeskDevice> &device) override
+    {
+        afresh.append(former.name() + (device->recordings().empty() ? " without takes" : " with takes"));
+    }
 };
 
 QByteArray listOf(int takes)
@@ -242,6 +248,7 @@ private Q_SLOTS:
         net().announce("Vesk on B", {"192.0.2.8"}, 9000);
         QCoreApplication::processEvents();
         QCOMPARE(m_browser->names(), QStringList({"A", "B"}));
+        QCOMPARE(m_browser->afresh, QStringList({"B without takes", "A without takes"}));
         QVERIFY(list().devices()[0] != before[0] && list().devices()[1] != before[1]);
         QVERIFY(net().resolve("Vesk on B"));
         QTRY_COMPARE(list().selectedDevice()->recordings().size(), size_t(5));
@@ -271,6 +278,17 @@ private Q_SLOTS:
         QVERIFY(net().failToResolve("Vesk on A"));
         QCOMPARE(m_browser->reloads, reloads + 1);
         QVERIFY(list().selectedDevice()->recordings().empty());
+    }
+
+    void moreRecordersThanAnybodyHasAreNotListed()
+    {
+        list().search();
+        for (size_t i = 0; i < qw::RecorderList::mostDevices + 10; ++i)
+            net().announce(QStringLiteral("Vesk on %1").arg(i));
+        QCOMPARE(list().devices().size(), qw::RecorderList::mostDevices);
+        net().withdraw("Vesk on 0");
+        net().announce("Vesk on Studio");
+        QCOMPARE(m_browser->names().back(), "Studio");
     }
 
     void aServiceThatFlapsIsListedOnce()

@@ -82,7 +82,10 @@ int runHost(int argc, char **argv)
     QWApplication application(argc, argv);
     SavingHost host(argv[2]);
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&input, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
+    QObject::connect(&input, &QSocketNotifier::activated, &application, [&input] {
+        input.setEnabled(false); // once only: a second quit may succeed where the first one did not
+        QCoreApplication::quit();
+    });
     QMetaObject::invokeMethod(
         &application, [] { QWVeskBrowser::openWindow(); }, Qt::QueuedConnection);
     tell("started");

@@ -340,6 +340,35 @@ private Q_SLOTS:
         QVERIFY(!RecordingListReader::read('(' + QByteArray("{},").repeated(most + 1) + ')'));
     }
 
+    void entriesOfOtherKindsCountToo()
+    {
+        const auto most = static_cast<qsizetype>(RecordingListReader::mostTakes);
+        QCOMPARE(RecordingListReader::read(wrapped(QByteArray("<true/>").repeated(most)))->size(), size_t(0));
+        QVERIFY(!RecordingListReader::read(wrapped(QByteArray("<true/>").repeated(most + 1))));
+    }
+
+    void readingStopsWhenItIsToldTo_data()
+    {
+        QTest::addColumn<QByteArray>("entries");
+        QTest::newRow("takes") << QByteArray("<dict/>").repeated(20'000);
+        QTest::newRow("in one array") << "<array>" + QByteArray("<true/>").repeated(20'000) + "</array>";
+        QTest::newRow("in one dictionary")
+            << "<dict><key>x</key><dict>" + QByteArray("<key>a</key><true/>").repeated(20'000) + "</dict></dict>";
+        QTest::newRow("in one list of codes")
+            << "<dict><key>formats</key><array>" + QByteArray("<string/>").repeated(20'000) + "</array></dict>";
+    }
+
+    void readingStopsWhenItIsToldTo()
+    {
+        QFETCH(const QByteArray, entries);
+        int looks = 0;
+        QVERIFY(RecordingListReader::read(wrapped(entries), [&looks] { return ++looks < 0; }));
+        QVERIFY(looks >= 20);
+        looks = 0;
+        QVERIFY(!RecordingListReader::read(wrapped(entries), [&looks] { return ++looks == 3; }));
+        QCOMPARE(looks, 3);
+    }
+
     void aHundredThousandTakesLoad()
     {
         QByteArray entries;

@@ -29,6 +29,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QShortcut>
 
 using platform::System;
@@ -98,6 +99,10 @@ public:
     // RecorderListView
     void reloadDevices() override;
     void selectedDeviceDidChange() override;
+    void deviceWasMadeAfresh(const QWVeskDevice &former, const std::shared_ptr<QWVeskDevice> &device) override
+    {
+        m_outlets.deviceTable->hierarchy().replaceDevice(former, device);
+    }
     void searchStateDidChange() override { _updateEmptyNote(); }
 
     // DownloadQueueView
@@ -141,6 +146,8 @@ private:
     void updateSaveControls();
     void _updateEmptyNote();
     void _enterTable();
+
+    bool m_isRefreshingRecordings = false; ///< The controls follow at the end, once.
 };
 
 QWVeskBrowser &QWVeskBrowser::sharedInstance()
@@ -198,9 +205,12 @@ void QWVeskBrowser::closeProgress(QObject *)
     d->m_downloadQueue.close();
 }
 
-/// What nobody in the window has a use for.
+/// Return is what nobody in the window has a use for. An end of the application comes here before Qt closes windows,
+/// the topmost sheet first: one that waits for its download would call the end off.
 bool QWVeskBrowser::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Quit && watched == QCoreApplication::instance())
+        d->m_downloadQueue.abandon();
     const bool isPress = watched == d->window() && event->type() == QEvent::KeyPress;
     if (!isPress || !isPlainReturn(*static_cast<QKeyEvent *>(event)))
         return QObject::eventFilter(watched, event);
@@ -270,7 +280,10 @@ void QWVeskBrowser::Private::_connectOutlets()
             [this](const auto &device) { outlineViewSelectionDidChange(device); });
     connect(m_outlets.recordingTable, &QWTableView::didClickTableColumn, owner,
             [this](const QString &identifier) { tableViewDidClickTableColumn(identifier); });
-    connect(m_outlets.recordingTable, &QWTableView::selectionDidChange, owner, [this] { updateSaveControls(); });
+    connect(m_outlets.recordingTable, &QWTableView::selectionDidChange, owner, [this] {
+        if (!m_isRefreshingRecordings)
+            updateSaveControls();
+    });
     connect(m_outlets.progressPanel, &qw::ProgressPanel::closeRequested, owner, [this] { m_downloadQueue.close(); });
     connect(m_search.get(), &qw::RecordingSearch::changed, owner, [this] { searchChanged(); });
     connect(m_search.get(), &qw::RecordingSearch::left, owner, [this] { _enterTable(); });
@@ -279,6 +292,7 @@ void QWVeskBrowser::Private::_connectOutlets()
 void QWVeskBrowser::Private::_connectKeys()
 {
     m_outlets.window->installEventFilter(&m_owner);
+    QCoreApplication::instance()->installEventFilter(&m_owner);
     const auto *const reload = new QShortcut(Qt::CTRL | Qt::Key_R, m_outlets.window);
     connect(reload, &QShortcut::activated, &m_owner, [this] { m_devices.reload(); });
 }
@@ -309,9 +323,12 @@ void QWVeskBrowser::Private::selectedDeviceDidChange()
     const auto device = m_devices.selectedDevice();
     m_outlets.deviceTable->select(device.get());
     m_outlets.window->setWindowTitle(qw::windowTitle(m_title, device.get()));
-    m_outlets.recordingTable->selectRows({});
-    m_displayedRecordings.refreshRecordings(device);
-    _recordingsDidRefresh();
+    {
+        const QScopedValueRollback refreshing(m_isRefreshingRecordings, true);
+        m_outlets.recordingTable->selectRows({});
+        m_displayedRecordings.refreshRecordings(device);
+        _recordingsDidRefresh();
+    }
     updateSaveControls();
 }
 
@@ -344,7 +361,10 @@ void QWVeskBrowser::Private::_changeKeepingSelection(const Change &change)
     change();
     _recordingsDidRefresh();
     const std::vector<int> rows = m_displayedRecordings.rowsOf(noted);
-    table.selectRows({rows.begin(), rows.end()});
+    {
+        const QScopedValueRollback refreshing(m_isRefreshingRecordings, true);
+        table.selectRows({rows.begin(), rows.end()});
+    }
     updateSaveControls();
 }
 

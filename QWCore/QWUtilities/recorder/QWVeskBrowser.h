@@ -53,7 +53,7 @@ public:
     /// As stop(); after a failure gives the window back; @p sender as for save().
     Q_INVOKABLE void closeProgress(QObject *sender = nullptr);
 
-    /// Sees Return in the window.
+    /// Sees Return in the window, and the end of the application, which ends a download.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:

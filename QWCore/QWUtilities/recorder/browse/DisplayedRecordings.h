@@ -2,7 +2,7 @@
 
 #include "QWUtilities/recorder/model/QWVeskDevice.h"
 #include "QWUtilities/recorder/model/QWVeskRecording.h"
-#include "QWUtilities/recorder/model/SortDescriptor.h"
+#include "SortDescriptor.h"
 
 #include <QWUtilities/qwutilities_private.h>
 

@@ -3,6 +3,7 @@
 #include "TransferRate.h"
 
 #include <QWBase/QWApplication.h>
+#include <QWBase/QWApplicationLog.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/FilePanels.h>
 #include <QWPlatform/appkit/Workspace.h>
@@ -84,10 +85,12 @@ QString hostName()
 void openSaved(const QString &path)
 {
     platform::Workspace &workspace = platform::System::current().workspace();
-    if (hostOpens(path.mid(path.lastIndexOf(u'.') + 1)))
-        workspace.openFileWithApplication(path, hostName());
-    else
-        workspace.openFile(path);
+    const bool isOpened = hostOpens(path.mid(path.lastIndexOf(u'.') + 1))
+                              ? workspace.openFileWithApplication(path, hostName())
+                              : workspace.openFile(path);
+    if (!isOpened)
+        QWApplicationLog::sharedLog().logContextFormatArguments(QWApplicationLog::Warning, nullptr,
+                                                                "no program opens %@", {path});
 }
 } // namespace
 
@@ -131,6 +134,7 @@ void DownloadQueue::_openPanelDidEnd(int code, const QStringList &paths)
     if (const RecordingFormat *const format = RecordingFormats::withTitle(m_view.selectedFormatTitle()))
         m_format = QString::fromLatin1(format->code);
     m_isBusy = true;
+    m_life = std::make_shared<Life>();
     _enqueue(recordings);
     _announceFirst();
     m_view.beginProgressSheet();
@@ -220,9 +224,11 @@ void DownloadQueue::recordingDidFinishDownloading(QWVeskRecording &recording)
         return;
     m_view.setProgress(1);
     m_queue.pop_front();
+    const std::weak_ptr<Life> life = m_life;
     if (m_view.opensAfterSave())
         openSaved(recording.downloadPath()); // after a stop, too, and whatever name was taken instead
-    _proceed();
+    if (!life.expired())                     // the host may have let the user do anything meanwhile
+        _proceed();
 }
 
 void DownloadQueue::recordingDidFailDownloading(QWVeskRecording &recording, const QString &reason)
@@ -254,7 +260,7 @@ void DownloadQueue::_proceed()
     if (!m_queue.empty()) {
         _announceFirst();
         _startFirst();
-    } else if (m_failures.empty() || m_stop) {
+    } else if (m_failures.empty()) {
         _end();
     } else {
         m_isWaiting = true;
@@ -265,6 +271,7 @@ void DownloadQueue::_proceed()
 void DownloadQueue::_end()
 {
     m_isBusy = false;
+    m_life.reset();
     m_isWaiting = false;
     m_failures.clear();
     m_devices.clear();

@@ -71,6 +71,9 @@ private:
     struct Choosing
     {
     };
+    struct Life
+    {
+    };
 
     void _openPanelDidEnd(int code, const QStringList &paths);
     void _enqueue(const Recordings &recordings);
@@ -89,6 +92,7 @@ private:
     bool m_isWaiting = false;                             ///< After a failure.
     std::vector<std::shared_ptr<QWVeskDevice>> m_devices; ///< Recorders of the takes in the queue.
     std::vector<FailedDownload> m_failures;
+    std::shared_ptr<Life> m_life; ///< While it is busy, another each time: the host's code may end it at any call.
     std::unique_ptr<Pace> m_pace; ///< Of the current download.
     std::shared_ptr<Choosing>
         m_choosing; ///< While a folder is being chosen; its end is heard as long as this is there.

@@ -1,10 +1,12 @@
 #include "RecorderList.h"
 
+#include <QWBase/QWApplicationLog.h>
 #include <QWPlatform/machine/SystemServices.h>
 #include <QWPlatform/network/services/NetService.h>
 #include <QWPlatform/network/services/NetServices.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace qw
 {
@@ -109,12 +111,10 @@ void RecorderList::netServiceBrowserDidFindService(platform::NetServiceBrowser &
                                                    const std::shared_ptr<platform::NetService> &service, bool)
 {
     const auto known = _find(*service);
-    if (known == m_devices.end()) {
-        if (auto device = QWVeskDevice::deviceWithNetServiceBrowser(service, m_owner))
-            m_devices.push_back(std::move(device));
-    } else if (m_stale.contains(known->get())) {
+    if (known == m_devices.end())
+        _add(service);
+    else if (m_stale.contains(known->get()))
         _makeAfresh(*known, service);
-    }
     m_view.searchStateDidChange();
 }
 
@@ -136,6 +136,18 @@ void RecorderList::netServiceBrowserDidNotSearch(platform::NetServiceBrowser &, 
     m_view.searchStateDidChange();
 }
 
+/// A network may announce anything.
+void RecorderList::_add(const std::shared_ptr<platform::NetService> &service)
+{
+    if (!QWVeskDevice::isRecorder(*service))
+        return;
+    if (m_devices.size() < mostDevices)
+        m_devices.push_back(QWVeskDevice::deviceWithNetServiceBrowser(service, m_owner));
+    else if (!std::exchange(m_hasToldOfTooMany, true))
+        QWApplicationLog::sharedLog().warningMessage(QW_LOG_CONTEXT("RecorderList"),
+                                                     "too many recorders, not listed: " + service->name());
+}
+
 RecorderList::Devices::iterator RecorderList::_find(const platform::NetService &service)
 {
     return std::find_if(m_devices.begin(), m_devices.end(),
@@ -144,6 +156,7 @@ RecorderList::Devices::iterator RecorderList::_find(const platform::NetService &
 
 void RecorderList::_remove(Devices::iterator place)
 {
+    (*place)->stopLoading();
     m_stale.erase(place->get());
     m_fresh.erase(place->get());
     m_devices.erase(place);
@@ -155,8 +168,11 @@ void RecorderList::_makeAfresh(std::shared_ptr<QWVeskDevice> &device,
     device->stopResolving(); // the service may be one and the same
     m_stale.erase(device.get());
     m_fresh.erase(device.get());
+    const auto former = device;
+    former->stopLoading();
     device = QWVeskDevice::deviceWithNetServiceBrowser(service, m_owner); // as its name is the same, it is one again
     m_fresh.insert(device.get());
+    m_view.deviceWasMadeAfresh(*former, device);
 }
 
 void RecorderList::_patienceDidEnd()

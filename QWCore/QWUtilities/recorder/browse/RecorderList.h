@@ -25,6 +25,9 @@ public:
 
     static constexpr quint32 notFound = 0x7FFFFFFF;
 
+    /// Further ones are not listed.
+    static constexpr size_t mostDevices = 256;
+
     /// How long it looks before it says that there is none.
     static constexpr std::chrono::milliseconds patience{3000};
 
@@ -87,6 +90,7 @@ private:
     void netServiceBrowserDidNotSearch(platform::NetServiceBrowser &browser, const QVariantMap &errors) override;
 
     Devices::iterator _find(const platform::NetService &service);
+    void _add(const std::shared_ptr<platform::NetService> &service);
     void _endSearch();
     void _remove(Devices::iterator place);
     void _makeAfresh(std::shared_ptr<QWVeskDevice> &device, const std::shared_ptr<platform::NetService> &service);
@@ -99,6 +103,7 @@ private:
     quint32 m_selectedDeviceIndex = notFound;
     bool m_isRefreshingDevices = false;
     bool m_isWithoutNetService = false;
+    bool m_hasToldOfTooMany = false; ///< Once is enough.
     QTimer m_patience;
     std::set<const QWVeskDevice *> m_stale; ///< Listed ones that a reload has not met again yet.
     std::set<const QWVeskDevice *> m_fresh; ///< Listed ones that a reload put into another's place.

@@ -9,6 +9,8 @@ void RecorderListView::reloadDevices() {}
 
 void RecorderListView::selectedDeviceDidChange() {}
 
+void RecorderListView::deviceWasMadeAfresh(const QWVeskDevice &, const std::shared_ptr<QWVeskDevice> &) {}
+
 void RecorderListView::searchStateDidChange() {}
 
 } // namespace qw

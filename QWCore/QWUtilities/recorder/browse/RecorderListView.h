@@ -2,6 +2,10 @@
 
 #include <QWUtilities/qwutilities_private.h>
 
+#include <memory>
+
+class QWVeskDevice;
+
 namespace qw
 {
 
@@ -18,6 +22,10 @@ public:
     /// The selected recorder was set, to the same one too, or to none: the row RecorderList::selectedDeviceIndex() is
     /// to be the selected one, no take is selected, the takes and what can be saved are shown anew.
     virtual void selectedDeviceDidChange();
+
+    /// @p device has taken the place of @p former, whose service is the same: what shows that shows this from now on,
+    /// and the selection stays.
+    virtual void deviceWasMadeAfresh(const QWVeskDevice &former, const std::shared_ptr<QWVeskDevice> &device);
 
     /// RecorderList::state() or the number of recorders may be another; for the text where none is shown.
     virtual void searchStateDidChange();

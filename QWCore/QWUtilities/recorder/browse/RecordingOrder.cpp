@@ -104,6 +104,7 @@ uint64_t eightBytes(std::string_view key, size_t begin)
         number = number << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
     return number;
 }
+
 /// Compares takes by titles of which all begin with the same bytes.
 class TitleOrder
 {

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <new>
 
 #include <netinet/in.h>
@@ -57,11 +58,16 @@ QString dottedAddress(const QByteArray &address)
 }
 } // namespace
 
+bool QWVeskDevice::isRecorder(const platform::NetService &service)
+{
+    return recorderEditionOf(service.name());
+}
+
 std::shared_ptr<QWVeskDevice>
 QWVeskDevice::deviceWithNetServiceBrowser(const std::shared_ptr<platform::NetService> &service,
                                           qw::RecorderBrowser &browser)
 {
-    return recorderEditionOf(service->name()) ? std::make_shared<QWVeskDevice>(Making(), service, browser) : nullptr;
+    return isRecorder(*service) ? std::make_shared<QWVeskDevice>(Making(), service, browser) : nullptr;
 }
 
 QWVeskDevice::QWVeskDevice(Making, const std::shared_ptr<platform::NetService> &service, qw::RecorderBrowser &browser)
@@ -108,7 +114,8 @@ void QWVeskDevice::netServiceDidResolveAddress(platform::NetService &service)
     if (address.isEmpty())
         return netServiceDidNotResolve(service, {});
     m_address = QStringLiteral("http://%1:%2").arg(address).arg(service.port());
-    _startLoading();
+    stopResolving();
+    m_browser->loads.add(self);
 }
 
 /// netService:didNotResolve:
@@ -121,9 +128,8 @@ void QWVeskDevice::netServiceDidNotResolve(platform::NetService &, const QVarian
         owner->deviceDidNotResolve(*this);
 }
 
-void QWVeskDevice::_startLoading()
+void QWVeskDevice::startLoading()
 {
-    stopResolving();
     platform::System &system = platform::System::current();
     // What the work holds goes before its result is run, so the recorder never goes on the other thread.
     const bool started =
@@ -155,15 +161,18 @@ std::unique_ptr<const qw::RecordingList> QWVeskDevice::_loadedList(platform::Url
     request.url = QUrl(m_address + "/list.plist");
     request.largestBody = largestList;
     const platform::UrlResponse response = loader.load(request);
-    auto states = response.succeeded() ? qw::RecordingListReader::read(response.body) : std::nullopt;
-    if (!states)
+    const std::function<bool()> isStopped = [this] { return this->isStopped(); };
+    auto states = response.succeeded() ? qw::RecordingListReader::read(response.body, isStopped) : std::nullopt;
+    auto claim = states ? m_browser->loads.claim(states->size()) : nullptr;
+    if (!claim)
         return nullptr;
     auto list = std::make_unique<qw::RecordingList>();
+    list->claim = std::move(claim);
     list->recordings.reserve(states->size());
     for (qw::RecordingState &state : *states)
         list->recordings.push_back(std::make_shared<QWVeskRecording>(std::move(state), weak_from_this()));
-    list->keys = qw::RecordingKeys(list->recordings);
-    return list;
+    list->keys = qw::RecordingKeys(list->recordings, isStopped);
+    return isStopped() ? nullptr : std::move(list);
 }
 
 /// Null: there is none to be had.
@@ -177,6 +186,7 @@ void QWVeskDevice::_takeList(std::unique_ptr<const qw::RecordingList> list)
 void QWVeskDevice::_loadingDidEnd()
 {
     m_isLooking = false;
+    m_browser->loads.didEnd();
     if (qw::RecorderBrowser *const owner = browser())
         owner->refreshDevices();
 }

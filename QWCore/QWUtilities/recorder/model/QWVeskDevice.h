@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <mutex>
@@ -31,6 +32,9 @@ public:
 
     static constexpr std::chrono::milliseconds resolveTimeout{5000};
     static constexpr qint64 largestList = qint64(128) << 20; ///< Bytes: 100,000 takes and more.
+
+    /// Whether what announces itself as @p service is one.
+    static bool isRecorder(const platform::NetService &service);
 
     /// The recorder that announces itself as @p service, or none when that is no recorder.
     static std::shared_ptr<QWVeskDevice>
@@ -69,13 +73,19 @@ public:
     /// Hears no more from its service. What it has stays.
     void stopResolving();
 
+    /// Lets go of a list that loads: there will be none. Nothing when it is there.
+    void stopLoading() { m_isStopped = true; }
+    bool isStopped() const { return m_isStopped || m_browser->loads.hasEnded(); } ///< Any thread.
+
+    /// By ListLoads, once, when the address is known.
+    void startLoading();
+
     /// Loads the list and waits for it; the browser is not told. Any thread, once, when the address is known.
     void loadRecordings(platform::UrlLoader &loader);
 
 private:
     void netServiceDidResolveAddress(platform::NetService &service) override;
     void netServiceDidNotResolve(platform::NetService &service, const QVariantMap &errors) override;
-    void _startLoading();
     std::unique_ptr<const qw::RecordingList> _loadedList(platform::UrlLoader &loader);
     void _takeList(std::unique_ptr<const qw::RecordingList> list);
     void _loadingDidEnd();
@@ -91,4 +101,5 @@ private:
     mutable std::mutex m_lock; ///< Guards the list and invalid.
     bool m_isDelegate = true;  ///< Of the service.
     bool m_isLooking = true;
+    std::atomic<bool> m_isStopped = false;
 };

@@ -10,7 +10,6 @@
 #include <QWPlatform/machine/SystemServices.h>
 #include <QWPlatform/network/transfers/StrictUrl.h>
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <array>
@@ -52,7 +51,9 @@ constexpr std::array<RecordingAccessor, 12> recordingAccessors{{
 
 bool leavesItsFolder(const QString &title)
 {
-    return title.split(u'/').contains(QStringLiteral(".."));
+    QStringList folders = title.split(u'/');
+    folders.removeLast(); // the file's name, which has an extension behind it
+    return folders.contains(QStringLiteral(".."));
 }
 } // namespace
 
@@ -69,7 +70,10 @@ QWVeskRecording::QWVeskRecording(qw::RecordingState state, std::weak_ptr<QWVeskD
 {
 }
 
-QWVeskRecording::~QWVeskRecording() = default;
+QWVeskRecording::~QWVeskRecording()
+{
+    cancelDownload();
+}
 
 QVariant QWVeskRecording::valueForKey(const QString &key) const
 {
@@ -81,38 +85,40 @@ QVariant QWVeskRecording::valueForKey(const QString &key) const
 
 void QWVeskRecording::downloadToAs(const QString &folder, const QString &format)
 {
+    cancelDownload();
     m_downloadPath = folder + u'/' + m_state.title + u'.' + qw::RecordingFormats::extensionOf(format);
     m_downloadSize = std::numeric_limits<quint64>::max();
     m_downloaded = 0;
-    m_download.reset();
-    const QString obstacle = _preparePlace(folder);
-    m_download = obstacle.isEmpty() ? _start(format) : qw::FailedUrlDownload::make(obstacle, *this);
+    const QUrl url = _url(format);
+    const QString obstacle = _preparePlace(folder, url);
+    m_download = obstacle.isEmpty() ? platform::SystemServices::current().urlDownloads->start(
+                                          {.url = url, .destination = m_downloadPath, .overwrite = false}, *this)
+                                    : qw::FailedUrlDownload::make(obstacle, *this);
 }
 
 /// Makes the folders that the title names below @p folder; what stands against it, for the user, or "".
-QString QWVeskRecording::_preparePlace(const QString &folder) const
+QString QWVeskRecording::_preparePlace(const QString &folder, const QUrl &url)
 {
     if (leavesItsFolder(m_state.title))
         return platform::localized("Its title leads out of the chosen folder.");
     if (!QFileInfo(folder).isDir()) // never made anew: it may lie on a disk that was taken out
         return platform::localized("The chosen folder is not there any more.");
-    if (!QDir().mkpath(QFileInfo(m_downloadPath).path()))
+    if (url.isValid() && !m_folders.make(folder, m_state.title)) // else the download itself fails
         return platform::localized("The folder that its title names cannot be made.");
     return {};
 }
 
-std::unique_ptr<platform::UrlDownload> QWVeskRecording::_start(const QString &format)
+QUrl QWVeskRecording::_url(const QString &format) const
 {
     const auto recorder = device();
-    const QString url =
-        (recorder ? recorder->address() : QString()) + u"/download?filename=" + m_state.filename + u"&format=" + format;
-    return platform::SystemServices::current().urlDownloads->start(
-        {.url = platform::urlAsItStands(url), .destination = m_downloadPath, .overwrite = false}, *this);
+    return platform::urlAsItStands((recorder ? recorder->address() : QString()) + u"/download?filename=" +
+                                   m_state.filename + u"&format=" + format);
 }
 
 void QWVeskRecording::cancelDownload()
 {
     m_download.reset();
+    m_folders.removeEmpty();
 }
 
 /// download:didReceiveResponse:
@@ -141,6 +147,7 @@ void QWVeskRecording::downloadDidFinish()
 {
     const auto self = shared_from_this();
     m_download.reset();
+    m_folders.keep();
     const auto recorder = device();
     if (qw::RecorderBrowser *const browser = recorder ? recorder->browser() : nullptr)
         browser->recordingDidFinishDownloading(*this);
@@ -150,7 +157,7 @@ void QWVeskRecording::downloadDidFinish()
 void QWVeskRecording::downloadDidFailWithError(const QString &localizedDescription)
 {
     const auto self = shared_from_this();
-    m_download.reset();
+    cancelDownload();
     QWApplicationLog::sharedLog().logContextFormatArguments(
         QWApplicationLog::Error, nullptr, "did fail with error: %@ (%@)", {localizedDescription, m_downloadPath});
     const auto recorder = device();

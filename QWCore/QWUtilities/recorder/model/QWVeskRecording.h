@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RecordingFormats.h"
+#include "TitleFolders.h"
 
 #include <QWPlatform/network/transfers/UrlDownload.h>
 #include <QWUtilities/qwutilities_private.h>
@@ -94,12 +95,12 @@ public:
     /// becomes of it, never before the call has returned.
     void downloadToAs(const QString &folder, const QString &format);
 
-    /// Ends the download, if there is one; no file is left and nobody hears of it.
+    /// Ends the download, if there is one; no file and no folder made for it is left, and nobody hears of it.
     void cancelDownload();
 
 private:
-    QString _preparePlace(const QString &folder) const;
-    std::unique_ptr<platform::UrlDownload> _start(const QString &format);
+    QString _preparePlace(const QString &folder, const QUrl &url);
+    QUrl _url(const QString &format) const;
     void downloadDidReceiveResponse(qint64 expectedLength) override;
     void downloadDidReceiveDataOfLength(qint64 length) override;
     void downloadDidFinish() override;
@@ -108,6 +109,7 @@ private:
     std::weak_ptr<QWVeskDevice> m_device;
     qw::RecordingState m_state;
     qw::RecordingFormats::Mask m_formatMask;
+    qw::TitleFolders m_folders; ///< For the download that runs.
     std::unique_ptr<platform::UrlDownload> m_download;
     QString m_downloadPath;
     quint64 m_downloadSize = 0;

@@ -4,13 +4,14 @@ namespace qw
 {
 
 RecorderBrowser::RecorderBrowser()
-    : m_link(std::make_shared<RecorderBrowserLink>(RecorderBrowserLink{this}))
+    : m_link(std::make_shared<RecorderBrowserLink>(*this))
 {
 }
 
 RecorderBrowser::~RecorderBrowser()
 {
     m_link->browser = nullptr;
+    m_link->loads.end();
 }
 
 void RecorderBrowser::refreshDevices() {}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ListLoads.h"
+
 #include <QWUtilities/qwutilities_private.h>
 
 #include <QString>
@@ -14,10 +16,17 @@ namespace qw
 
 class RecorderBrowser;
 
-/// Leads from a recorder to its browser for as long as that lives: a load may end after it. Main thread.
+/// Leads from a recorder to its browser for as long as that lives: a load may end after it. Main thread, except where
+/// ListLoads says otherwise.
 struct RecorderBrowserLink
 {
+    explicit RecorderBrowserLink(RecorderBrowser &itsBrowser)
+        : browser(&itsBrowser)
+    {
+    }
+
     RecorderBrowser *browser; ///< Null once it has gone.
+    ListLoads loads;
 };
 
 /// What recorders and their takes tell the browser that lists them. Main thread. May let go of recorders and takes in

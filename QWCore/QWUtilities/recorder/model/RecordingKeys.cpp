@@ -11,7 +11,8 @@ namespace qw
 
 namespace
 {
-constexpr char keywordEnd = '\xFF'; // no UTF-8 holds it
+constexpr size_t takesBetweenLooks = 1000; ///< Whether it is to stop.
+constexpr char keywordEnd = '\xFF';        // no UTF-8 holds it
 
 bool isAscii(const QString &text)
 {
@@ -44,12 +45,14 @@ void append(std::vector<char> &out, const QByteArray &bytes)
 
 RecordingKeys::RecordingKeys() = default;
 
-RecordingKeys::RecordingKeys(const Recordings &recordings)
+RecordingKeys::RecordingKeys(const Recordings &recordings, const std::function<bool()> &isStopped)
 {
     m_keywordEnds.reserve(recordings.size());
     m_titleKeyEnds.reserve(recordings.size());
     TitleCollator collator;
     for (const auto &recording : recordings) {
+        if (m_titleKeyEnds.size() % takesBetweenLooks == 0 && isStopped && isStopped())
+            return;
         _addKeywords(recording->keywords());
         if (!recording->title().isNull())
             collator.appendKey(recording->title(), m_titleKeys);

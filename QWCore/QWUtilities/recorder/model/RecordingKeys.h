@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -22,7 +23,8 @@ public:
     using Recordings = std::vector<std::shared_ptr<QWVeskRecording>>;
 
     RecordingKeys();
-    explicit RecordingKeys(const Recordings &recordings);
+    /// What has been stopped is not whole and of no use; @p isStopped is asked now and then.
+    explicit RecordingKeys(const Recordings &recordings, const std::function<bool()> &isStopped = {});
 
     /// How @p text compares where neither case nor diacritics count: UTF-8.
     static QByteArray folded(const QString &text);

@@ -12,6 +12,7 @@ struct RecordingList
 
     Recordings recordings;
     RecordingKeys keys;
+    std::shared_ptr<const void> claim; ///< See ListLoads.
 };
 
 } // namespace qw

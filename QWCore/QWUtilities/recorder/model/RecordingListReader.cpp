@@ -12,7 +12,7 @@ namespace qw::RecordingListReader
 
 namespace
 {
-constexpr QByteArrayView blanks = " \t\r\n";
+constexpr QByteArrayView xmlBlanks = " \t\r\n";
 
 /// XML, or nothing that could be an array: text lists that begin like this are data.
 bool beginsLikeXml(const QByteArray &data)
@@ -20,7 +20,7 @@ bool beginsLikeXml(const QByteArray &data)
     QByteArrayView text(data);
     if (text.startsWith("\xEF\xBB\xBF"))
         text = text.sliced(3);
-    const auto first = std::find_if_not(text.begin(), text.end(), [](char c) { return blanks.contains(c); });
+    const auto first = std::find_if_not(text.begin(), text.end(), [](char c) { return xmlBlanks.contains(c); });
     return first != text.end() && *first == '<';
 }
 
@@ -43,9 +43,9 @@ std::optional<std::vector<RecordingState>> fromOtherForms(const QByteArray &data
 }
 } // namespace
 
-std::optional<std::vector<RecordingState>> read(const QByteArray &data)
+std::optional<std::vector<RecordingState>> read(const QByteArray &data, const std::function<bool()> &isStopped)
 {
-    return beginsLikeXml(data) ? RecordingXmlReader(data).read() : fromOtherForms(data);
+    return beginsLikeXml(data) ? RecordingXmlReader(data, isStopped).read() : fromOtherForms(data);
 }
 
 RecordingState stateOf(const QVariantMap &entry)

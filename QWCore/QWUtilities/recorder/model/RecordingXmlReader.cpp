@@ -2,6 +2,7 @@
 
 #include "RecordingListReader.h"
 
+#include <QWPlatform/foundation/lists/PropertyListScalars.h>
 #include <QWPlatform/foundation/lists/XmlPropertyListText.h>
 
 namespace qw
@@ -14,6 +15,8 @@ constexpr int entryDepth = 1;
 constexpr int fieldDepth = 2;
 constexpr int codeDepth = 3;
 
+constexpr size_t stepsBetweenLooks = 1000; ///< Whether it is to stop.
+
 QString recordingTextOf(std::string_view utf8)
 {
     if (utf8.empty())
@@ -22,9 +25,10 @@ QString recordingTextOf(std::string_view utf8)
 }
 } // namespace
 
-RecordingXmlReader::RecordingXmlReader(const QByteArray &data)
+RecordingXmlReader::RecordingXmlReader(const QByteArray &data, const std::function<bool()> &isStopped)
     : m_reader(data)
     , m_scanner(m_reader.scanner())
+    , m_isStopped(isStopped)
 {
 }
 
@@ -43,7 +47,7 @@ bool RecordingXmlReader::_entries(Token token)
     if (token != Token::Start)
         return false;
     for (token = m_scanner.nextTag(); token == Token::Start || token == Token::Empty; token = m_scanner.nextTag())
-        if (!_entry(token) || m_states.size() > RecordingListReader::mostTakes)
+        if (++m_entries > RecordingListReader::mostTakes || !_goesOn() || !_entry(token))
             return false;
     return token == Token::End && m_scanner.text() == "array";
 }
@@ -53,7 +57,7 @@ bool RecordingXmlReader::_entry(Token token)
     if (m_scanner.text() == "dict")
         return token == Token::Empty ? (m_states.emplace_back(), true) : _dictionary(m_states.emplace_back());
     QVariant passedOver;
-    return m_reader.readValue(token, entryDepth, passedOver);
+    return _value(token, entryDepth, passedOver);
 }
 
 bool RecordingXmlReader::_dictionary(RecordingState &state)
@@ -78,10 +82,53 @@ bool RecordingXmlReader::_field(Token token, RecordingField field, RecordingStat
     if (field == RecordingField::Formats && token == Token::Start && type == "array")
         return _codes(state.formats.emplace());
     QVariant value;
-    if (!m_reader.readValue(token, fieldDepth, value))
+    if (!_value(token, fieldDepth, value))
         return false;
     setRecordingField(state, field, value);
     return true;
+}
+
+/// As the reader's, but what stands in arrays and dictionaries is only looked through: no field is one, and a tree of
+/// theirs could be of any size.
+bool RecordingXmlReader::_value(Token token, int depth, QVariant &value)
+{
+    const std::string_view type = m_scanner.text();
+    const bool isArray = type == "array";
+    if (token != Token::Start || (!isArray && type != "dict"))
+        return m_reader.readValue(token, depth, value);
+    if (depth >= platform::maximumPropertyListDepth)
+        return false;
+    return isArray ? _passOverArray(depth + 1) : _passOverDictionary(depth + 1);
+}
+
+bool RecordingXmlReader::_passOverArray(int depth)
+{
+    Token token = m_scanner.nextTag();
+    for (; token == Token::Start || token == Token::Empty; token = m_scanner.nextTag()) {
+        QVariant item;
+        if (!_goesOn() || !_value(token, depth, item))
+            return false;
+    }
+    return token == Token::End && m_scanner.text() == "array";
+}
+
+bool RecordingXmlReader::_passOverDictionary(int depth)
+{
+    Token token = m_scanner.nextTag();
+    for (; (token == Token::Start || token == Token::Empty) && m_scanner.text() == "key"; token = m_scanner.nextTag()) {
+        std::string_view key;
+        QVariant item;
+        if (token == Token::Start && !m_reader.readContent("key", key))
+            return false;
+        if (!_goesOn() || !_value(m_scanner.nextTag(), depth, item))
+            return false;
+    }
+    return token == Token::End && m_scanner.text() == "dict";
+}
+
+bool RecordingXmlReader::_goesOn()
+{
+    return ++m_steps % stepsBetweenLooks != 0 || !m_isStopped || !m_isStopped();
 }
 
 bool RecordingXmlReader::_text(Token token, QString &text)
@@ -97,13 +144,15 @@ bool RecordingXmlReader::_codes(QStringList &codes)
 {
     Token token = m_scanner.nextTag();
     for (; token == Token::Start || token == Token::Empty; token = m_scanner.nextTag()) {
+        if (!_goesOn())
+            return false;
         std::string_view raw;
         QVariant value;
         if (token == Token::Start && m_scanner.text() == "string") {
             if (!m_reader.readContent("string", raw))
                 return false;
             codes.append(_code(raw));
-        } else if (!m_reader.readValue(token, codeDepth, value)) {
+        } else if (!_value(token, codeDepth, value)) {
             return false;
         } else if (value.typeId() == QMetaType::QString) {
             codes.append(value.toString());

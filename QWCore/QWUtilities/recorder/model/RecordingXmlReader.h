@@ -5,6 +5,7 @@
 #include <QWPlatform/foundation/lists/XmlPropertyListReader.h>
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -17,8 +18,8 @@ namespace qw
 class RecordingXmlReader
 {
 public:
-    /// @p data must outlive the reader.
-    explicit RecordingXmlReader(const QByteArray &data);
+    /// @p data and @p isStopped, which may be empty, must outlive the reader.
+    RecordingXmlReader(const QByteArray &data, const std::function<bool()> &isStopped);
 
     /// As RecordingListReader::read(). Once only.
     std::optional<std::vector<RecordingState>> read();
@@ -36,12 +37,19 @@ private:
     bool _entry(Token token);
     bool _dictionary(RecordingState &state);
     bool _field(Token token, RecordingField field, RecordingState &state);
+    bool _value(Token token, int depth, QVariant &value);
+    bool _passOverArray(int depth);
+    bool _passOverDictionary(int depth);
+    bool _goesOn();
     bool _text(Token token, QString &text);
     bool _codes(QStringList &codes);
     QString _code(std::string_view raw);
 
     platform::XmlPropertyListReader m_reader;
     platform::XmlPropertyListScanner &m_scanner; ///< The reader's.
+    const std::function<bool()> &m_isStopped;
+    size_t m_steps = 0;   ///< Values read, as far as they are counted.
+    size_t m_entries = 0; ///< Of any kind.
     std::vector<RecordingState> m_states;
     std::array<CachedCode, 16> m_codes; ///< Takes repeat theirs, which are then shared.
 };

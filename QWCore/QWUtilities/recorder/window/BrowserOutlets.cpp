@@ -72,6 +72,7 @@ void BrowserOutlets::_findExtras()
     failureText = nib->findChild<QLabel *>("failureText");
     failuresList = nib->findChild<QListWidget *>("failuresList");
     tryAgainButton = nib->findChild<QPushButton *>("tryAgainButton");
+    stopButton = nib->findChild<QPushButton *>("stopButton");
 }
 
 void BrowserOutlets::_setPictures(const platform::Bundle &bundle) const

@@ -50,6 +50,7 @@ struct BrowserOutlets
     QLabel *failureText = nullptr;
     QListWidget *failuresList = nullptr;
     QPushButton *tryAgainButton = nullptr;
+    QPushButton *stopButton = nullptr;
     /// @}
 
     std::unique_ptr<QWidget> nib; ///< Owns all of them; null when the file cannot be used, and they are null, too.

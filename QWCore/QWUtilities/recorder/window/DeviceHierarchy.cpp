@@ -27,6 +27,13 @@ void DeviceHierarchy::setDevices(const Devices &devices)
     endResetModel();
 }
 
+void DeviceHierarchy::replaceDevice(const QWVeskDevice &former, const std::shared_ptr<QWVeskDevice> &device)
+{
+    const QModelIndex item = itemOf(&former);
+    if (item.isValid())
+        m_contents[static_cast<std::size_t>(item.row())] = device;
+}
+
 bool DeviceHierarchy::isGroupItem(const QModelIndex &item) const
 {
     return item.isValid() && item.internalId() == groupItemId;

@@ -23,6 +23,9 @@ public:
 
     void setDevices(const Devices &devices);
 
+    /// Nothing where @p former is not shown. Items stay as they are.
+    void replaceDevice(const QWVeskDevice &former, const std::shared_ptr<QWVeskDevice> &device);
+
     QModelIndex group() const { return index(0, 0); }
     bool isGroupItem(const QModelIndex &item) const; ///< outlineView:isGroupItem:
 

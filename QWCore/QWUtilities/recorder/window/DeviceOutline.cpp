@@ -5,6 +5,8 @@
 
 #include <QApplication>
 
+#include <algorithm>
+
 namespace qw
 {
 
@@ -23,7 +25,8 @@ public:
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &item) const override
     {
-        return {QWIconTextCell::sizeHint(option, item).width(), deviceRowHeight};
+        const QSize base = QWIconTextCell::sizeHint(option, item);
+        return {base.width(), std::max(deviceRowHeight, base.height())};
     }
 
 protected:

@@ -4,6 +4,8 @@
 #include <QEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace qw
 {
 

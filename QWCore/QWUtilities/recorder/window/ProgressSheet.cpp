@@ -93,6 +93,9 @@ void ProgressSheet::setDetails(const DownloadProgress &progress)
 void ProgressSheet::showFailure(const QString &line)
 {
     QLabel &label = m_outlets.failureText ? *m_outlets.failureText : *m_outlets.progressText;
+    setTextOf(m_outlets.progressDetails, {}); // nothing comes any more
+    if (m_outlets.stopButton)
+        m_outlets.stopButton->setEnabled(false); // would do nothing
     label.setText(shortenedFailure(line));
     announceText(label);
 }
@@ -120,6 +123,8 @@ void ProgressSheet::_showProgress()
         m_outlets.progressPages->setCurrentIndex(ProgressPage);
     setTextOf(m_outlets.progressDetails, {});
     setTextOf(m_outlets.failureText, {});
+    if (m_outlets.stopButton)
+        m_outlets.stopButton->setEnabled(true);
 }
 
 } // namespace qw
