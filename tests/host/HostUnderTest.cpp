@@ -1,5 +1,8 @@
 #include "HostUnderTest.h"
 
+#include <QWPlatform/foundation/Bundle.h>
+#include <QWPlatform/foundation/PropertyList.h>
+
 #include <QDir>
 #include <QFile>
 
@@ -22,7 +25,7 @@ HostUnderTest::~HostUnderTest()
     s_host = nullptr;
 }
 
-bool HostUnderTest::_furnish() const
+bool HostUnderTest::_furnish()
 {
     const QDir bundle(QW_DEMO_BUNDLE);
     QStringList files{"shortcuts.plist"};
@@ -34,7 +37,12 @@ bool HostUnderTest::_furnish() const
             return false;
         system.addHostResource(name, file.readAll());
     }
-    return files.size() > 1;
+    constexpr auto documents = "CFBundleDocumentTypes";
+    const auto published = platform::PropertyList::dictionaryFromFile(bundle.filePath("Info.plist.in"));
+    QVariantMap info = FakeSystem::defaultHostInfo();
+    info.insert(documents, published.value_or(QVariantMap()).value(documents));
+    system.writePropertyList(system.mainBundle().path() + "/Contents/Info.plist", info);
+    return files.size() > 1 && published;
 }
 
 std::shared_ptr<QWShortcut> HostUnderTest::shortcut(const QString &name)

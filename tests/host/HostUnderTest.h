@@ -50,7 +50,7 @@ public:
     bool pressAndWait(const QString &name);
 
 private:
-    bool _furnish() const;
+    bool _furnish();
 
     static HostUnderTest *s_host;
 };
