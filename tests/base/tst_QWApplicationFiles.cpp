@@ -62,7 +62,9 @@ void tst_QWApplicationFiles::init()
     journal() = {};
     m_folder = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/files-XXXXXX");
     QVERIFY(QDir(m_folder->path()).mkdir("folder"));
-    for (const char *const name : {"a b.wav", "take:2", "tone:x", "-option", "é%20.wav", "folder/c.wav"})
+    QVERIFY(QDir(m_folder->path()).mkpath("far/away"));
+    QVERIFY(QFile::link(_path("far/away"), _path("link")));
+    for (const char *const name : {"far/c.wav", "a b.wav", "take:2", "tone:x", "-option", "é%20.wav", "folder/c.wav"})
         QVERIFY(QFile(_path(name)).open(QIODevice::WriteOnly));
     QVERIFY(QDir::setCurrent(m_folder->path()));
 }
@@ -76,6 +78,9 @@ void tst_QWApplicationFiles::filesOfTheCommandLineComeAfterTheLaunch_data()
     QTest::newRow("absolute") << none << QStringList{"%1/a b.wav"} << QStringList{"open %1/a b.wav"};
     QTest::newRow("relative") << none << QStringList{"a b.wav", "./folder/../folder/c.wav"}
                               << QStringList{"open %1/a b.wav", "open %1/folder/c.wav"};
+    QTest::newRow("up from behind a link") << none << QStringList{"link/../c.wav", "%1/link/../c.wav"}
+                                           << QStringList{"open %1/far/c.wav", "open %1/far/c.wav"};
+    QTest::newRow("relative address") << none << QStringList{"file:a%20b.wav", "file:./a%20b.wav"} << QStringList();
     QTest::newRow("addresses of files") << none << QStringList{"file://%1/a%20b.wav", "file://%1/none"}
                                         << QStringList{"open %1/a b.wav"};
     QTest::newRow("in order with URLs") << none << QStringList{"tone://1", "a b.wav", "tone://2", "take:2"}
@@ -133,7 +138,7 @@ void tst_QWApplicationFiles::filesHandedOverAreOpened()
     journal().whileLaunching = [&] {
         for (const QString &text :
              {QUrl::fromLocalFile(_path("a b.wav")).toString(QUrl::FullyEncoded), QString("a b.wav"), _path("a b.wav"),
-              QString("file:///dev/zero"), QString("file://elsewhere/a")})
+              QString("file:///dev/zero"), QString("file://elsewhere/a"), QString("file:a%20b.wav")})
             machine.system.instanceLink.deliver(text);
         quitSoon();
     };

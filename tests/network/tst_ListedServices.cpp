@@ -49,6 +49,7 @@ private Q_SLOTS:
     void badEntryCostsItself_data();
     void badEntryCostsItself();
     void listCutAnywhereHurtsNobody();
+    void listWithoutEndIsCut();
     void addressHoldsFamilyPortAndNumbers();
 };
 
@@ -130,6 +131,17 @@ void tst_ListedServices::listCutAnywhereHurtsNobody()
         if (length >= first)
             QCOMPARE(shown(services.front()), "Vesk on ;@10.0.0.1@8123");
     }
+}
+
+void tst_ListedServices::listWithoutEndIsCut()
+{
+    QString list;
+    for (size_t i = 0; i < 100 * mostListedServices; ++i)
+        list += QString("Vesk %1=10.0.0.1:80;").arg(i);
+    ignoreComplaints(1);
+    const auto services = listedServices(list);
+    QCOMPARE(services.size(), mostListedServices);
+    QCOMPARE(services.back().name, QString("Vesk %1").arg(mostListedServices - 1));
 }
 
 void tst_ListedServices::addressHoldsFamilyPortAndNumbers()

@@ -39,6 +39,20 @@ bool leadsToFile(const QString &text, const QStringList &schemes)
 {
     return schemeOf(text) == u"file" && !schemes.contains("file");
 }
+
+/// "" for a relative one ("file:notes.txt"), which names another file to each instance.
+QString absoluteFileOf(const QString &url)
+{
+    const QString path = QUrl(url).toLocalFile();
+    return QDir::isAbsolutePath(path) ? path : QString();
+}
+/// Without dots and doubled slashes, unless a link among the folders makes that another file.
+QString tidied(const QString &path)
+{
+    const QString clean = QDir::cleanPath(path);
+    const QString real = QFileInfo(path).canonicalFilePath();
+    return QFileInfo(clean).canonicalFilePath() == real ? clean : real;
+}
 } // namespace
 
 QStringList urlsForHost(QStringList texts)
@@ -49,7 +63,7 @@ QStringList urlsForHost(QStringList texts)
     const QStringList schemes = hostSchemes();
     texts.removeIf([&](const QString &text) {
         if (leadsToFile(text, schemes))
-            return !QFileInfo(QUrl(text).toLocalFile()).isFile();
+            return !QFileInfo(absoluteFileOf(text)).isFile();
         return schemes.isEmpty() ? !text.contains("://") : !schemes.contains(schemeOf(text));
     });
     return texts;
@@ -60,14 +74,14 @@ QStringList withFilesAsUrls(QStringList arguments, const QString &folder)
     for (QString &argument : arguments) {
         const QFileInfo file(QDir(folder), argument);
         if (!argument.isEmpty() && !argument.startsWith('-') && file.isFile())
-            argument = QUrl::fromLocalFile(QDir::cleanPath(file.absoluteFilePath())).toString(QUrl::FullyEncoded);
+            argument = QUrl::fromLocalFile(tidied(file.filePath())).toString(QUrl::FullyEncoded);
     }
     return arguments;
 }
 
 QString fileOfUrl(const QString &url)
 {
-    return leadsToFile(url, hostSchemes()) ? QUrl(url).toLocalFile() : QString();
+    return leadsToFile(url, hostSchemes()) ? absoluteFileOf(url) : QString();
 }
 
 } // namespace qw

@@ -11,6 +11,6 @@ namespace platform
 /// minimizes comes back at once. Closing is another matter: a sheet keeps the user from it. Its own application may
 /// still close or hide it, and a quit is not held up. Main thread.
 QWPLATFORM_SHARED_EXPORT void setWindowCanHide(QWidget &window, bool canHide);
-QWPLATFORM_SHARED_EXPORT bool windowCanHide(const QWidget &window); ///< As set.
+QWPLATFORM_TEST_EXPORT bool windowCanHide(const QWidget &window); ///< As set.
 
 } // namespace platform

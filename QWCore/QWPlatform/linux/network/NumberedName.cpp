@@ -9,7 +9,7 @@ namespace
 {
 constexpr qsizetype longestExtension = 16; ///< With its dot; a longer one is part of a title with a dot in it.
 
-qsizetype bytesOf(QStringView text)
+qsizetype sizeInBytes(QStringView text)
 {
     return text.toUtf8().size();
 }
@@ -24,12 +24,12 @@ QString extensionOf(const QString &name)
 
 QString shortened(const QString &text, qsizetype mostBytes)
 {
-    if (bytesOf(text) <= mostBytes)
+    if (sizeInBytes(text) <= mostBytes)
         return text;
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
     qsizetype end = 0;
     for (qsizetype next;
-         (next = characters.toNextBoundary()) > 0 && bytesOf(QStringView(text).left(next)) <= mostBytes;)
+         (next = characters.toNextBoundary()) > 0 && sizeInBytes(QStringView(text).left(next)) <= mostBytes;)
         end = next;
     return text.left(end);
 }
@@ -39,7 +39,7 @@ QString numberedName(const QString &name, qint64 number, qsizetype mostBytes)
 {
     const QString extension = extensionOf(name);
     const QString end = (number > 1 ? ' ' + QString::number(number) : QString()) + extension;
-    return shortened(name.chopped(extension.size()), mostBytes - bytesOf(end)) + end;
+    return shortened(name.chopped(extension.size()), mostBytes - sizeInBytes(end)) + end;
 }
 
 } // namespace platform

@@ -25,7 +25,7 @@ constexpr std::array ways{Way{AVAHI_PROTO_INET, AVAHI_PROTO_INET}, Way{AVAHI_PRO
                           Way{AVAHI_PROTO_INET, AVAHI_PROTO_INET6}};
 
 template <class Address>
-std::string bytesOf(const Address &address)
+std::string rawStringOf(const Address &address)
 {
     return {reinterpret_cast<const char *>(&address), sizeof address};
 }
@@ -36,7 +36,7 @@ std::string socketAddress4(const AvahiAddress &address, int port)
     four.sin_family = AF_INET;
     four.sin_port = htons(static_cast<std::uint16_t>(port));
     four.sin_addr.s_addr = address.data.ipv4.address; // in network byte order
-    return bytesOf(four);
+    return rawStringOf(four);
 }
 
 std::string socketAddress6(const AvahiAddress &address, AvahiIfIndex interface, int port)
@@ -47,7 +47,7 @@ std::string socketAddress6(const AvahiAddress &address, AvahiIfIndex interface, 
     std::memcpy(&six.sin6_addr, address.data.ipv6.address, sizeof six.sin6_addr);
     if (IN6_IS_ADDR_LINKLOCAL(&six.sin6_addr))
         six.sin6_scope_id = static_cast<std::uint32_t>(interface);
-    return bytesOf(six);
+    return rawStringOf(six);
 }
 } // namespace
 

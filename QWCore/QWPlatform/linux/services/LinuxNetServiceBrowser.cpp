@@ -4,7 +4,6 @@
 
 #include <QDebug>
 
-#include <algorithm>
 #include <utility>
 
 namespace platform
@@ -38,7 +37,10 @@ void LinuxNetServiceBrowser::searchForServicesOfTypeInDomain(const QString &type
     m_search = std::make_shared<bool>();
     m_receiver = std::make_unique<QObject>();
     if (type == listedServiceType && domain == listedServiceDomain)
-        m_listed = listedServices(m_list);
+        for (const ListedService &service : listedServices(m_list)) {
+            m_listed.push_back(nameOf(service));
+            m_listedByName.emplace(nameOf(service), service);
+        }
     if (!m_listed.empty()) // posted before the daemon's thread can say anything
         QMetaObject::invokeMethod(
             m_receiver.get(), [this] { _announceListed(); }, Qt::QueuedConnection);
@@ -55,14 +57,15 @@ void LinuxNetServiceBrowser::stop()
     m_search.reset();
     m_presence.clear();
     m_listed.clear();
+    m_listedByName.clear();
 }
 
 void LinuxNetServiceBrowser::_announceListed()
 {
     std::vector<Change> changes;
-    for (const ListedService &service : m_listed)
-        if (m_presence.appeared(nameOf(service), listedPlace))
-            changes.push_back({.isFound = true, .name = nameOf(service)});
+    for (const ServiceName &name : m_listed)
+        if (m_presence.appeared(name, listedPlace))
+            changes.push_back({.isFound = true, .name = name});
     _tell(changes);
 }
 
@@ -94,10 +97,8 @@ void LinuxNetServiceBrowser::_tell(const std::vector<Change> &changes)
 
 std::shared_ptr<NetService> LinuxNetServiceBrowser::_make(const ServiceName &name) const
 {
-    const auto listed = std::find_if(m_listed.begin(), m_listed.end(),
-                                     [&](const ListedService &service) { return nameOf(service) == name; });
-    if (listed != m_listed.end())
-        return std::make_shared<LinuxNetService>(*listed);
+    if (const auto listed = m_listedByName.find(name); listed != m_listedByName.end())
+        return std::make_shared<LinuxNetService>(listed->second);
     return std::make_shared<LinuxNetService>(name, m_session, m_daemon);
 }
 

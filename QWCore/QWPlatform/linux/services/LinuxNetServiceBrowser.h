@@ -7,6 +7,9 @@
 
 #include <QObject>
 
+#include <map>
+#include <vector>
+
 namespace platform
 {
 
@@ -38,7 +41,8 @@ private:
     const QString m_list;
     const ServiceSession::Daemon m_daemon;
     NetServiceBrowserDelegate *m_delegate = nullptr;
-    std::vector<ListedService> m_listed; ///< Of the search that is going on.
+    std::vector<ServiceName> m_listed; ///< Of the search that is going on, in their order.
+    std::map<ServiceName, ListedService> m_listedByName;
     ServicePresence m_presence;
     std::shared_ptr<ServiceSession> m_session;
     std::unique_ptr<QObject> m_receiver; ///< Of what is posted for the search that is going on.

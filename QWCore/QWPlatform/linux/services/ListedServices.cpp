@@ -3,6 +3,7 @@
 #include "QWPlatform/network/services/SocketAddress.h"
 
 #include <QDebug>
+#include <QSet>
 
 #include <algorithm>
 #include <optional>
@@ -47,14 +48,18 @@ std::optional<ListedService> serviceOf(const QString &entry)
 std::vector<ListedService> listedServices(const QString &list)
 {
     std::vector<ListedService> services;
+    QSet<QString> names;
     for (const QString &entry : list.split(';', Qt::SkipEmptyParts)) {
+        if (services.size() == mostListedServices) {
+            qWarning("QW_NET_SERVICES: what comes after the first %zu services is passed over", mostListedServices);
+            break;
+        }
         const auto service = serviceOf(entry.trimmed());
-        const bool isKnown = service && std::any_of(services.begin(), services.end(), [&](const ListedService &known) {
-                                 return known.name == service->name;
-                             });
-        if (service && !isKnown)
+        const bool isNew = service && !names.contains(service->name);
+        if (isNew) {
+            names.insert(service->name);
             services.push_back(*service);
-        else
+        } else
             qWarning("QW_NET_SERVICES: \"%s\" is no \"name=address:port\" of its own", qPrintable(entry));
     }
     return services;

@@ -26,7 +26,7 @@ bool isChange(const ServiceEvent &event)
     return event.kind == ServiceEvent::Kind::Appeared || event.kind == ServiceEvent::Kind::Vanished;
 }
 
-QList<QByteArray> bytesOf(const std::vector<std::string> &addresses)
+QList<QByteArray> rawAddressesOf(const std::vector<std::string> &addresses)
 {
     QList<QByteArray> list;
     for (const std::string &address : addresses)
@@ -110,7 +110,7 @@ void ServiceSession::_answer(const ServiceEvent &event)
     if (asked.empty()) // nobody wants to know, or it has only begun
         return;
     if (event.kind == ServiceEvent::Kind::Resolved)
-        asked.mapped()->questionAnswered(bytesOf(event.addresses), event.port);
+        asked.mapped()->questionAnswered(rawAddressesOf(event.addresses), event.port);
     else
         asked.mapped()->questionFailed(event.reason);
 }
