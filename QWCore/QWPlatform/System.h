@@ -82,10 +82,10 @@ public:
     /// Destroys all shared objects, last made first. The application object does so before it goes.
     void releaseShared();
 
-    /// Makes all loads and downloads fail, ends the programs that other threads wait for, then waits for the background
-    /// work, whose results are dropped; from then on none begins. The application object does so before it goes:
-    /// afterwards Qt delivers nothing any more, neither what would end a load nor its time-out, and whoever waited for
-    /// one would wait for ever. Shared objects go first.
+    /// Makes all loads fail, drops all downloads, whose observers hear nothing more, ends the programs that other
+    /// threads wait for, then waits for the background work, whose results are dropped; from then on none begins. The
+    /// application object does so before it goes: afterwards Qt delivers nothing any more, neither what would end a
+    /// load nor its time-out, and whoever waited for one would wait for ever. Shared objects go first.
     void endWork();
 
 protected:

@@ -78,6 +78,7 @@ void tst_DownloadFile::initTestCase_data()
     QTest::newRow("nameless") << DownloadFile::Means{.nameless = true, .exclusiveRename = true};
     QTest::newRow("renamed") << DownloadFile::Means{.nameless = false, .exclusiveRename = true};
     QTest::newRow("linked") << DownloadFile::Means{.nameless = false, .exclusiveRename = false};
+    QTest::newRow("reserved") << DownloadFile::Means{.nameless = false, .exclusiveRename = false, .links = false};
 }
 
 std::unique_ptr<DownloadFile> tst_DownloadFile::_written(const QString &path, bool overwrite) const
@@ -251,7 +252,8 @@ void tst_DownloadFile::killedProcessLeavesNothingUnderTheName()
     QFETCH_GLOBAL(const DownloadFile::Means, means);
     QProcess child;
     child.start(QFileInfo("/proc/self/exe").symLinkTarget(),
-                {"--hold", _path(), QString::number(means.nameless), QString::number(means.exclusiveRename)});
+                {"--hold", _path(), QString::number(means.nameless), QString::number(means.exclusiveRename),
+                 QString::number(means.links)});
     QVERIFY(child.waitForStarted());
     QTRY_VERIFY(child.canReadLine() || child.state() == QProcess::NotRunning);
     QCOMPARE(child.readAll(), "written\n");
@@ -267,7 +269,9 @@ namespace
 /// A download that stands still until the process is ended.
 int hold(char **arguments)
 {
-    DownloadFile file(arguments[0], false, {.nameless = *arguments[1] == '1', .exclusiveRename = *arguments[2] == '1'});
+    const DownloadFile::Means means{
+        .nameless = *arguments[1] == '1', .exclusiveRename = *arguments[2] == '1', .links = *arguments[3] == '1'};
+    DownloadFile file(arguments[0], false, means);
     if (file.open() || file.write(contents))
         return 1;
     std::puts("written");
@@ -279,7 +283,7 @@ int hold(char **arguments)
 
 int main(int argc, char **argv)
 {
-    if (argc == 5 && std::strcmp(argv[1], "--hold") == 0)
+    if (argc == 6 && std::strcmp(argv[1], "--hold") == 0)
         return hold(argv + 2);
     QCoreApplication application(argc, argv);
     tst_DownloadFile test;

@@ -64,7 +64,9 @@ private Q_SLOTS:
     void serverThatSendsNothingNewFails();
     void serverThatSendsByteByByteFails();
     void serverThatBeginsAnewEachTimeFails();
-    void silenceIsNotContinued();
+    void silenceIsContinued();
+    void silenceThatGoesOnFails();
+    void serverThatFallsSilentAgainAndAgainFails();
     void cancelInAPauseLeavesNothing();
 
 private:
@@ -341,13 +343,38 @@ void tst_LostConnections::serverThatBeginsAnewEachTimeFails()
     QVERIFY(_hasAskedAbout(5));
 }
 
-void tst_LostConnections::silenceIsNotContinued()
+/// As when the machine has left the wireless network for a moment.
+void tst_LostConnections::silenceIsContinued()
 {
-    m_limits.inactivity = 200ms;
+    m_limits.inactivity = 2s;
     m_isSilent = true;
     _run();
+    QCOMPARE(m_listener->calls, QStringList({"response", "data", "finish"}));
+    QVERIFY(contentsOf(_destination()) == m_body);
+    QCOMPARE(_requests(), 2);
+}
+
+void tst_LostConnections::silenceThatGoesOnFails()
+{
+    m_limits.inactivity = 2s;
+    m_limits.inactivityAfterSilence = 200ms;
+    m_isSilent = true;
+    m_cuts = {100'000, 0, 0, 0};
+    _run();
     QCOMPARE(m_listener->failure, "The request timed out.");
-    QCOMPARE(_requests(), 1);
+    QCOMPARE(_requests(), 2);
+    QCOMPARE(_entries(), QStringList());
+}
+
+void tst_LostConnections::serverThatFallsSilentAgainAndAgainFails()
+{
+    m_limits.inactivity = 2s;
+    m_limits.patience.silences = 1;
+    m_isSilent = true;
+    m_cuts = {100'000, 10, 10, 10};
+    _run();
+    QCOMPARE(m_listener->failure, "The request timed out.");
+    QCOMPARE(_requests(), 2);
     QCOMPARE(_entries(), QStringList());
 }
 

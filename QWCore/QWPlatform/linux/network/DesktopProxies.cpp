@@ -23,6 +23,18 @@ bool isThisMachine(const QString &host)
     return host == u"localhost" || host.endsWith(u".localhost") || QHostAddress(host).isLoopback();
 }
 
+constexpr const char *localNetworks[] = {"10.0.0.0/8",     "172.16.0.0/12", "192.168.0.0/16",
+                                         "169.254.0.0/16", "fc00::/7",      "fe80::/10"};
+
+/// A number that only machines of this network can have: no proxy knows better whose it is here. What announces itself
+/// is reached by such.
+bool isOfLocalNetwork(const QString &host)
+{
+    const QHostAddress address(host);
+    return std::any_of(std::begin(localNetworks), std::end(localNetworks),
+                       [&](const char *network) { return address.isInSubnet(QHostAddress::parseSubnet(network)); });
+}
+
 bool namesProxies()
 {
     return std::any_of(std::begin(proxyVariables), std::end(proxyVariables), [](const char *name) {
@@ -55,7 +67,7 @@ void useDesktopProxies()
 
 QNetworkProxy proxyFor(const QUrl &url)
 {
-    if (isThisMachine(url.host()))
+    if (isThisMachine(url.host()) || isOfLocalNetwork(url.host()))
         return QNetworkProxy::NoProxy;
     const QNetworkProxyQuery query(url);
     // Not through Qt's own door, which holds a lock that the whole process needs while the desktop is asked.

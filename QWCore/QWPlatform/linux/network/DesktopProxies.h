@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWPlatform/qwplatform_export.h>
+#include <QWPlatform/qwplatform_private.h>
 
 class QNetworkProxy;
 class QUrl;
@@ -9,7 +9,7 @@ namespace platform
 {
 
 /// Which proxy leads to @p url: the application's, which useDesktopProxies() makes those of the desktop; none for this
-/// machine itself. Any thread; may block for long.
-QNetworkProxy proxyFor(const QUrl &url);
+/// machine itself, and for private and link-local addresses written as numbers. Any thread; may block for long.
+QWPLATFORM_TEST_EXPORT QNetworkProxy proxyFor(const QUrl &url);
 
 } // namespace platform

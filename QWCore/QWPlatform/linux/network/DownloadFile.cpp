@@ -207,10 +207,27 @@ std::error_code DownloadFile::_renameHidden(const QByteArray &path)
             : errorOf(EINVAL);
     if (!isUnknownToDisk(error))
         return error;
-    const std::error_code linked = resultOf(::link(m_hidden.constData(), path.constData()));
+    const std::error_code linked =
+        m_means.links ? resultOf(::link(m_hidden.constData(), path.constData())) : errorOf(EPERM);
+    if (linked && linked != errorOf(EEXIST))
+        return _renameOverReservation(path);
     if (!linked)
         ::unlink(m_hidden.constData());
-    return linked == errorOf(EPERM) ? error : linked; // a disk without links: the first complaint says more
+    return linked;
+}
+
+/// For disks that know nothing better (network shares, phones): an empty file, which nobody else can have made, takes
+/// the name before this one does.
+std::error_code DownloadFile::_renameOverReservation(const QByteArray &path)
+{
+    const int reservation = ::open(path.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, modeBeforeMask);
+    if (reservation < 0)
+        return lastError();
+    ::close(reservation);
+    const std::error_code error = resultOf(::rename(m_hidden.constData(), path.constData()));
+    if (error)
+        ::unlink(path.constData());
+    return error;
 }
 
 void DownloadFile::_close()

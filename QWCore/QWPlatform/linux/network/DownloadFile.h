@@ -21,6 +21,7 @@ public:
     {
         bool nameless = true;        ///< O_TMPFILE.
         bool exclusiveRename = true; ///< RENAME_NOREPLACE.
+        bool links = true;
     };
 
     /// @p destination is an absolute path. With @p overwrite a file there is replaced, else place() takes a free name.
@@ -48,6 +49,7 @@ private:
     std::error_code _linkNameless(const QByteArray &path);
     std::error_code _renameHidden(const QByteArray &path);
     std::error_code _replaceByLink(const QByteArray &path);
+    std::error_code _renameOverReservation(const QByteArray &path);
     QByteArray _candidate(qint64 number) const;
     qint64 _freeNumber(qint64 taken) const;
     bool _isTaken(qint64 number) const;

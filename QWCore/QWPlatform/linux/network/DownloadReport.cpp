@@ -28,10 +28,4 @@ std::optional<DownloadEvent> DownloadReport::next()
     return event;
 }
 
-void DownloadReport::cancel()
-{
-    const std::lock_guard lock(m_wanted);
-    m_isCancelled = true;
-}
-
 } // namespace platform

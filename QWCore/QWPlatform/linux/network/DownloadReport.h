@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include <atomic>
 #include <deque>
 #include <mutex>
 #include <optional>
@@ -44,25 +45,16 @@ public:
     /// What is to be heard next. Main thread.
     std::optional<DownloadEvent> next();
 
-    /// From when this returns on, whileWanted() does nothing. Main thread.
-    void cancel();
-
-    /// Runs @p work unless the download was cancelled, which waits for it; so it must be short. Any thread.
-    template <class Work>
-    void whileWanted(const Work &work)
-    {
-        const std::lock_guard lock(m_wanted);
-        if (!m_isCancelled)
-            work();
-    }
+    /// A file that is not about to get its name never gets it. Waits for nothing. Any thread.
+    void cancel() { m_isCancelled = true; }
+    bool isCancelled() const { return m_isCancelled; }
 
 Q_SIGNALS:
     void told();     ///< There is more to hear; not once for each.
     void accepted(); ///< By the main thread, after Whole: the file may have its name.
 
 private:
-    std::mutex m_wanted; ///< Guards what follows, and what must not cross with a cancelling.
-    bool m_isCancelled = false;
+    std::atomic<bool> m_isCancelled = false;
     std::mutex m_mutex; ///< Guards the events.
     std::deque<DownloadEvent> m_events;
 };

@@ -1,5 +1,6 @@
 #include "DownloadThread.h"
 
+#include "DownloadReport.h"
 #include "FileTransfer.h"
 
 #include <utility>
@@ -8,10 +9,10 @@ namespace platform
 {
 
 DownloadThread::DownloadThread(UrlDownloadRequest request, const LinuxUrlDownloads::Limits &limits,
-                               DownloadReport &report)
+                               std::shared_ptr<DownloadReport> report)
     : m_request(std::move(request))
     , m_limits(limits)
-    , m_report(report)
+    , m_report(std::move(report))
 {
 }
 

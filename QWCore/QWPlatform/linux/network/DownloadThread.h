@@ -4,6 +4,8 @@
 
 #include <QThread>
 
+#include <memory>
+
 namespace platform
 {
 
@@ -15,8 +17,8 @@ class DownloadThread : public QThread
     Q_OBJECT
 
 public:
-    /// @p report must live until the thread has finished.
-    DownloadThread(UrlDownloadRequest request, const LinuxUrlDownloads::Limits &limits, DownloadReport &report);
+    DownloadThread(UrlDownloadRequest request, const LinuxUrlDownloads::Limits &limits,
+                   std::shared_ptr<DownloadReport> report);
 
 protected:
     void run() override;
@@ -24,7 +26,7 @@ protected:
 private:
     const UrlDownloadRequest m_request;
     const LinuxUrlDownloads::Limits m_limits;
-    DownloadReport &m_report;
+    const std::shared_ptr<DownloadReport> m_report; ///< Kept for a thread that nobody waits for any more.
 };
 
 } // namespace platform

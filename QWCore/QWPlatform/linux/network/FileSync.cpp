@@ -39,18 +39,22 @@ void FileSync::start(int descriptor)
 {
     m_asker = std::make_shared<Asker>();
     m_asker->object = this;
-    const auto run = [asker = m_asker, own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0)] {
-        const std::error_code error = sync(own);
-        ::close(own);
+    const int own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    const auto run = [asker = m_asker, descriptor, own] {
+        const std::error_code error = sync(own >= 0 ? own : descriptor);
+        if (own >= 0)
+            ::close(own);
         const std::lock_guard lock(asker->mutex);
         if (FileSync *const object = asker->object)
             QMetaObject::invokeMethod(
                 object, [object, error] { Q_EMIT object->ended(error); }, Qt::QueuedConnection);
     };
+    if (own < 0)
+        return run(); // the file itself may be closed any time: better to wait than to lose it
     try {
         std::thread(run).detach();
     } catch (const std::system_error &) {
-        run(); // no thread is to be had: better to wait than to lose the file
+        run(); // no thread is to be had: the same
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <fcntl.h>
 #include <utility>
 
@@ -21,10 +22,11 @@ constexpr auto timeBetweenProgress = std::chrono::milliseconds(40);
 } // namespace
 
 FileTransfer::FileTransfer(const UrlDownloadRequest &request, const LinuxUrlDownloads::Limits &limits,
-                           DownloadReport &report)
+                           std::shared_ptr<DownloadReport> report)
     : m_request(request)
     , m_limits(limits)
-    , m_report(report)
+    , m_inactivity(limits.inactivity)
+    , m_report(std::move(report))
     , m_file(std::in_place, request.destination, request.overwrite)
     , m_partial(request.url, limits.patience)
 {
@@ -33,7 +35,7 @@ FileTransfer::FileTransfer(const UrlDownloadRequest &request, const LinuxUrlDown
     connect(&m_pause, &QTimer::timeout, this, &FileTransfer::_ask);
     connect(&m_quiet, &QTimer::timeout, this, &FileTransfer::_tellProgress);
     connect(&m_sync, &FileSync::ended, this, &FileTransfer::_synced);
-    connect(&m_report, &DownloadReport::accepted, this, &FileTransfer::_place);
+    connect(m_report.get(), &DownloadReport::accepted, this, &FileTransfer::_place);
 }
 
 void FileTransfer::start()
@@ -46,8 +48,7 @@ void FileTransfer::start()
 void FileTransfer::_ask()
 {
     m_hasAnswer = false;
-    m_fit = PartialFile::Fit::None;
-    m_exchange = std::make_unique<UrlExchange>(m_partial.request(), m_limits.inactivity);
+    m_exchange = std::make_unique<UrlExchange>(m_partial.request(), m_inactivity);
     connect(m_exchange.get(), &UrlExchange::responded, this, &FileTransfer::_responded);
     connect(m_exchange.get(), &UrlExchange::readyRead, this, &FileTransfer::_readyRead);
     connect(m_exchange.get(), &UrlExchange::finished, this, &FileTransfer::_finished);
@@ -69,19 +70,19 @@ void FileTransfer::_takeAnswer()
 {
     const bool isEmpty = m_hasBegun && m_partial.received() == 0;
     const qint64 lengthBefore = m_partial.length();
-    m_fit = m_partial.take(*m_exchange);
-    if (m_fit == PartialFile::Fit::None)
+    const PartialFile::Fit fit = m_partial.take(*m_exchange);
+    if (fit == PartialFile::Fit::None)
         return _fail("The server answered with status %d.", QString::number(m_exchange->status()));
     if (m_partial.length() > m_limits.fileSize)
         return _fail("The file is too large.");
-    if (m_fit == PartialFile::Fit::Continues || (isEmpty && m_partial.length() == lengthBefore))
+    if (fit == PartialFile::Fit::Continues || (isEmpty && m_partial.length() == lengthBefore))
         return; // nobody has heard anything else
     if (const std::error_code error = m_file->clear())
         return _failForFile(error);
     m_kickedOff = 0;
     m_untold = 0;
     m_hasBegun = true;
-    m_report.tell({EventKind::Response, m_partial.length(), {}, {}});
+    m_report->tell({EventKind::Response, m_partial.length(), {}, {}});
 }
 
 void FileTransfer::_readyRead()
@@ -122,7 +123,7 @@ void FileTransfer::_keep(const QByteArray &data)
 void FileTransfer::_tellProgress()
 {
     if (m_untold > 0) {
-        m_report.tell({EventKind::Data, std::exchange(m_untold, 0), {}, {}});
+        m_report->tell({EventKind::Data, std::exchange(m_untold, 0), {}, {}});
         m_quiet.start(timeBetweenProgress);
     }
 }
@@ -136,20 +137,38 @@ void FileTransfer::_finished()
     if (!m_exchange)
         return;
     const QString failure = m_exchange->failure();
-    const bool isWhole = _bringsFile() && (m_partial.isWhole() || (failure.isEmpty() && m_partial.length() < 0));
-    if (isWhole)
+    if (_isWhole(failure.isEmpty()))
         m_sync.start(m_file->descriptor());
     else if (m_exchange->hasTimedOut())
-        _fail(failure);
+        _fellSilent(failure);
     else if (failure.isEmpty() && m_exchange->status() >= firstStatusWithoutFile)
         _fail("The server answered with status %d.", QString::number(m_exchange->status()));
     else
         _lost(failure.isEmpty() ? "The connection was lost before the whole answer arrived." : failure);
 }
 
+/// @p hasEnded: the answer came to its own end. One whose length is told may break after its last byte.
+bool FileTransfer::_isWhole(bool hasEnded) const
+{
+    if (_bringsFile())
+        return m_partial.isWhole() && (hasEnded || m_partial.length() >= 0);
+    return hasEnded && m_partial.isWholeAfter(*m_exchange);
+}
+
 void FileTransfer::_lost(const QString &reason)
 {
-    const auto pause = m_hasBegun ? m_partial.pauseBeforeNextTry() : std::nullopt;
+    _askAgainAfter(m_hasBegun ? m_partial.pauseBeforeNextTry() : std::nullopt, reason);
+}
+
+/// As a machine does that has left the wireless network. The user has waited already.
+void FileTransfer::_fellSilent(const QString &reason)
+{
+    m_inactivity = std::min(m_limits.inactivity, m_limits.inactivityAfterSilence);
+    _askAgainAfter(m_hasBegun ? m_partial.pauseAfterSilence() : std::nullopt, reason);
+}
+
+void FileTransfer::_askAgainAfter(std::optional<std::chrono::milliseconds> pause, const QString &reason)
+{
     if (!pause)
         return _fail(reason);
     m_exchange.reset();
@@ -161,38 +180,32 @@ void FileTransfer::_synced(const std::error_code &error)
     if (error)
         return _failForFile(error);
     _tellProgress();
-    m_report.tell({EventKind::Whole, 0, {}, {}});
+    m_report->tell({EventKind::Whole, 0, {}, {}});
 }
 
 void FileTransfer::_place()
 {
-    std::error_code error;
-    bool isWanted = false;
-    m_report.whileWanted([&] {
-        isWanted = true;
-        error = m_file->place();
-    });
-    if (!isWanted)
+    if (m_report->isCancelled())
         return _end();
-    if (error)
+    if (const std::error_code error = m_file->place())
         return _failForFile(error);
     if (m_file->path() != m_request.destination)
-        m_report.tell({EventKind::Destination, 0, m_file->path(), {}});
-    m_report.tell({EventKind::Finish, 0, {}, {}});
+        m_report->tell({EventKind::Destination, 0, m_file->path(), {}});
+    m_report->tell({EventKind::Finish, 0, {}, {}});
     _end();
 }
 
 void FileTransfer::_failForFile(const std::error_code &error)
 {
     m_file.reset();
-    m_report.tell({EventKind::Failure, 0, {}, {{}, QFileInfo(m_request.destination).path(), error.value()}});
+    m_report->tell({EventKind::Failure, 0, {}, {{}, QFileInfo(m_request.destination).path(), error.value()}});
     _end();
 }
 
 void FileTransfer::_fail(const QString &text, const QString &argument)
 {
     m_file.reset();
-    m_report.tell({EventKind::Failure, 0, {}, {text, argument, 0}});
+    m_report->tell({EventKind::Failure, 0, {}, {text, argument, 0}});
     _end();
 }
 

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -25,7 +26,8 @@ class FileTransfer : public QObject
 
 public:
     /// @p report is told, as an observer is to hear it.
-    FileTransfer(const UrlDownloadRequest &request, const LinuxUrlDownloads::Limits &limits, DownloadReport &report);
+    FileTransfer(const UrlDownloadRequest &request, const LinuxUrlDownloads::Limits &limits,
+                 std::shared_ptr<DownloadReport> report);
 
     void start();
 
@@ -41,7 +43,10 @@ private:
     void _keep(const QByteArray &data);
     void _finished();
     bool _bringsFile() const;
+    bool _isWhole(bool hasEnded) const;
     void _lost(const QString &reason);
+    void _fellSilent(const QString &reason);
+    void _askAgainAfter(std::optional<std::chrono::milliseconds> pause, const QString &reason);
     void _synced(const std::error_code &error);
     void _place();
     void _tellProgress();
@@ -51,17 +56,17 @@ private:
 
     const UrlDownloadRequest m_request;
     const LinuxUrlDownloads::Limits m_limits;
-    DownloadReport &m_report;
+    std::chrono::milliseconds m_inactivity;
+    const std::shared_ptr<DownloadReport> m_report;
     std::optional<DownloadFile> m_file; ///< None after a failure.
     PartialFile m_partial;
     std::unique_ptr<UrlExchange> m_exchange; ///< Null between two, and after the end.
-    PartialFile::Fit m_fit = PartialFile::Fit::None;
-    bool m_hasAnswer = false; ///< Of this exchange.
-    bool m_hasBegun = false;  ///< Of any: a file was announced, and the report told.
-    qint64 m_kickedOff = 0;   ///< Bytes that the disk was told to write.
-    qint64 m_untold = 0;      ///< Bytes that the report has not been told of.
-    QTimer m_pause;           ///< Before the next exchange.
-    QTimer m_quiet;           ///< Before progress is told again.
+    bool m_hasAnswer = false;                ///< Of this exchange.
+    bool m_hasBegun = false;                 ///< Of any: a file was announced, and the report told.
+    qint64 m_kickedOff = 0;                  ///< Bytes that the disk was told to write.
+    qint64 m_untold = 0;                     ///< Bytes that the report has not been told of.
+    QTimer m_pause;                          ///< Before the next exchange.
+    QTimer m_quiet;                          ///< Before progress is told again.
     FileSync m_sync;
 };
 

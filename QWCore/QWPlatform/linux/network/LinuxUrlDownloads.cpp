@@ -63,8 +63,16 @@ std::unique_ptr<UrlDownload> LinuxUrlDownloads::start(const UrlDownloadRequest &
 void LinuxUrlDownloads::cancelAll()
 {
     m_cancelled = true;
-    for (const QPointer<LinuxUrlTransfer> &transfer : std::exchange(m_transfers, {}))
+    const auto transfers = std::exchange(m_transfers, {});
+    for (const QPointer<LinuxUrlTransfer> &transfer : transfers)
+        if (transfer)
+            transfer->cancel();
+    const QDeadlineTimer deadline(m_limits.quit);
+    for (const QPointer<LinuxUrlTransfer> &transfer : transfers) {
+        if (transfer)
+            transfer->setDeadline(deadline);
         delete transfer.data();
+    }
 }
 
 } // namespace platform

@@ -23,9 +23,11 @@ public:
     /// Beyond which a download fails.
     struct Limits
     {
-        std::chrono::milliseconds inactivity = std::chrono::seconds(30); ///< Without a byte.
-        qint64 fileSize = largestFile;                                   ///< In bytes.
-        PartialFile::Patience patience{};                                ///< With connections that are lost.
+        std::chrono::milliseconds inactivity = std::chrono::seconds(30);             ///< Without a byte.
+        std::chrono::milliseconds inactivityAfterSilence = std::chrono::seconds(10); ///< From a server asked again.
+        qint64 fileSize = largestFile;                                               ///< In bytes.
+        PartialFile::Patience patience{};                         ///< With connections that are lost.
+        std::chrono::milliseconds quit = std::chrono::seconds(3); ///< For a disk that hangs, at the end of all.
     };
 
     LinuxUrlDownloads();

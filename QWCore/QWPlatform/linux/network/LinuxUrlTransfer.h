@@ -3,7 +3,10 @@
 #include "DownloadReport.h"
 #include "DownloadThread.h"
 
+#include <QDeadlineTimer>
 #include <QObject>
+
+#include <memory>
 
 namespace platform
 {
@@ -18,7 +21,7 @@ public:
     LinuxUrlTransfer(const UrlDownloadRequest &request, const LinuxUrlDownloads::Limits &limits,
                      UrlDownloadObserver &observer);
 
-    /// Waits for the thread, which has nothing long to do any more.
+    /// Waits for the thread, which has nothing long to do any more unless its disk hangs.
     ~LinuxUrlTransfer() override;
 
     void start();
@@ -29,13 +32,17 @@ public:
     /// The observer hears nothing more. The thread ends by itself; nobody waits for it here.
     void cancel();
 
+    /// A thread that still runs then is left to itself when this goes.
+    void setDeadline(const QDeadlineTimer &deadline) { m_deadline = deadline; }
+
 private:
     void _deliver();
     void _deliver(const DownloadEvent &event);
 
     UrlDownloadObserver *m_observer; ///< Null once it has heard the last call or the download was cancelled.
-    DownloadReport m_report;
-    DownloadThread m_thread;
+    const std::shared_ptr<DownloadReport> m_report;
+    std::unique_ptr<DownloadThread> m_thread;
+    QDeadlineTimer m_deadline{QDeadlineTimer::Forever};
 };
 
 } // namespace platform

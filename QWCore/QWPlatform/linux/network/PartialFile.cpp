@@ -16,10 +16,13 @@ namespace
 constexpr int mostDoublings = 4; ///< Of a pause.
 constexpr int statusOk = 200;
 constexpr int statusPartialContent = 206;
+constexpr int statusRangeNotSatisfiable = 416;
 
 QDateTime timeFrom(const QByteArray &header)
 {
-    return QLocale::c().toDateTime(QString::fromLatin1(header), "ddd, dd MMM yyyy hh:mm:ss 'GMT'");
+    QDateTime time = QLocale::c().toDateTime(QString::fromLatin1(header), "ddd, dd MMM yyyy hh:mm:ss 'GMT'");
+    time.setTimeSpec(Qt::UTC); // else an hour that the summer skips is none
+    return time;
 }
 
 /// These times have whole seconds: a file that changed within the second before it was sent may change in it again.
@@ -77,8 +80,12 @@ UrlRequest PartialFile::request() const
 
 PartialFile::Fit PartialFile::take(const UrlExchange &answer)
 {
-    if (answer.status() == statusPartialContent)
-        return _continues(answer) ? Fit::Continues : Fit::None;
+    if (answer.status() == statusPartialContent) {
+        if (!_continues(answer))
+            return Fit::None;
+        _continue(answer);
+        return Fit::Continues;
+    }
     if (m_received > 0 && answer.status() != statusOk)
         return Fit::None;
     _begin(answer);
@@ -96,12 +103,27 @@ bool PartialFile::_continues(const UrlExchange &answer) const
            range->last >= range->first && (m_length < 0 || range->last < m_length);
 }
 
+/// A part may be shorter than what was asked for, so that its end says nothing about the file's.
+void PartialFile::_continue(const UrlExchange &answer)
+{
+    m_endsWithAnswer = false;
+    if (const auto range = rangeOf(answer); range && range->length >= 0)
+        m_length = range->length;
+}
+
+bool PartialFile::isWholeAfter(const UrlExchange &refusal) const
+{
+    return refusal.status() == statusRangeNotSatisfiable && m_received > 0 && m_length < 0 &&
+           refusal.header("Content-Range").trimmed() == "bytes */" + QByteArray::number(m_received);
+}
+
 void PartialFile::_begin(const UrlExchange &answer)
 {
     m_url = answer.url();
     m_version = versionOf(answer);
     m_offersRanges = answer.header("Accept-Ranges").trimmed().toLower() == "bytes";
     m_length = answer.expectedLength();
+    m_endsWithAnswer = m_length < 0;
     m_received = 0;
 }
 
@@ -114,6 +136,12 @@ std::optional<std::chrono::milliseconds> PartialFile::pauseBeforeNextTry()
     if (++m_tries > m_patience.tries || m_fruitlessTries > m_patience.fruitlessTries)
         return std::nullopt;
     return m_patience.firstPause * (1 << std::min(m_fruitlessTries, mostDoublings));
+}
+
+std::optional<std::chrono::milliseconds> PartialFile::pauseAfterSilence()
+{
+    const bool isFruitless = m_received <= m_farthest;
+    return isFruitless || ++m_silences > m_patience.silences ? std::nullopt : pauseBeforeNextTry();
 }
 
 } // namespace platform

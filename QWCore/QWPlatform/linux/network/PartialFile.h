@@ -30,6 +30,7 @@ public:
     {
         int fruitlessTries = 4; ///< In a row, that brought nothing beyond what was there.
         int tries = 100;        ///< In all: a server may send a byte each.
+        int silences = 3;       ///< Of these, after a server that fell silent: each has cost the time of a silence.
         std::chrono::milliseconds firstPause = std::chrono::milliseconds(250); ///< Doubled after each fruitless one.
     };
 
@@ -46,15 +47,25 @@ public:
 
     /// In bytes, as announced; -1 for unknown.
     qint64 length() const { return m_length; }
-    bool isWhole() const { return m_length >= 0 && m_received == m_length; }
+
+    /// Whether nothing is missing once an answer has come to its own end.
+    bool isWhole() const { return m_length >= 0 ? m_received == m_length : m_endsWithAnswer; }
+
+    /// Whether @p refusal of the rest says that there is none: the end of an answer without a length may get lost.
+    bool isWholeAfter(const UrlExchange &refusal) const;
+
     bool isTooLong() const { return m_length >= 0 && m_received > m_length; }
     qint64 received() const { return m_received; }
 
     /// How long to wait before the connection that was lost is made anew; none when it is not.
     std::optional<std::chrono::milliseconds> pauseBeforeNextTry();
 
+    /// The same for a server that fell silent: whoever has sent nothing new before that is not asked again.
+    std::optional<std::chrono::milliseconds> pauseAfterSilence();
+
 private:
     bool _continues(const UrlExchange &answer) const;
+    void _continue(const UrlExchange &answer);
     void _begin(const UrlExchange &answer);
 
     QUrl m_url;
@@ -62,10 +73,12 @@ private:
     bool m_offersRanges = false;
     QByteArray m_version; ///< By which the server knows that its file is the same; "" when it has none.
     qint64 m_length = -1;
+    bool m_endsWithAnswer = false; ///< The answer has no length and brings all of the file: its end is the file's.
     qint64 m_received = 0;
     qint64 m_farthest = 0; ///< The most that was there before any try.
     int m_tries = 0;
     int m_fruitlessTries = 0;
+    int m_silences = 0;
 };
 
 } // namespace platform

@@ -63,7 +63,12 @@ void ServerLookup::start(const QUrl &url)
         const std::lock_guard lock(answer->mutex);
         if (answer->asker)
             QMetaObject::invokeMethod(
-                answer->asker, [answer] { answer->asker->_take(answer); }, Qt::QueuedConnection);
+                answer->asker,
+                [answer] {
+                    if (ServerLookup *const asker = answer->asker) // forgotten meanwhile, else
+                        asker->_take(answer);
+                },
+                Qt::QueuedConnection);
     };
     try {
         std::thread(ask).detach();

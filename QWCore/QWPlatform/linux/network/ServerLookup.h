@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QWPlatform/qwplatform_private.h>
+
 #include <QObject>
 
 #include <memory>
@@ -13,7 +15,7 @@ namespace platform
 /// Finds out what must be known before a server can be spoken to: which proxy leads to it, and whether the name of
 /// whoever is called first is known. Both are asked on a thread that nobody waits for: neither the desktop's settings
 /// nor the resolver can be interrupted, and where no name server answers they take far longer than a user who quits.
-class ServerLookup : public QObject
+class QWPLATFORM_TEST_EXPORT ServerLookup : public QObject
 {
     Q_OBJECT
 

@@ -41,7 +41,8 @@ class QWPLATFORM_SHARED_EXPORT UrlDownload
 public:
     virtual ~UrlDownload();
 
-    /// Ends the download, removes the partial file; the observer hears nothing more.
+    /// Ends the download, removes the partial file; the observer hears nothing more. Waits for no disk: a whole file
+    /// that gets its name in this moment, after all of its data was heard and before the end was, keeps it.
     virtual void cancel() = 0;
 };
 
