@@ -4,6 +4,7 @@
 #include "QWBase/tables/columns/ColumnsMenu.h"
 #include "QWBase/tables/columns/CornerButton.h"
 #include "QWBase/tables/columns/FormattedTable.h"
+#include "QWBase/tables/columns/RowSelection.h"
 #include "QWBase/tables/columns/TableCells.h"
 #include "QWBase/tables/columns/TableHeader.h"
 
@@ -27,24 +28,6 @@ constexpr double pointsPerInch = 72;
 constexpr int rowPadding = 6;         ///< Pixels, above and below the text together.
 constexpr int lowestRow = 24;         ///< Pixels.
 constexpr int widestByContents = 480; ///< Pixels.
-
-/// Rows one after another as ranges, so that many rows are few ranges.
-QItemSelection selectionOfRows(const QAbstractItemModel &model, QList<int> rows)
-{
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    rows.removeIf([&](int row) { return row < 0 || row >= model.rowCount(); });
-    QItemSelection selection;
-    const int lastColumn = model.columnCount() - 1;
-    for (auto first = rows.cbegin(); first != rows.cend() && lastColumn >= 0;) {
-        auto last = first;
-        while (last + 1 != rows.cend() && *(last + 1) == *last + 1)
-            ++last;
-        selection.append(QItemSelectionRange(model.index(*first, 0), model.index(*last, lastColumn)));
-        first = last + 1;
-    }
-    return selection;
-}
 } // namespace
 
 class Q_DECL_HIDDEN QWTableView::Private
@@ -194,23 +177,14 @@ void QWTableView::setSortIndicator(const QString &identifier, Qt::SortOrder orde
 
 QList<int> QWTableView::selectedRows() const
 {
-    QList<int> rows;
-    if (!selectionModel())
-        return rows;
-    const QItemSelection selection = selectionModel()->selection();
-    for (const QItemSelectionRange &range : selection)
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            rows.append(row);
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    return rows;
+    return selectionModel() ? qw::rowsOfSelection(selectionModel()->selection()) : QList<int>();
 }
 
 void QWTableView::selectRows(const QList<int> &rows)
 {
     if (!selectionModel())
         return;
-    const QItemSelection selection = selectionOfRows(*model(), rows);
+    const QItemSelection selection = qw::selectionOfRows(*model(), rows);
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     if (selection.isEmpty())
         return;
