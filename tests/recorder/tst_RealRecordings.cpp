@@ -71,6 +71,33 @@ private Q_SLOTS:
         QCOMPARE(content("Day 1/One.wav"), m_sound);
     }
 
+    /// Of 800 bytes each, which the server makes while it sends them: 80 MB.
+    void hundredThousandTakesAreLoaded()
+    {
+        constexpr qint64 takes = 100'000;
+        constexpr qint64 entrySize = 800;
+        const QByteArray begin = "<plist version=\"1.0\"><array>";
+        const QByteArray end = "</array></plist>";
+        const qint64 size = begin.size() + takes * entrySize + end.size();
+        HttpReply list;
+        list.body = HttpBody::generated(size, [=](qint64 offset, qint64 most) {
+            if (offset < begin.size())
+                return begin.mid(offset, most);
+            const qint64 place = offset - begin.size();
+            if (place >= takes * entrySize)
+                return end.mid(place - takes * entrySize, most);
+            const QByteArray take = "<dict><key>title</key><string>Take " + QByteArray::number(place / entrySize) +
+                                    "</string><key>filename</key><string>take</string></dict>";
+            return take.leftJustified(entrySize, '\n').mid(place % entrySize, most);
+        });
+        m_server->answer("/list.plist", list);
+        resolve();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_device->isLooking(), 120'000);
+        QCOMPARE(m_device->recordings().size(), size_t(takes));
+        QCOMPARE(m_device->recordings().front()->title(), "Take 0");
+        QCOMPARE(m_device->recordings().back()->title(), "Take 99999");
+    }
+
     void failuresLeaveNoFile_data()
     {
         QTest::addColumn<QString>("title");
@@ -118,13 +145,18 @@ private Q_SLOTS:
     }
 
 private:
+    void resolve()
+    {
+        const auto service = std::make_shared<TestService>("Vesk on Studio");
+        m_device = QWVeskDevice::deviceWithNetServiceBrowser(service, *m_browser);
+        service->resolve({rawAddress("127.0.0.1")}, QUrl(m_server->address()).port());
+    }
+
     void download(const QString &title)
     {
         const QVariantList list{QVariantMap{{"title", title}, {"filename", "take"}}};
         m_server->answer("/list.plist", HttpReply::text(platform::PropertyList::toXml(list)));
-        const auto service = std::make_shared<TestService>("Vesk on Studio");
-        m_device = QWVeskDevice::deviceWithNetServiceBrowser(service, *m_browser);
-        service->resolve({rawAddress("127.0.0.1")}, QUrl(m_server->address()).port());
+        resolve();
         QTRY_VERIFY(!m_device->isLooking());
         QCOMPARE(m_device->recordings().size(), size_t(1));
         m_device->recordings().front()->downloadToAs(m_folder->path(), "wav");

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void textsAreAsBadAsTold_data();
     void textsAreAsBadAsTold();
     void endlessListGoesOn();
+    void endlessListHasOtherFaultsToo();
     void faultsComeTogether();
     void oneDownloadMayBeFaulty();
     void unknownFaultsAreRefused_data();
@@ -240,6 +241,15 @@ void tst_RecorderFaults::endlessListGoesOn()
     // What came is a list that was only never closed.
     const QByteArray entries = curl.body.left(curl.body.lastIndexOf("<dict>"));
     QVERIFY(PropertyList::fromData(entries + "</array></plist>"));
+}
+
+void tst_RecorderFaults::endlessListHasOtherFaultsToo()
+{
+    m_recorder->setList({.isBlue = false, .isBinary = false, .faults = {*ListFault::named("endless")}});
+    m_recorder->addListFault(*AnswerFault::named("cut=5000"));
+    QCOMPARE(_list().body.size(), 5000);
+    m_recorder->addListFault(*AnswerFault::named("status=503"));
+    QCOMPARE(_list().status, 503);
 }
 
 void tst_RecorderFaults::faultsComeTogether()

@@ -8,9 +8,15 @@ namespace
 {
 using Number = std::optional<qint64>;
 
+/// One without end counts as something.
+qint64 sizeOf(const HttpReply &reply)
+{
+    return reply.body.size() == HttpBody::unknownSize ? 2000 : reply.body.size();
+}
+
 qint64 half(const HttpReply &reply)
 {
-    return reply.body.size() == HttpBody::unknownSize ? 1000 : reply.body.size() / 2;
+    return sizeOf(reply) / 2;
 }
 
 HttpReply cut(HttpReply reply, const HttpRequest &, Number after)
@@ -47,13 +53,13 @@ HttpReply silent(HttpReply reply, const HttpRequest &, Number)
 
 HttpReply longer(HttpReply reply, const HttpRequest &, Number by)
 {
-    reply.toldLength = std::max<qint64>(0, reply.body.size() - by.value_or(half(reply)));
+    reply.toldLength = std::max<qint64>(0, sizeOf(reply) - by.value_or(half(reply)));
     return reply;
 }
 
 HttpReply shorter(HttpReply reply, const HttpRequest &, Number by)
 {
-    reply.toldLength = reply.body.size() + by.value_or(1000);
+    reply.toldLength = sizeOf(reply) + by.value_or(1000);
     return reply;
 }
 

@@ -79,13 +79,19 @@ HttpReply RecorderSimulator::_reply(const HttpRequest &request)
 
 HttpReply RecorderSimulator::_listReply(const HttpRequest &request)
 {
-    HttpReply reply;
     if (!m_listText.isEmpty())
         return _listOf(m_listText, request);
     if (m_list.isEndless() && !m_takes.empty())
-        reply.body = m_list.endless(m_takes);
-    else
-        reply.later = [this, request](const HttpReply::Answer &answer) { _writeList(request, answer); };
+        return _withListFaults(_endlessList(), request);
+    HttpReply reply;
+    reply.later = [this, request](const HttpReply::Answer &answer) { _writeList(request, answer); };
+    return reply;
+}
+
+HttpReply RecorderSimulator::_endlessList() const
+{
+    HttpReply reply;
+    reply.body = m_list.endless(m_takes);
     return reply;
 }
 
@@ -106,7 +112,12 @@ void RecorderSimulator::_writeList(const HttpRequest &request, const HttpReply::
 
 HttpReply RecorderSimulator::_listOf(const QByteArray &text, const HttpRequest &request) const
 {
-    HttpReply reply = HttpReply::text(text, m_list.isBinary ? "application/x-plist" : "text/xml; charset=utf-8");
+    return _withListFaults(HttpReply::text(text, m_list.isBinary ? "application/x-plist" : "text/xml; charset=utf-8"),
+                           request);
+}
+
+HttpReply RecorderSimulator::_withListFaults(HttpReply reply, const HttpRequest &request) const
+{
     for (const AnswerFault &fault : m_listFaults)
         reply = fault.appliedTo(reply, request);
     return reply;

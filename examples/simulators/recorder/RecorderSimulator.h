@@ -68,6 +68,8 @@ private:
     HttpReply _reply(const HttpRequest &request);
     HttpReply _listReply(const HttpRequest &request);
     HttpReply _listOf(const QByteArray &text, const HttpRequest &request) const;
+    HttpReply _withListFaults(HttpReply reply, const HttpRequest &request) const;
+    HttpReply _endlessList() const;
     void _writeList(const HttpRequest &request, const HttpReply::Answer &answer);
     HttpReply _downloadReply(const HttpRequest &request);
     HttpReply _soundReply(const RecorderTake &take, const RecorderFormat &format, const HttpRequest &request);
