@@ -38,12 +38,6 @@ private Q_SLOTS:
     void serviceMayGoWhileItIsTold();
     void serviceOutlivesItsBrowser();
     void askingAnewForgetsTheFirstQuestion();
-    void listedServicesAreFoundAndResolved();
-    void listedServicesNeedNoDaemon();
-    void listOfTheEnvironmentCountsWhenABrowserIsMade();
-    void listedServicesAreOfOneType();
-    void announcedServiceThatIsListedIsToldOnce();
-    void listedServiceMayBeResolvedWithoutBrowser();
 
 private:
     void _search(const QString &list = {});
@@ -337,77 +331,6 @@ void tst_LinuxNetServices::askingAnewForgetsTheFirstQuestion()
                     {.kind = Kind::Resolved, .question = second, .port = 2}});
     QTRY_COMPARE(m_resolution.resolved, 1);
     QCOMPARE(m_resolution.port, 2);
-}
-
-void tst_LinuxNetServices::listedServicesAreFoundAndResolved()
-{
-    _search("Vesk on A=10.0.0.1:80;Vesk on B=[::1]:81");
-    QTRY_COMPARE(m_heard->calls, (QStringList{"+ Vesk on A…", "+ Vesk on B"}));
-    const auto service = m_heard->find("Vesk on B");
-    service->setDelegate(&m_resolution);
-    service->resolveWithTimeout(std::chrono::milliseconds(1));
-    QCOMPARE(m_resolution.resolved, 0); // from the event loop only
-    QTRY_COMPARE(m_resolution.resolved, 1);
-    QCOMPARE(m_resolution.addresses, (QList<QByteArray>{socketAddress("::1", 81)}));
-    QCOMPARE(m_resolution.port, 81);
-    QCOMPARE(m_daemon->asked(ServiceCommand::Kind::Resolve), 0);
-    m_daemon->tell({ScriptedDaemon::appeared("Vesk on C")});
-    QTRY_COMPARE(m_heard->calls.mid(2), QStringList{"+ Vesk on C"});
-}
-
-void tst_LinuxNetServices::listedServicesNeedNoDaemon()
-{
-    m_daemon->refuse("no daemon");
-    QTest::ignoreMessage(QtWarningMsg, "Only the services of QW_NET_SERVICES are found: no daemon");
-    LinuxNetServices services("Vesk on A=10.0.0.1:80", m_daemon->function());
-    m_browser = services.makeBrowser();
-    m_browser->setDelegate(m_heard.get());
-    m_browser->searchForServicesOfTypeInDomain("_http._tcp.", "local.");
-    QTRY_COMPARE(m_daemon->sessionsEver(), 1);
-    QTRY_COMPARE(m_daemon->sessions(), 0); // it was told, and has gone
-    QCOMPARE(m_heard->calls, QStringList{"+ Vesk on A"});
-}
-
-void tst_LinuxNetServices::listOfTheEnvironmentCountsWhenABrowserIsMade()
-{
-    LinuxNetServices services;
-    qputenv("QW_NET_SERVICES", "Vesk on K%C3%BCche=10.0.0.1:80");
-    m_browser = services.makeBrowser();
-    qunsetenv("QW_NET_SERVICES");
-    m_browser->setDelegate(m_heard.get());
-    m_browser->searchForServicesOfTypeInDomain("_http._tcp.", "local.");
-    QTRY_VERIFY(m_heard->find("Vesk on Küche"));
-    m_browser->stop(); // real daemons are not asked for more
-}
-
-void tst_LinuxNetServices::listedServicesAreOfOneType()
-{
-    LinuxNetServices services("Vesk on A=10.0.0.1:80", m_daemon->function());
-    m_browser = services.makeBrowser();
-    m_browser->setDelegate(m_heard.get());
-    m_browser->searchForServicesOfTypeInDomain("_ipp._tcp.", "local.");
-    QTRY_COMPARE(m_daemon->asked(ServiceCommand::Kind::Search), 1);
-    m_daemon->tell({{.kind = Kind::Failed, .reason = "killed"}}); // and then there is nothing to find
-    QTRY_COMPARE(m_heard->calls, QStringList{"did not search"});
-}
-
-void tst_LinuxNetServices::announcedServiceThatIsListedIsToldOnce()
-{
-    _search("A=10.0.0.1:80");
-    m_daemon->tell({ScriptedDaemon::appeared("A"), ScriptedDaemon::appeared("B"), ScriptedDaemon::vanished("A"),
-                    ScriptedDaemon::vanished("B")});
-    QTRY_COMPARE(m_heard->calls, (QStringList{"+ A", "+ B…", "- B"}));
-}
-
-void tst_LinuxNetServices::listedServiceMayBeResolvedWithoutBrowser()
-{
-    _search("A=10.0.0.1:80");
-    QTRY_VERIFY(m_heard->find("A"));
-    const auto service = m_heard->find("A");
-    service->setDelegate(&m_resolution);
-    m_browser.reset();
-    service->resolveWithTimeout(std::chrono::milliseconds(1));
-    QTRY_COMPARE(m_resolution.resolved, 1);
 }
 
 QTEST_GUILESS_MAIN(tst_LinuxNetServices)

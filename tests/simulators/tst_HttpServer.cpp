@@ -1,46 +1,16 @@
+#include "RawClient.h"
+
 #include <simulators/HttpRange.h>
 #include <simulators/HttpServer.h>
 
 #include <QFile>
-#include <QProcess>
-#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <sys/resource.h>
 
 using namespace std::chrono_literals;
 
 namespace
 {
-/// A client that sends exactly what it is told and takes what comes, when it is told.
-class RawClient
-{
-public:
-    RawClient(const HttpServer &server, const QByteArray &request)
-    {
-        socket.connectToHost("127.0.0.1", server.port());
-        socket.write(request);
-    }
-
-    bool hasEnded()
-    {
-        received += socket.readAll();
-        return socket.state() == QAbstractSocket::UnconnectedState;
-    }
-
-    QByteArray head() const { return received.left(received.indexOf("\r\n\r\n") + 2); }
-    QByteArray body() const { return received.mid(received.indexOf("\r\n\r\n") + 4); }
-
-    QTcpSocket socket;
-    QByteArray received;
-};
-
-QByteArray get(const QByteArray &target, const QByteArray &headers = {}, const QByteArray &method = "GET")
-{
-    return method + ' ' + target + " HTTP/1.1\r\nHost: h\r\n" + headers + "\r\n";
-}
-
 bool hasHeader(const QByteArray &answer, const QByteArray &name, const QByteArray &value)
 {
     return answer.contains(QByteArray("\r\n" + name + ": " + value + "\r\n"));
@@ -54,28 +24,6 @@ bool hasBody(const QByteArray &answer, const QByteArray &body)
 bool hasStatus(const QByteArray &answer, const QByteArray &status)
 {
     return answer.startsWith(QByteArray("HTTP/1.1 " + status + ' '));
-}
-
-HttpReply digits()
-{
-    HttpReply reply = HttpReply::text("0123456789");
-    reply.etag = "\"one\"";
-    reply.offersRanges = true;
-    return reply;
-}
-
-/// Byte n is n % 251; tells how far it was asked.
-HttpReply counted(qint64 size, qint64 &furthest)
-{
-    HttpReply reply;
-    reply.body = HttpBody::generated(size, [&furthest](qint64 offset, qint64 most) {
-        furthest = std::max(furthest, offset + most);
-        QByteArray piece(most, Qt::Uninitialized);
-        for (qint64 i = 0; i < most; ++i)
-            piece[i] = static_cast<char>((offset + i) % 251);
-        return piece;
-    });
-    return reply;
 }
 } // namespace
 
@@ -100,27 +48,10 @@ private Q_SLOTS:
     void bodyThatEndsEarlyEndsTheConnection();
     void answersAreAsBadAsTold_data();
     void answersAreAsBadAsTold();
-    void silenceIsKept_data();
-    void silenceIsKept();
-    void answerMayComeLater();
-    void clientsMayGoBeforeTheAnswer();
-    void lastByteIsTold();
-    void closingCutsEverything();
-    void thousandsConnectAtOnce();
 
 private:
-    QByteArray _exchanged(const QByteArray &request);
-
     HttpServer m_server;
 };
-
-QByteArray tst_HttpServer::_exchanged(const QByteArray &request)
-{
-    RawClient client(m_server, request);
-    if (!QTest::qWaitFor([&] { return client.hasEnded(); }, 20'000))
-        qFatal("No end of an answer");
-    return client.received;
-}
 
 void tst_HttpServer::requestsAreKeptAsTheyCame_data()
 {
@@ -140,7 +71,7 @@ void tst_HttpServer::requestsAreKeptAsTheyCame()
     QByteArray told;
     const auto connection =
         connect(&m_server, &HttpServer::lineReceived, &m_server, [&told](const QByteArray &line) { told = line; });
-    _exchanged(get(target));
+    exchanged(m_server, get(target));
     disconnect(connection);
     const HttpRequest &request = m_server.requests().back();
     QCOMPARE(request.line, QByteArray("GET " + target + " HTTP/1.1"));
@@ -153,7 +84,7 @@ void tst_HttpServer::requestsAreKeptAsTheyCame()
 void tst_HttpServer::headTellsWhatGetWouldSend()
 {
     m_server.answer("/digits", digits());
-    const QByteArray answer = _exchanged(get("/digits", {}, "HEAD"));
+    const QByteArray answer = exchanged(m_server, get("/digits", {}, "HEAD"));
     QVERIFY(hasStatus(answer, "200"));
     QVERIFY(hasHeader(answer, "Content-Length", "10"));
     QVERIFY(hasHeader(answer, "Accept-Ranges", "bytes"));
@@ -235,7 +166,7 @@ void tst_HttpServer::partsAreAnswered()
     QFETCH(const QByteArray, contentRange);
     QFETCH(const QByteArray, body);
     m_server.answer("/digits", digits());
-    const QByteArray answer = _exchanged(get("/digits", headers));
+    const QByteArray answer = exchanged(m_server, get("/digits", headers));
     QVERIFY(hasStatus(answer, status));
     QVERIFY(hasHeader(answer, "Content-Length", QByteArray::number(body.size())));
     QCOMPARE(answer.contains("Content-Range"), !contentRange.isEmpty());
@@ -253,8 +184,8 @@ void tst_HttpServer::filesAreSentAsTheyWere()
     const HttpReply reply = HttpReply::file(file.fileName());
     QVERIFY(file.remove()); // what is being sent may go
     m_server.answer("/file", reply);
-    QVERIFY(hasBody(_exchanged(get("/file")), "0123456789"));
-    QVERIFY(hasBody(_exchanged(get("/file", "Range: bytes=7-\r\nIf-Range: " + reply.etag + "\r\n")), "789"));
+    QVERIFY(hasBody(exchanged(m_server, get("/file")), "0123456789"));
+    QVERIFY(hasBody(exchanged(m_server, get("/file", "Range: bytes=7-\r\nIf-Range: " + reply.etag + "\r\n")), "789"));
     QCOMPARE(HttpReply::file(file.fileName()).status, 404);
 }
 
@@ -294,7 +225,7 @@ void tst_HttpServer::endlessBodyGoesOnUntilTheClientHasEnough()
     QVERIFY(!client.head().contains("Content-Length"));
     client.socket.abort();
     m_server.answer("/digits", digits());
-    QVERIFY(_exchanged(get("/digits")).endsWith("0123456789")); // and the server lives
+    QVERIFY(exchanged(m_server, get("/digits")).endsWith("0123456789")); // and the server lives
 }
 
 void tst_HttpServer::bodyThatEndsEarlyEndsTheConnection()
@@ -302,7 +233,7 @@ void tst_HttpServer::bodyThatEndsEarlyEndsTheConnection()
     HttpReply reply;
     reply.body = HttpBody::generated(10, [](qint64 offset, qint64) { return offset == 0 ? "abc" : QByteArray(); });
     m_server.answer("/early", reply);
-    const QByteArray answer = _exchanged(get("/early"));
+    const QByteArray answer = exchanged(m_server, get("/early"));
     QVERIFY(hasHeader(answer, "Content-Length", "10"));
     QVERIFY(hasBody(answer, "abc"));
 }
@@ -344,119 +275,10 @@ void tst_HttpServer::answersAreAsBadAsTold()
     QFETCH(const QByteArray, length);
     QFETCH(const QByteArray, body);
     m_server.answer("/bad", reply);
-    const QByteArray answer = _exchanged(get("/bad"));
+    const QByteArray answer = exchanged(m_server, get("/bad"));
     QCOMPARE(answer.contains("Content-Length"), !length.isEmpty());
     QVERIFY(length.isEmpty() || hasHeader(answer, "Content-Length", length));
     QVERIFY(hasBody(answer, body));
-}
-
-void tst_HttpServer::silenceIsKept_data()
-{
-    QTest::addColumn<HttpReply>("reply");
-    QTest::addColumn<QByteArray>("end");
-    HttpReply never;
-    never.neverAnswer = true;
-    QTest::newRow("never answers") << never << QByteArray();
-    HttpReply stalls = digits();
-    stalls.cutAfter = 4;
-    stalls.stayAfterPieces = true;
-    QTest::newRow("stalls") << stalls << QByteArray("\r\n\r\n0123");
-}
-
-void tst_HttpServer::silenceIsKept()
-{
-    QFETCH(const HttpReply, reply);
-    QFETCH(const QByteArray, end);
-    m_server.answer("/silent", reply);
-    m_server.answer("/digits", digits());
-    RawClient client(m_server, get("/silent"));
-    QTRY_VERIFY((!client.hasEnded() && m_server.requests().back().path == u"/silent"));
-    QTRY_VERIFY((client.hasEnded(), client.received.endsWith(end)));
-    _exchanged(get("/digits")); // the server has had its turns meanwhile
-    QVERIFY(!client.hasEnded());
-    QVERIFY(client.received.endsWith(end));
-    QVERIFY(client.received.isEmpty() == end.isEmpty());
-}
-
-void tst_HttpServer::answerMayComeLater()
-{
-    HttpReply::Answer answer;
-    HttpReply reply;
-    reply.later = [&answer](const HttpReply::Answer &taker) { answer = taker; };
-    m_server.answer("/later", reply);
-    m_server.answer("/digits", digits());
-    RawClient client(m_server, get("/later"));
-    QTRY_VERIFY(answer);
-    _exchanged(get("/digits")); // others are not held up
-    QVERIFY(!client.hasEnded());
-    answer(HttpReply::text("at last"));
-    QTRY_VERIFY(client.hasEnded());
-    QCOMPARE(client.body(), QByteArray("at last"));
-}
-
-void tst_HttpServer::clientsMayGoBeforeTheAnswer()
-{
-    HttpReply::Answer answer;
-    HttpReply reply;
-    reply.later = [&answer](const HttpReply::Answer &taker) { answer = taker; };
-    m_server.answer("/later", reply);
-    {
-        RawClient client(m_server, get("/later"));
-        QTRY_VERIFY(answer);
-    }
-    m_server.answer("/digits", digits());
-    _exchanged(get("/digits"));
-    answer(HttpReply::text("nobody there"));
-    QVERIFY(_exchanged(get("/digits")).endsWith("0123456789"));
-}
-
-void tst_HttpServer::lastByteIsTold()
-{
-    int sent = 0;
-    HttpReply reply = digits();
-    reply.sent = [&sent] { ++sent; };
-    reply.cutAfter = 4;
-    m_server.answer("/told", reply);
-    QVERIFY(_exchanged(get("/told")).endsWith("0123"));
-    QCOMPARE(sent, 1);
-}
-
-void tst_HttpServer::closingCutsEverything()
-{
-    HttpServer server;
-    QVERIFY(server.listen());
-    qint64 furthest = 0;
-    server.answer("/endless", counted(HttpBody::unknownSize, furthest));
-    RawClient client(server, get("/endless"));
-    QTRY_VERIFY((client.hasEnded(), !client.received.isEmpty()));
-    const QString address = server.address();
-    server.close();
-    QTRY_VERIFY(client.hasEnded());
-    RawClient late(server, get("/endless"));
-    QTRY_VERIFY(late.hasEnded());
-    QCOMPARE(late.received, QByteArray());
-    QVERIFY(server.listen()); // it may begin anew
-}
-
-void tst_HttpServer::thousandsConnectAtOnce()
-{
-    rlimit files{};
-    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &files), 0);
-    files.rlim_cur = files.rlim_max;
-    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &files), 0);
-    const size_t count = std::min<size_t>(2000, (files.rlim_cur - 100) / 2); // both ends are here
-    m_server.answer("/digits", digits());
-    std::vector<std::unique_ptr<RawClient>> clients;
-    const int before = m_server.connections();
-    while (clients.size() < count)
-        clients.push_back(std::make_unique<RawClient>(m_server, QByteArray()));
-    QTRY_COMPARE_WITH_TIMEOUT(m_server.connections() - before, static_cast<int>(count), 60'000);
-    for (const auto &client : clients)
-        client->socket.write(get("/digits"));
-    for (const auto &client : clients) {
-        QTRY_VERIFY_WITH_TIMEOUT(client->hasEnded(), 60'000);
-        QCOMPARE(client->body(), QByteArray("0123456789"));
-    }
 }
 
 QTEST_GUILESS_MAIN(tst_HttpServer)

@@ -7,7 +7,6 @@
 #include <simulators/recorder/takes/MadeUpTakes.h>
 #include <simulators/recorder/takes/TakesInFolder.h>
 
-#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -71,10 +70,7 @@ private Q_SLOTS:
     void madeUpTakesHaveTheSizeThatTheListTells();
     void folderIsServedWithTrueValues();
     void downloadsCanBeContinued();
-    void longConversionsHoldUpNobody();
-    void conversionsAreKeptWithinBounds();
     void temporaryFilesGoWithIt();
-    void endsInTheMiddleOfConversions();
 
 private:
     QString _converted(const RecorderTake &take, const RecorderFormat &form);
@@ -357,37 +353,6 @@ void tst_RecorderSimulator::downloadsCanBeContinued()
     QVERIFY(rest.body == whole.body.mid(1000));
 }
 
-void tst_RecorderSimulator::longConversionsHoldUpNobody()
-{
-    m_recorder->setTakes(MadeUpTakes::takes({.count = 8, .length = 3600, .withProgram = true}));
-    QTcpSocket waiting; // an hour of six channels
-    waiting.connectToHost("127.0.0.1", m_recorder->port());
-    waiting.write("GET /download?filename=take-000007&format=vorbis HTTP/1.1\r\n\r\n");
-    QTRY_COMPARE(m_recorder->downloads(), 1);
-    QCOMPARE(Curl::fetched(m_recorder->address() + "/list.plist").status, 200);
-    QCOMPARE(Curl::fetched(_downloadAddress("take-000001", "metaText")).status, 200);
-    QCOMPARE(waiting.bytesAvailable(), 0);
-}
-
-void tst_RecorderSimulator::conversionsAreKeptWithinBounds()
-{
-    const auto takes = MadeUpTakes::takes({.count = 5, .length = 1});
-    const qint64 most = takes[3].fileSize + takes[4].fileSize;
-    TakeConversions conversions({}, most);
-    for (const RecorderTake &take : takes) {
-        bool isDone = false;
-        conversions.convert(take, format("wav"), [&isDone](const QString &path) { isDone = QFile::exists(path); });
-        QTRY_VERIFY(isDone);
-    }
-    qint64 size = 0;
-    const QFileInfoList kept = QDir(conversions.folder().path()).entryInfoList(QDir::Files);
-    for (const QFileInfo &file : kept)
-        size += file.size();
-    QVERIFY(size <= most);
-    QVERIFY(QFile::exists(conversions.folder().filePath("take-000005-wav.wav")));
-    QVERIFY(!QFile::exists(conversions.folder().filePath("take-000001-wav.wav")));
-}
-
 void tst_RecorderSimulator::temporaryFilesGoWithIt()
 {
     const QString path = _converted(m_recorder->takes().front(), format("aac"));
@@ -395,15 +360,6 @@ void tst_RecorderSimulator::temporaryFilesGoWithIt()
     QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
     m_recorder.reset();
     QVERIFY(!QFile::exists(QFileInfo(path).path()));
-}
-
-void tst_RecorderSimulator::endsInTheMiddleOfConversions()
-{
-    m_recorder->setTakes(MadeUpTakes::takes({.count = 8, .length = 36000, .withProgram = true}));
-    for (const char *const code : {"wav", "aac", "flac"})
-        m_recorder->convert(m_recorder->takes().at(6), format(code), [](const QString &) {});
-    m_recorder.reset(); // without the hours that it would take
-    QVERIFY(!m_recorder);
 }
 
 QTEST_GUILESS_MAIN(tst_RecorderSimulator)
