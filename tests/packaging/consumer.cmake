@@ -74,6 +74,11 @@ run(COMMAND ${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/packaging/host -B ${work}/ho
     -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug)
 run(COMMAND ${CMAKE_COMMAND} --build ${work}/host)
 run(COMMAND ${work}/host/everything OUTPUT used)
+# A class all of whose virtuals have bodies in its header would leave its table to every program.
+run(COMMAND nm --demangle --defined-only ${work}/host/everything OUTPUT defined)
+if(defined MATCHES "vtable for (QW|platform::|qw::)[^\n]*")
+    message(FATAL_ERROR "a host carries the ${CMAKE_MATCH_0}")
+endif()
 expect("what a host can use" "${used}" "everything")
 
 # Helper programs, in their frameworks and in bin.

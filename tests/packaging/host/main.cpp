@@ -37,6 +37,7 @@
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Clock.h>
 #include <QWPlatform/foundation/DateFormatter.h>
+#include <QWPlatform/foundation/Formatter.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/PropertyList.h>
@@ -100,7 +101,8 @@ bool tables()
     return column.alignment == Qt::AlignLeft && found(&QWTableView::columnState) && found(&typeid(QWTableView)) &&
            found(&QWIconTextCell::setImage) && found(&QWTimeFormatter::setTimeFormat) &&
            found(&typeid(QWFileSizeFormatter)) && found(&typeid(QWChannelsFormatter)) &&
-           found(&typeid(QWBooleanFormatter)) && found(&typeid(platform::DateFormatter));
+           found(&typeid(QWBooleanFormatter)) && found(&typeid(platform::Formatter)) &&
+           found(&typeid(platform::DateFormatter));
 }
 
 bool appkit()
