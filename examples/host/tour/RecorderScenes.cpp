@@ -159,7 +159,7 @@ void download(DemoApplication &)
     }
 }
 
-void closeAll(DemoApplication &)
+void closeRecorderBrowser(DemoApplication &)
 {
     if (QWidget *window = browserWindow())
         window->close();
@@ -191,7 +191,7 @@ std::span<const WindowStep::Window> recorderScenes()
         {.name = "recorder-downloading",
          .open = download,
          .window = windowWithTakes,
-         .close = closeAll,
+         .close = closeRecorderBrowser,
          .onBackdrop = true,
          .sheet = progressSheet},
     };

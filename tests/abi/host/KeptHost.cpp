@@ -10,6 +10,7 @@
 #include <QWBase/QWFile.h>
 #include <QWBase/QWGradient.h>
 #include <QWBase/QWMenuSorting.h>
+#include <QWBase/tables/QWTableView.h>
 #include <QWPlatform/System.h>
 #include <QWPlatform/appkit/Alerts.h>
 #include <QWPlatform/appkit/MenuItem.h>
@@ -18,6 +19,7 @@
 #include <QWPlatform/foundation/BackgroundWork.h>
 #include <QWPlatform/foundation/Bundle.h>
 #include <QWPlatform/foundation/Clock.h>
+#include <QWPlatform/foundation/Formatter.h>
 #include <QWPlatform/foundation/Localization.h>
 #include <QWPlatform/foundation/Locations.h>
 #include <QWPlatform/foundation/PropertyList.h>
@@ -27,6 +29,7 @@
 #include <QWUtilities/controllers/QWScrollWheelManager.h>
 #include <QWUtilities/plugins/QWAUManager.h>
 #include <QWUtilities/plugins/QWVSTManager.h>
+#include <QWUtilities/recorder/QWVeskBrowser.h>
 #include <QWUtilities/shell/QWAboutPanel.h>
 #include <QWUtilities/shell/QWManual.h>
 #include <QWUtilities/shell/QWSplashScreen.h>
@@ -45,6 +48,24 @@ class Catalog : public QWVSTManager
 public:
     int favourites = 5;
 };
+
+/// A formatter and a table of the host's own.
+class Stars : public platform::Formatter
+{
+public:
+    QString stringForObjectValue(const QVariant &value) const override { return QString(value.toInt(), u'*'); }
+};
+
+class Ratings : public QWTableView
+{
+public:
+    QWTableColumn tableColumnForIdentifierWidth(const QString &identifier, double width) const override
+    {
+        return {.identifier = identifier, .title = "Rating", .formatter = stars, .width = width};
+    }
+
+    std::shared_ptr<Stars> stars = std::make_shared<Stars>();
+};
 } // namespace
 
 void KeptHost::applicationDidFinishLaunching()
@@ -57,6 +78,7 @@ void KeptHost::applicationDidFinishLaunching()
     _askPreferences();
     _askControllers();
     _askCatalogs();
+    _askTables();
     exit(m_answers.areRight() ? 0 : 1);
 }
 
@@ -161,4 +183,15 @@ void KeptHost::_askCatalogs()
     QWAUManager units;
     units.validate();
     _expect(units.database().empty(), "catalog of a machine without units");
+}
+
+void KeptHost::_askTables()
+{
+    Ratings table;
+    table.addTableColumn(table.tableColumnForIdentifierWidth("rating", 40));
+    _expect(table.columnState().size() == 1, "columns of a table");
+    _expect(table.stars->stringForObjectValue(3) == "***", "formatter of the host");
+    QWApplication &application = *this;
+    _expect(application.openFile("kept.wav") && !application.openFile("other.wav"), "files that are opened");
+    _expect(!QWVeskBrowser::sharedInstance().window(), "recorder browser before it is opened");
 }
