@@ -11,22 +11,15 @@ namespace platform
 class Alerts;
 class BackgroundWork;
 class Bundle;
-class ChildProcesses;
 class Clock;
-class ComponentRegistry;
 class FilePanels;
-class InstanceLink;
-class KeyboardState;
 class Locations;
 class PluginLoader;
-class RemoteReceiver;
-class SerialLines;
-class SerialRegistry;
-class UrlDownloads;
 class UrlLoader;
 class UserDefaults;
 class WebViews;
 class Workspace;
+struct SystemServices;
 
 /// One of each outside service. Everything with an effect outside the process goes through the current System. Main
 /// thread only, unless a service says otherwise; code that runs on a worker captures the services it needs on the main
@@ -36,12 +29,6 @@ class QWPLATFORM_EXPORT System
 public:
     /// The machine on which the host runs, made on first use; in a test the fake one that is in scope.
     static System &current();
-
-    /// @cond What makes a System is not for hosts.
-    struct Services;
-    class Scope;
-    explicit System(Services services);
-    /// @endcond
 
     System(const System &) = delete;
     System &operator=(const System &) = delete;
@@ -64,17 +51,6 @@ public:
     Clock &clock() const;                   ///< What time it is.
     BackgroundWork &backgroundWork() const; ///< Work on threads of its own.
     /// @}
-
-    /// @cond Services whose classes are not for hosts.
-    InstanceLink &instanceLink() const;
-    ChildProcesses &childProcesses() const;
-    UrlDownloads &urlDownloads() const;
-    ComponentRegistry &componentRegistry() const;
-    KeyboardState &keyboardState() const;
-    RemoteReceiver &remoteReceiver() const;
-    SerialRegistry &serialRegistry() const;
-    SerialLines &serialLines() const;
-    /// @endcond
 
     /// The shared object of class @p T of this System; @p make returns a `T *` that the System then owns. It runs
     /// on first use only, and may itself ask for other shared objects.
@@ -106,13 +82,18 @@ public:
     /// Destroys all shared objects, last made first. The application object does so before it goes.
     void releaseShared();
 
-    /// Makes all loads and downloads fail, ends the programs that other threads wait for, then waits for the background
-    /// work, whose results are dropped; from then on none begins. The application object does so before it goes:
-    /// afterwards Qt delivers nothing any more, neither what would end a load nor its time-out, and whoever waited for
-    /// one would wait for ever. Shared objects go first.
+    /// Makes all loads fail, drops all downloads, whose observers hear nothing more, ends the programs that other
+    /// threads wait for, then waits for the background work, whose results are dropped; from then on none begins. The
+    /// application object does so before it goes: afterwards Qt delivers nothing any more, neither what would end a
+    /// load nor its time-out, and whoever waited for one would wait for ever. Shared objects go first.
     void endWork();
 
+protected:
+    /// What it is made of is for those who make machines; hosts find one.
+    explicit System(SystemServices services);
+
 private:
+    friend struct SystemServices;
     using SharedObject = std::unique_ptr<void, void (*)(void *)>;
 
     void _keep(std::type_index type, SharedObject object);

@@ -31,6 +31,7 @@ struct OpenPanelRequest
     bool directories = false;  ///< Choose a folder instead of a file.
     bool multiple = false;     ///< Choose one or more instead of one.
     QString fileTypesTitle{};  ///< What files of these types are called; "": the panel names their extensions.
+    QString confirmTitle{};    ///< Of the button that confirms; "": the desktop's word.
 };
 
 /// Save and open panels. Main thread.

@@ -28,7 +28,7 @@ public:
     static int exec();
 
     /// Display name: "CFBundleDisplayName", else "CFBundleName", else the executable's name.
-    virtual QString name() const;
+    Q_INVOKABLE virtual QString name() const;
 
     /// Short product code, as the support site knows it: "QWApplicationCode" of the Info.plist, or "".
     virtual QString code() const;
@@ -65,6 +65,12 @@ public:
     /// A URL for the host, one of its schemes: from the command line or from another instance. Delivered from the event
     /// loop, one call each in order of arrival, when the launch is over.
     Q_INVOKABLE virtual void getUrlWithReplyEvent(const QString &url);
+
+    /// A file for the host, by its absolute path: from the command line or another instance, in order with the URLs, or
+    /// from platform::Workspace::openFileWithApplication(). True when it was opened, or the user was told why not. Here
+    /// it is left to the application's delegate (Q_INVOKABLE bool applicationOpenFile(const QString &path)), if one is
+    /// set.
+    Q_INVOKABLE virtual bool openFile(const QString &path);
 
     /// Passes the event through the categories, then on. An exception that leaves its handling is logged and ends here.
     bool notify(QObject *receiver, QEvent *event) override;
